@@ -1,0 +1,13 @@
+# The options that every target of the project is compiled with.
+add_library(kv_options INTERFACE)
+target_compile_options(kv_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wcast-qual
+                       -Wnon-virtual-dtor $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast> -Werror)
+
+if(KV_SANITIZE)
+  add_compile_options(-fsanitize=${KV_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${KV_SANITIZE})
+endif()
+if(KV_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
+endif()
