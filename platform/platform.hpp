@@ -1,0 +1,125 @@
+// All that the families ask of the operating system. platform/posix and platform/win32 implement it;
+// the families include nothing else of the system.
+//
+// Paths are the families' own: drives, backslashes, names without regard to case. Each implementation
+// maps them to the system's paths when it touches the file system. Nothing here allocates from the
+// library's heap unless it says so, and nothing throws unless it says so.
+#pragma once
+
+#include <cstdarg>
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+#include <mutex>
+#include <string_view>
+
+#include "memory/owned.hpp"
+
+namespace kv::platform {
+
+// ---- Locks. Both kinds of the standard library do what the system's own would.
+
+using Lock = std::mutex;
+using RecursiveLock = std::recursive_mutex;
+
+// ---- Files
+
+/// A file opened for reading bytes. Closed when destroyed.
+class InputFile {
+  public:
+    InputFile() = default;
+    InputFile(const InputFile &) = delete;
+    InputFile &operator=(const InputFile &) = delete;
+    ~InputFile();
+
+    /// False if the file cannot be opened, or is a directory.
+    bool open(const char *path);
+    /// Reads up to `size` bytes; the number read, 0 at the end, -1 after a read error.
+    std::int64_t read(char *buffer, std::size_t size);
+    /// Seconds since 1970 of the last modification; false if the system does not tell.
+    bool modification_time(std::int64_t &seconds) const;
+
+  private:
+    std::intptr_t handle_ = -1;
+};
+
+/// A file that takes new content as a whole: after commit() it holds all that was written, and until
+/// then, or without commit(), its old content. Where a temporary file beside it is impossible (no right
+/// to the directory, several hard links, a device), commit() writes in place from memory, so that the
+/// bytes are kept on the library's heap until then.
+class ReplacementFile {
+  public:
+    ReplacementFile();
+    ReplacementFile(const ReplacementFile &) = delete;
+    ReplacementFile &operator=(const ReplacementFile &) = delete;
+    ~ReplacementFile();
+
+    /// False if the file cannot be written; nothing has changed then.
+    bool open(const char *path);
+    /// False after a write error or an exhausted heap; later writes and commit() then fail too.
+    bool write(const char *bytes, std::size_t size);
+    /// Puts the new content in place. False if that fails; the old content is kept.
+    bool commit();
+
+  private:
+    struct Paths;
+    bool open_temporary();
+    bool commit_temporary();
+    bool commit_in_place();
+
+    memory::Owned<Paths> paths_;
+    memory::Vector<char> pending_;  // the content of a file that is written in place
+    std::intptr_t handle_ = -1;     // the temporary file
+    bool failed_ = false;
+};
+
+/// The log: appended to, or emptied first. Lines have the platform's own ends.
+class LogFile {
+  public:
+    LogFile() = default;
+    LogFile(const LogFile &) = delete;
+    LogFile &operator=(const LogFile &) = delete;
+    ~LogFile();
+
+    bool open(const char *path, bool empty_first);
+    /// Write errors are ignored: a report has nowhere to report to.
+    void write(std::string_view text);
+
+  private:
+    std::intptr_t handle_ = -1;
+};
+
+/// Seconds since 1970 of a file's last modification; false if there is no such file.
+bool modification_time(const char *path, std::int64_t &seconds);
+
+// ---- Time
+
+/// Seconds since 1970 as local calendar time; false if it cannot be represented.
+bool local_time(std::int64_t seconds, std::tm &fields);
+
+// ---- Telling the user
+
+/// Shows a text and waits until the user has dismissed it.
+void message_box(const char *text, const char *caption);
+/// Sends a text to an attached debugger.
+void debugger_output(const char *text);
+void beep();
+
+// ---- The process
+
+/// The value inside the process environment, or null.
+const char *environment_variable(const char *name);
+/// Takes "name=value"; the environment keeps the pointer. "name=" removes the variable and keeps
+/// nothing; `kept` says which. False for a malformed setting.
+bool put_environment_variable(char *setting, bool &kept);
+/// The code that kv_get_win32() returns; 0 if unknown.
+std::int32_t windows_platform_code();
+
+// ---- Numbers as text, in the "C" locale whatever the application's locale is
+
+/// As vsnprintf.
+int format(char *buffer, std::size_t size, const char *format_text, std::va_list arguments);
+/// As strtod without an end pointer.
+double parse_double(const char *text);
+
+}  // namespace kv::platform

@@ -1,0 +1,32 @@
+#include "platform/posix/descriptor.hpp"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kv::platform::posix {
+
+int open_descriptor(const char *host_path, int flags) {
+    int descriptor;
+    do {
+        descriptor = ::open(host_path, flags | O_CLOEXEC, 0666);
+    } while (descriptor < 0 && errno == EINTR);
+    return descriptor;
+}
+
+void close_descriptor(std::intptr_t descriptor) {
+    if (descriptor >= 0) ::close(static_cast<int>(descriptor));
+}
+
+bool write_all(int descriptor, const char *bytes, std::size_t size) {
+    while (size > 0) {
+        const ssize_t count = ::write(descriptor, bytes, size);
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return false;
+        bytes += count;
+        size -= static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+}  // namespace kv::platform::posix

@@ -1,0 +1,185 @@
+#include "platform/posix/drives.hpp"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dirent.h>
+#include <memory>
+#include <string_view>
+#include <strings.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace kv::platform::posix {
+
+namespace {
+
+constexpr char kNativeDrive = 'Z';
+
+struct CloseDirectory {
+    void operator()(DIR *directory) const { closedir(directory); }
+};
+
+bool is_separator(char c) {
+    return c == '/' || c == '\\';
+}
+
+bool is_letter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+char upper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+bool exists(const char *host) {
+    struct stat status;
+    return lstat(host, &status) == 0;
+}
+
+// A path that grows component by component.
+class Builder {
+  public:
+    explicit Builder(HostPath &host) : text_(host.text) { text_[0] = '\0'; }
+
+    std::size_t length() const { return length_; }
+    const char *text() const { return text_; }
+    char *at(std::size_t position) { return text_ + position; }
+
+    bool append(std::string_view piece) {
+        if (piece.size() >= PATH_MAX - length_) return false;
+        std::memcpy(text_ + length_, piece.data(), piece.size());
+        cut(length_ + piece.size());
+        return true;
+    }
+
+    void cut(std::size_t length) {
+        length_ = length;
+        text_[length_] = '\0';
+    }
+
+  private:
+    char *text_;
+    std::size_t length_ = 0;
+};
+
+// The host directory of a drive, without a slash at its end; the drive Z has the empty text.
+bool append_drive(char drive, Builder &host) {
+    if (drive == kNativeDrive) return true;
+    const char variable[] = {'K', 'V', '_', 'D', 'R', 'I', 'V', 'E', '_', drive, '\0'};
+    if (const char *directory = std::getenv(variable); directory != nullptr && *directory != '\0') {
+        std::string_view root = directory;
+        while (!root.empty() && root.back() == '/') root.remove_suffix(1);
+        return host.append(root);
+    }
+    if (drive != 'C') return false;
+    if (const char *data = std::getenv("XDG_DATA_HOME"); data != nullptr && *data == '/') {
+        return host.append(data) && host.append("/kv/drive_c");
+    }
+    const char *home = std::getenv("HOME");
+    return home != nullptr && *home == '/' && host.append(home) && host.append("/.local/share/kv/drive_c");
+}
+
+bool make_directories(const char *host) {
+    HostPath partial;
+    Builder builder(partial);
+    for (const char *at = host; *at != '\0';) {
+        const char *end = std::strchr(at + 1, '/');
+        const std::size_t size = end != nullptr ? static_cast<std::size_t>(end - at) : std::strlen(at);
+        if (!builder.append({at, size})) return false;
+        if (mkdir(builder.text(), 0777) != 0 && errno != EEXIST) return false;
+        at += size;
+    }
+    return true;
+}
+
+// Appends the components of `path` to the host path, resolving "." and "..": nothing leads out of the
+// drive, whose root is the first `root` characters.
+bool append_components(std::string_view path, std::size_t root, Builder &host) {
+    while (!path.empty()) {
+        if (is_separator(path.front())) {
+            path.remove_prefix(1);
+            continue;
+        }
+        std::size_t size = 0;
+        while (size < path.size() && !is_separator(path[size])) ++size;
+        const std::string_view component = path.substr(0, size);
+        path.remove_prefix(size);
+        if (component == ".") continue;
+        if (component == "..") {
+            std::size_t end = host.length();
+            while (end > root && host.text()[end - 1] != '/') --end;
+            host.cut(end > root ? end - 1 : root);
+            continue;
+        }
+        if (!host.append("/") || !host.append(component)) return false;
+    }
+    return true;
+}
+
+// Replaces the last component, which does not exist as it is, by the directory's entry that differs
+// from it in case only (the first in byte order, if there are several). False if there is none.
+bool match_last_component(Builder &host, std::size_t start) {
+    char *component = host.at(start);
+    host.at(start - 1)[0] = '\0';  // the slash before it
+    const std::unique_ptr<DIR, CloseDirectory> directory(opendir(start > 1 ? host.text() : "/"));
+    host.at(start - 1)[0] = '/';
+    if (directory == nullptr) return false;
+    char found[NAME_MAX + 1] = "";
+    while (const dirent *entry = readdir(directory.get())) {
+        if (strcasecmp(entry->d_name, component) != 0) continue;
+        if (found[0] == '\0' || std::strcmp(entry->d_name, found) < 0) {
+            std::snprintf(found, sizeof found, "%s", entry->d_name);
+        }
+    }
+    if (found[0] == '\0') return false;
+    std::memcpy(component, found, std::strlen(found));  // the same length: only letters' case differs
+    return true;
+}
+
+// Corrects the case of the components behind the drive's root as far as they exist.
+void match_case(Builder &host, std::size_t root) {
+    if (exists(host.text())) return;
+    const std::size_t length = host.length();
+    for (std::size_t start = root + 1; start < length + 1;) {
+        std::size_t end = start;
+        while (end < length && host.text()[end] != '/') ++end;
+        const char rest = *host.at(end);
+        *host.at(end) = '\0';
+        const bool found = exists(host.text()) || match_last_component(host, start);
+        *host.at(end) = rest;
+        if (!found) return;
+        start = end + 1;
+    }
+}
+
+}  // namespace
+
+bool map_path(const char *path, Purpose purpose, HostPath &host_path) {
+    std::string_view rest = path;
+    char drive = kNativeDrive;
+    if (rest.size() >= 2 && is_letter(rest[0]) && rest[1] == ':') {
+        drive = upper(rest[0]);
+        rest.remove_prefix(2);
+    }
+    if (rest.empty() && drive == kNativeDrive) return false;
+
+    Builder host(host_path);
+    if (!append_drive(drive, host)) return false;
+    const std::size_t root = host.length();
+    if (purpose == Purpose::write && drive == 'C' && !exists(host.text())) make_directories(host.text());
+
+    const bool relative = rest.empty() || !is_separator(rest.front());
+    if (relative && drive == kNativeDrive) {
+        HostPath current;
+        if (getcwd(current.text, sizeof current.text) == nullptr) return false;
+        if (!append_components(current.text, root, host)) return false;
+    }
+    if (!append_components(rest, root, host)) return false;
+    if (host.length() == root) return host.append("/");
+    match_case(host, root);
+    return true;
+}
+
+}  // namespace kv::platform::posix

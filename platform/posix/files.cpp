@@ -1,0 +1,70 @@
+// Reading files, their status, and the log.
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/platform.hpp"
+#include "platform/posix/descriptor.hpp"
+#include "platform/posix/drives.hpp"
+
+namespace kv::platform {
+
+using posix::HostPath;
+using posix::map_path;
+using posix::Purpose;
+
+InputFile::~InputFile() {
+    posix::close_descriptor(handle_);
+}
+
+bool InputFile::open(const char *path) {
+    HostPath host;
+    if (!map_path(path, Purpose::read, host)) return false;
+    const int descriptor = posix::open_descriptor(host.text, O_RDONLY);
+    if (descriptor < 0) return false;
+    handle_ = descriptor;
+    struct stat status;
+    return fstat(descriptor, &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+std::int64_t InputFile::read(char *buffer, std::size_t size) {
+    ssize_t count;
+    do {
+        count = ::read(static_cast<int>(handle_), buffer, size);
+    } while (count < 0 && errno == EINTR);
+    return count;
+}
+
+bool InputFile::modification_time(std::int64_t &seconds) const {
+    struct stat status;
+    if (fstat(static_cast<int>(handle_), &status) != 0) return false;
+    seconds = status.st_mtime;
+    return true;
+}
+
+LogFile::~LogFile() {
+    posix::close_descriptor(handle_);
+}
+
+bool LogFile::open(const char *path, bool empty_first) {
+    HostPath host;
+    if (!map_path(path, Purpose::write, host)) return false;
+    handle_ =
+        posix::open_descriptor(host.text, O_WRONLY | O_CREAT | O_APPEND | (empty_first ? O_TRUNC : 0));
+    return handle_ >= 0;
+}
+
+void LogFile::write(std::string_view text) {
+    posix::write_all(static_cast<int>(handle_), text.data(), text.size());
+}
+
+bool modification_time(const char *path, std::int64_t &seconds) {
+    HostPath host;
+    struct stat status;
+    if (!map_path(path, Purpose::read, host) || stat(host.text, &status) != 0) return false;
+    seconds = status.st_mtime;
+    return true;
+}
+
+}  // namespace kv::platform

@@ -1,0 +1,37 @@
+// The process: its environment, its local time, the kind of platform.
+#include <cstring>
+#include <stdlib.h>
+#include <time.h>
+
+#include "platform/platform.hpp"
+
+namespace kv::platform {
+
+bool local_time(std::int64_t seconds, std::tm &fields) {
+    const time_t value = static_cast<time_t>(seconds);
+    return localtime_r(&value, &fields) != nullptr;
+}
+
+const char *environment_variable(const char *name) {
+    return getenv(name);
+}
+
+bool put_environment_variable(char *setting, bool &kept) {
+    kept = false;
+    char *equals = std::strchr(setting, '=');
+    if (equals == nullptr || equals == setting) return false;
+    if (equals[1] != '\0') {
+        kept = putenv(setting) == 0;
+        return kept;
+    }
+    *equals = '\0';
+    const bool removed = unsetenv(setting) == 0;
+    *equals = '=';
+    return removed;
+}
+
+std::int32_t windows_platform_code() {
+    return 5;  // as today's Windows: the environment lock and the shell's file operations are on
+}
+
+}  // namespace kv::platform
