@@ -1,0 +1,17 @@
+#include "frame/state.hpp"
+
+namespace kv::frame {
+
+// Ready before any code runs: nothing is prepared when the library is loaded.
+constinit State state{.trace = {},
+                      .trace_depth = 0,
+                      .trace_off = false,
+                      .error_output = 1,
+                      .application_name = "Unknown Application",
+                      .log_lock = {},
+                      .first_exit_node = nullptr,
+                      .last_exit_node = nullptr,
+                      .running_exit_node = nullptr,
+                      .platform_code = 0};
+
+}  // namespace kv::frame
