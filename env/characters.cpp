@@ -1,0 +1,127 @@
+#include "env/characters.hpp"
+
+#include <algorithm>
+
+namespace kv::env {
+
+int Characters::source_character() {
+    if (source_.position == source_.end) {
+        if (ended_ || !source_.refill()) {
+            ended_ = true;
+            return kEnd;
+        }
+    }
+    return static_cast<unsigned char>(*source_.position++);
+}
+
+// The next character of the text without comments. The place moves on with it.
+int Characters::raw() {
+    if (at_line_start_ && !(line_ == 1 && column_ == 0)) {
+        ++line_;
+        column_ = 0;
+    }
+    int c = source_character();
+    ++column_;
+    if (at_line_start_ && c == ';') {
+        while (c != '\n' && c != kEnd) {
+            c = source_character();
+            ++column_;
+        }
+    }
+    at_line_start_ = c == '\n';
+    return c;
+}
+
+int Characters::next() {
+    if (pushed_back_ != kNone) {
+        const int c = pushed_back_;
+        pushed_back_ = kNone;
+        return c;
+    }
+    if (queued_last_ != kNone) return queued();
+    for (;;) {
+        const int c = raw();
+        place_ = {line_, column_};
+        if (c != '\\') return c;
+        const int kept = after_backslash();
+        if (kept != kNone) return kept;
+    }
+}
+
+// Decides what a backslash that has just been read stands for: kNone if it joins two lines, else the first
+// character of what is delivered, with the rest queued.
+int Characters::after_backslash() {
+    int c = raw();
+    int backslashes = 1;
+    if (c == '\\') {
+        ++backslashes;
+        c = raw();
+        if (c == '\n') {
+            queued_last_ = c;
+            return '\\';
+        }
+    }
+    std::int64_t spaces = 0;
+    for (; c == ' '; c = raw()) ++spaces;
+    if (c == '\n') {
+        ++line_;
+        column_ = 0;
+        at_line_start_ = false;  // a ";" that begins a continued line is an ordinary character
+        return kNone;
+    }
+    queued_backslashes_ = backslashes - 1;
+    queued_spaces_ = spaces;
+    queued_last_ = c;
+    return '\\';
+}
+
+int Characters::queued() {
+    ++place_.column;
+    if (queued_backslashes_ > 0) {
+        --queued_backslashes_;
+        return '\\';
+    }
+    if (queued_spaces_ > 0) {
+        --queued_spaces_;
+        return ' ';
+    }
+    const int c = queued_last_;
+    queued_last_ = kNone;
+    return c;
+}
+
+int Characters::skip_blanks() {
+    int c = next();
+    while (c == ' ' || c == '\t') c = next();
+    return c;
+}
+
+// Takes what needs no decision straight from the source.
+void Characters::collect_plain(char terminator, memory::String &run) {
+    if (pushed_back_ != kNone || queued_last_ != kNone || at_line_start_) return;
+    const char *stop = std::find_if(source_.position, source_.end, [terminator](char c) {
+        return c == terminator || c == '\\' || c == '\n' || c == '\0';
+    });
+    run.append(source_.position, stop);
+    column_ += stop - source_.position;
+    source_.position = stop;
+}
+
+int Characters::collect(int first, char terminator, memory::String &run) {
+    run.clear();
+    int c = first;
+    while (c != kEnd && c != terminator) {
+        if (c != '\0') {
+            run.push_back(static_cast<char>(c));
+        } else {
+            has_zero_bytes_ = true;
+        }
+        collect_plain(terminator, run);
+        c = next();
+    }
+    const std::size_t last = run.find_last_not_of(" \t");
+    run.resize(last == memory::String::npos ? 0 : last + 1);
+    return c;
+}
+
+}  // namespace kv::env

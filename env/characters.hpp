@@ -1,0 +1,62 @@
+// The characters of a text as its grammar sees them: without comments, with continued lines joined.
+#pragma once
+
+#include <cstdint>
+
+#include "env/reader.hpp"
+#include "memory/owned.hpp"
+
+namespace kv::env {
+
+/// A place in a text, both counted from 1.
+struct Place {
+    std::int64_t line;
+    std::int64_t column;
+};
+
+class Characters {
+  public:
+    static constexpr int kEnd = -1;
+
+    explicit Characters(Source &source) : source_(source) {}
+
+    /// The next character, 0 to 255, or kEnd.
+    int next();
+    /// The character is the next one once more.
+    void push_back(int character) { pushed_back_ = character; }
+    /// The place of the character that next() gave last.
+    Place place() const { return place_; }
+
+    int skip_blanks();
+    /// Collects a run up to `terminator` or the end, beginning with `first`, and removes the blanks at its
+    /// end. Zero bytes are left out. Returns the character that ended the run.
+    int collect(int first, char terminator, memory::String &run);
+
+    bool has_zero_bytes() const { return has_zero_bytes_; }
+
+  private:
+    static constexpr int kNone = -2;
+
+    int source_character();
+    int raw();
+    int after_backslash();
+    int queued();
+    void collect_plain(char terminator, memory::String &run);
+
+    Source &source_;
+    int pushed_back_ = kNone;
+    bool ended_ = false;
+    bool at_line_start_ = true;  // the next raw character is the first of its line
+    bool has_zero_bytes_ = false;
+    std::int64_t line_ = 1;  // of the last raw character
+    std::int64_t column_ = 0;
+    Place place_{1, 1};
+
+    // Characters that were read to decide about a continuation and turned out to be ordinary: so many
+    // backslashes, then so many spaces, then one more.
+    std::int64_t queued_backslashes_ = 0;
+    std::int64_t queued_spaces_ = 0;
+    int queued_last_ = kNone;
+};
+
+}  // namespace kv::env

@@ -1,0 +1,86 @@
+// The records of the tree: elements and the lists that hold them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "kv/env.h"
+
+namespace kv::env {
+
+struct Element;
+class Index;
+
+/// The elements of a block, or the sections of a root environment, in their order.
+struct List {
+    std::int32_t count = 0;
+    Element *first = nullptr;
+    Element *last = nullptr;
+    Element *owner = nullptr;  // the block that has this list; null for the sections
+    Index *index = nullptr;    // built when a search in a long list needs it, see list.hpp
+};
+
+/// One element. Its name stands behind the record in the same block of memory, and behind the name there
+/// may be room for its text. A section is an element whose list has no owner.
+struct Element {
+    Element *next;
+    Element *previous;
+    List *parent;  // the list that holds it
+    union {
+        char *text;      // ENV_TYPE_DATA: never null; in the element's own block or one of its own
+        List *children;  // ENV_TYPE_BLOCK: null until the block receives a child
+        void *external;  // ENV_TYPE_EXTERNAL: the application's
+    };
+    std::uint64_t order;  // grows along the list; kept only while the list has an index
+    std::uint32_t pins;   // reasons not to free it: sub-environments open on it, a running visit
+    std::uint16_t room;   // bytes for a text behind the name
+    std::uint8_t type;
+
+    char *name() { return reinterpret_cast<char *>(this + 1); }
+    const char *name() const { return reinterpret_cast<const char *>(this + 1); }
+    bool is_named(std::string_view wanted) const;
+    bool is_section() const { return parent->owner == nullptr; }
+    /// The list of a block that has one; null for everything else.
+    List *list() const { return type == ENV_TYPE_BLOCK ? children : nullptr; }
+    /// ENV_DATA, ENV_BLOCK or ENV_EXTERNAL.
+    std::int32_t status() const;
+};
+
+/// Frees a detached element with its subtree, however deep that is.
+void free_element(Element *element);
+struct FreeElement {
+    void operator()(Element *element) const { free_element(element); }
+};
+using ElementPointer = std::unique_ptr<Element, FreeElement>;
+
+/// Frees every element of a list and its index; the list is empty then.
+void clear_list(List &list);
+
+// New elements; each throws std::bad_alloc when the heap is exhausted.
+ElementPointer make_data(std::string_view name, std::string_view text);
+ElementPointer make_block(std::string_view name);
+ElementPointer make_external(std::string_view name, void *external);
+/// Gives a block without a list an empty one. False when the heap is exhausted.
+bool make_list(Element &block);
+
+/// Turns any element into a data element; its old content is freed. Throws std::bad_alloc, and then the
+/// element is as it was. The text may be part of what is freed.
+void set_text(Element &element, std::string_view text);
+/// Turns any element into an external; its old content is freed.
+void set_external(Element &element, void *external);
+/// Turns any element into a block that takes over `list`; a block's own list must be null.
+void set_list(Element &element, List *list);
+
+/// True if an element below `element` has a pin.
+bool pinned_below(const Element &element);
+inline bool pinned(const Element &element) {
+    return element.pins != 0 || pinned_below(element);
+}
+
+/// The element that follows `element` in a walk through the subtree of `top`, parents first; null at the
+/// end. The walk needs no memory, since every list knows its owner.
+const Element *following(const Element *element, const Element *top);
+
+}  // namespace kv::env

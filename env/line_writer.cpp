@@ -1,0 +1,96 @@
+#include "env/line_writer.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+namespace kv::env {
+
+namespace {
+
+constexpr std::size_t kColumns = 90;
+
+bool is_plain(std::string_view piece) {
+    return std::memchr(piece.data(), '\\', piece.size()) == nullptr &&
+           std::memchr(piece.data(), '\n', piece.size()) == nullptr;
+}
+
+}  // namespace
+
+void LineWriter::indent(int level) {
+    static constexpr char kSpaces[] = "                                                                ";
+    for (std::size_t left = static_cast<std::size_t>(level) - 1; left > 0;) {
+        const std::size_t count = std::min(left, sizeof kSpaces - 1);
+        sink_.put(kSpaces, count);
+        left -= count;
+    }
+}
+
+void LineWriter::write(int level, std::initializer_list<std::string_view> pieces) {
+    indent(level);
+    std::size_t length = static_cast<std::size_t>(level);
+    for (const std::string_view piece : pieces) length += piece.size();
+    if (length > kColumns || !std::all_of(pieces.begin(), pieces.end(), is_plain)) {
+        write_carefully(level, pieces);
+        return;
+    }
+    for (const std::string_view piece : pieces) sink_.put(piece.data(), piece.size());
+    sink_.put("\n", 1);
+}
+
+void LineWriter::write_carefully(int level, std::initializer_list<std::string_view> pieces) {
+    pending_ = Pending::nothing;
+    at_line_start_ = false;
+    std::size_t column = static_cast<std::size_t>(level) % kColumns;
+    bool break_due = false;
+    for (const std::string_view piece : pieces) {
+        for (const char c : piece) {
+            break_due = break_due || column == 0;
+            if (break_due && pending_ == Pending::nothing) {
+                sink_.put("\\\n", 2);
+                at_line_start_ = false;
+                break_due = false;
+            }
+            put(c);
+            column = column + 1 < kColumns ? column + 1 : 0;
+        }
+    }
+    close_line();
+}
+
+void LineWriter::put(char c) {
+    if (c == '\n') {  // inside a name
+        close_line();
+        at_line_start_ = true;
+        return;
+    }
+    if (at_line_start_ && c == ';') sink_.put("\\\n", 2);  // else it would begin a comment
+    at_line_start_ = false;
+    sink_.put(&c, 1);
+    switch (pending_) {
+        case Pending::nothing:
+            if (c == '\\') pending_ = Pending::backslash;
+            break;
+        case Pending::backslash:
+            pending_ = c == '\\' ? Pending::two_backslashes : c == ' ' ? Pending::spaces : Pending::nothing;
+            break;
+        case Pending::two_backslashes:
+        case Pending::spaces:
+            pending_ = c == ' ' ? Pending::spaces : Pending::nothing;
+            break;
+    }
+}
+
+// Ends the line so that the reader sees what was written, and a line end. One backslash before it needs a
+// second. Two of them, or spaces behind them, need a character of their own behind them: a tab, which the
+// reader removes with the blanks at the end of a value.
+void LineWriter::close_line() {
+    if (pending_ == Pending::backslash) {
+        sink_.put("\\", 1);
+    } else if (pending_ != Pending::nothing) {
+        sink_.put("\t", 1);
+    }
+    sink_.put("\n", 1);
+    pending_ = Pending::nothing;
+}
+
+}  // namespace kv::env

@@ -1,0 +1,33 @@
+// Lines of the text format, broken before their 90th column.
+#pragma once
+
+#include <initializer_list>
+#include <string_view>
+
+#include "env/writer.hpp"
+
+namespace kv::env {
+
+class LineWriter {
+  public:
+    explicit LineWriter(Sink &sink) : sink_(sink) {}
+
+    /// Writes one line, made of pieces, behind `level` - 1 spaces.
+    void write(int level, std::initializer_list<std::string_view> pieces);
+
+  private:
+    // What the reader has in hand when it comes to the next character. Behind one or two backslashes, and
+    // spaces behind them, it takes the next character as it is, so that no line can be broken there.
+    enum class Pending { nothing, backslash, two_backslashes, spaces };
+
+    void indent(int level);
+    void write_carefully(int level, std::initializer_list<std::string_view> pieces);
+    void put(char c);
+    void close_line();
+
+    Sink &sink_;
+    Pending pending_ = Pending::nothing;
+    bool at_line_start_ = false;
+};
+
+}  // namespace kv::env

@@ -1,0 +1,233 @@
+// Merging the data elements of one environment into another.
+#include <span>
+
+#include "kv/env.h"
+
+#include "env/handle.hpp"
+#include "env/list.hpp"
+#include "env/lookup.hpp"
+#include "env/store.hpp"
+#include "env/traverse.hpp"
+#include "memory/owned.hpp"
+
+namespace kv::env {
+
+namespace {
+
+// Walks through the source with, for every block on the way down, the element of the destination that has
+// the same address. Addresses are steps, not texts, so that neither their length nor a delimiter in a name
+// matters.
+class Merge {
+  public:
+    Merge(ENV *destination, std::int32_t mode) : destination_(destination), mode_(mode) {}
+
+    std::int32_t run(const List &top) {
+        const Element *element = top.first;
+        while (element != nullptr) {
+            const List *list = element->list();
+            if (list != nullptr && list->first != nullptr) {
+                enter_block(*element);
+                element = list->first;
+                continue;
+            }
+            if (element->type != ENV_TYPE_BLOCK) {
+                if (const std::int32_t status = merge_leaf(*element); status != ENV_OK) return status;
+            }
+            while (element->next == nullptr && element->parent != &top) {
+                element = element->parent->owner;
+                leave_block(*element);
+            }
+            element = element->next;
+        }
+        return ENV_OK;
+    }
+
+  private:
+    // The destination's element for the sections of the source, or what stands for them.
+    Element *start() const {
+        if (destination_->is_subenv()) return destination_->root_element;
+        return section_ != nullptr ? find_section(destination_, section_) : nullptr;
+    }
+
+    static Element *child(const Element *parent, const Step &step) {
+        List *list = parent != nullptr ? parent->list() : nullptr;
+        return list != nullptr ? find(*list, step.name, step.index) : nullptr;
+    }
+
+    Element *innermost() const { return targets_.empty() ? start_ : targets_.back(); }
+
+    void enter_block(const Element &block) {
+        if (block.is_section()) {
+            section_ = block.name();
+            start_ = start();
+            return;
+        }
+        if (steps_.empty() && start_ == nullptr) start_ = start();
+        steps_.push_back({block.name(), occurrence(block)});
+        targets_.push_back(child(innermost(), steps_.back()));
+    }
+
+    void leave_block(const Element &block) {
+        if (block.is_section()) return;
+        steps_.pop_back();
+        targets_.pop_back();
+    }
+
+    // After something was stored: the blocks on the way exist now.
+    void refresh_targets() {
+        if (start_ == nullptr) start_ = start();
+        for (std::size_t i = 0; i < targets_.size(); ++i) {
+            if (targets_[i] == nullptr) targets_[i] = child(i == 0 ? start_ : targets_[i - 1], steps_[i]);
+        }
+    }
+
+    std::int32_t merge_leaf(const Element &leaf) {
+        if (leaf.is_section()) return merge_section_leaf(leaf);
+        if (steps_.empty() && start_ == nullptr) start_ = start();
+        Step step{leaf.name(), 0};
+        const Element *parent = innermost();
+        switch (mode_) {
+            case ENV_SINK_ADD:
+            case ENV_SINK_REPLACE:
+            case ENV_SINK_UPDATE:
+                step.index = occurrence(leaf);
+                break;
+            case ENV_SINK_APPEND:
+                step.index = 1;
+                if (parent != nullptr && parent->list() != nullptr) {
+                    step.index += count_named(*parent->list(), step.name);
+                }
+                break;
+            default:
+                kv_switch_error(mode_, kFiles, __LINE__);
+                return ENV_ERROR;
+        }
+        const bool present = child(parent, step) != nullptr;
+        if (leaf.type != ENV_TYPE_DATA || (mode_ == ENV_SINK_ADD && present) ||
+            (mode_ == ENV_SINK_UPDATE && !present)) {
+            return ENV_OK;
+        }
+        return store_leaf(leaf, step);
+    }
+
+    // A section that is a text, which only a put through a sub-environment on it can make: it has no path
+    // that it could be stored under.
+    std::int32_t merge_section_leaf(const Element &section) {
+        return section.type == ENV_TYPE_DATA
+                   ? store(destination_, section.name(), {}, {section.text, nullptr})
+                   : std::int32_t{ENV_OK};
+    }
+
+    std::int32_t store_leaf(const Element &leaf, const Step &step) {
+        // From the deepest element that exists, so that a deep tree is not searched from its top each time.
+        std::size_t depth = targets_.size();
+        while (depth > 0 && targets_[depth - 1] == nullptr) --depth;
+        Element *from = depth > 0 ? targets_[depth - 1] : start_;
+        steps_.push_back(step);
+        const std::span<const Step> steps(steps_);
+        const Content content{leaf.text, nullptr};
+        const std::int32_t status = from != nullptr ? store_below(*from, steps.subspan(depth), content)
+                                                    : store(destination_, section_, steps, content);
+        steps_.pop_back();
+        refresh_targets();
+        return status == ENV_OK ? std::int32_t{ENV_OK} : std::int32_t{ENV_ERROR};
+    }
+
+    ENV *destination_;
+    std::int32_t mode_;
+    const char *section_ = nullptr;
+    Element *start_ = nullptr;           // where the paths begin in the destination; null: not there yet
+    memory::Vector<Step> steps_;         // the blocks on the way down in the source ...
+    memory::Vector<Element *> targets_;  // ... and their counterparts; null: not there yet
+};
+
+ElementPointer clone_alone(const Element &element) {
+    switch (element.type) {
+        case ENV_TYPE_DATA:
+            return make_data(element.name(), element.text);
+        case ENV_TYPE_BLOCK:
+            return make_block(element.name());
+        default:
+            return make_external(element.name(), element.external);
+    }
+}
+
+ElementPointer clone(const Element &top) {
+    ElementPointer result = clone_alone(top);
+    const Element *from = &top;
+    Element *to = result.get();
+    for (;;) {
+        if (const List *list = from->list(); list != nullptr && list->first != nullptr) {
+            if (!make_list(*to)) throw std::bad_alloc();
+            append(*to->children, clone_alone(*list->first));
+            from = list->first;
+            to = to->children->last;
+            continue;
+        }
+        while (from != &top && from->next == nullptr) {
+            from = from->parent->owner;
+            to = to->parent->owner;
+        }
+        if (from == &top) return result;
+        append(*to->parent, clone_alone(*from->next));
+        from = from->next;
+        to = to->next;
+    }
+}
+
+const ENV *root_of(const ENV *env) {
+    while (env->is_subenv()) env = env->parent;
+    return env;
+}
+
+// A list outside the tree, freed with its elements.
+struct ListCopy : List {
+    explicit ListCopy(const List &from) {
+        for (const Element *element = from.first; element != nullptr; element = element->next) {
+            try {
+                append(*this, clone(*element));
+            } catch (const std::bad_alloc &) {
+                clear_list(*this);
+                throw;
+            }
+        }
+    }
+    ~ListCopy() { clear_list(*this); }
+};
+
+std::int32_t sink(ENV *destination, ENV *source, std::int32_t mode) {
+    const List *top = top_list(source);
+    if (top == nullptr || top->first == nullptr) return source->is_subenv() ? ENV_ERROR : ENV_OK;
+    if (source->is_subenv() && !destination->is_subenv()) {
+        report("bypass Nil section");
+        return ENV_ERROR;
+    }
+    if (root_of(source) != root_of(destination)) return Merge(destination, mode).run(*top);
+    // In one tree the merge would meet what it has stored: it works on a copy.
+    ListCopy copy(*top);
+    Element stand_in{};  // the elements of a sub-environment are no sections
+    if (source->is_subenv()) copy.owner = &stand_in;
+    return Merge(destination, mode).run(copy);
+}
+
+}  // namespace
+
+}  // namespace kv::env
+
+int32_t env_sink(ENV *destination, ENV *source, int32_t mode) noexcept {
+    return kv::env::enter(destination, [&] {
+        return kv::env::enter(source, [&] { return kv::env::sink(destination, source, mode); });
+    });
+}
+
+int32_t env_copy_block(ENV *destination, ENV *source, const char *section, const char *path,
+                       int32_t mode) noexcept {
+    const kv::env::Lock lock;
+    ENV *from = env_open_subenv(source, section, path, 1);
+    if (from == nullptr) return ENV_ERROR;
+    ENV *to = env_create_subenv(destination, section, path);
+    const int32_t result = to != nullptr ? env_sink(to, from, mode) : std::int32_t{ENV_ERROR};
+    if (to != nullptr) env_close(to, 0);
+    env_close(from, 0);
+    return result;
+}

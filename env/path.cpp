@@ -1,0 +1,72 @@
+#include "env/path.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "env/report.hpp"
+#include "env/state.hpp"
+
+namespace kv::env {
+
+namespace {
+
+constexpr int kMaxDelimiters = kMaxPathElements - 3;
+
+bool is_digit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool is_index(std::string_view element) {
+    return std::all_of(element.begin(), element.end(), is_digit);
+}
+
+// Too large a number becomes the largest one.
+std::int32_t to_index(std::string_view digits) {
+    constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
+    std::int32_t value = 0;
+    for (const char c : digits) {
+        const std::int32_t digit = c - '0';
+        if (value > (kLargest - digit) / 10) return kLargest;
+        value = value * 10 + digit;
+    }
+    return value;
+}
+
+}  // namespace
+
+bool Path::split(const char *path) {
+    if (std::strlen(path) >= kMaxPathLength) {
+        report("Env path too long - increase MAX_PATH_LENGTH", path);
+        report("Can not separate path");
+        return false;
+    }
+    int delimiters = 0;
+    const char *start = path;
+    for (const char *at = path;; ++at) {
+        if (*at != '\0' && !is_delimiter(*at)) continue;
+        if (at != start) add({start, static_cast<std::size_t>(at - start)});
+        if (*at == '\0') break;
+        start = at + 1;
+        if (++delimiters > kMaxDelimiters) {
+            report("To many path elements - increase MAX_PATH_ELEM", path);
+            report("Can not separate path");
+            return false;
+        }
+    }
+    if (count_ == 0) report("Bad Path was given");
+    return count_ > 0;
+}
+
+// Digits are the index of the name before them, unless that has one already.
+void Path::add(std::string_view element) {
+    if (index_may_follow_ && is_index(element)) {
+        steps_[count_ - 1].index = to_index(element);
+        index_may_follow_ = false;
+        return;
+    }
+    steps_[count_++] = {element, 1};
+    index_may_follow_ = true;
+}
+
+}  // namespace kv::env

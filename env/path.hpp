@@ -1,0 +1,36 @@
+// Paths: names and occurrence indices between delimiters.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace kv::env {
+
+inline constexpr std::size_t kMaxPathLength = 1024;  // with the terminating zero
+inline constexpr int kMaxPathElements = 100;         // with room behind the last name and index
+
+/// One name of a path with its occurrence index.
+struct Step {
+    std::string_view name;
+    std::int32_t index;
+};
+
+/// A path's steps. They refer to the text that was split.
+class Path {
+  public:
+    /// False if the path is rejected, which has been reported then.
+    bool split(const char *path);
+    std::span<const Step> steps() const { return {steps_.data(), count_}; }
+
+  private:
+    void add(std::string_view element);
+
+    std::array<Step, kMaxPathElements> steps_;
+    std::size_t count_ = 0;
+    bool index_may_follow_ = false;
+};
+
+}  // namespace kv::env

@@ -1,0 +1,46 @@
+#include "env/state.hpp"
+
+#include "kv/frame.h"
+#include "kv/memory.h"
+
+namespace kv::env {
+
+namespace {
+
+constexpr std::array<bool, 256> only(unsigned char c) {
+    std::array<bool, 256> set{};
+    set[c] = true;
+    return set;
+}
+
+// Made by the first use, without a race, and never destroyed: threads may outlive main().
+platform::RecursiveLock &lock() {
+    alignas(platform::RecursiveLock) static unsigned char room[sizeof(platform::RecursiveLock)];
+    static auto *const made = ::new (room) platform::RecursiveLock;
+    return *made;
+}
+
+}  // namespace
+
+constinit State state{.delimiter = "@",
+                      .previous_delimiter = "",
+                      .is_delimiter = only('@'),
+                      .iteration = {},
+                      .syntax_error = {},
+                      .first_handle = nullptr};
+
+Lock::Lock() : taken_(kv_get_win32() >= 3) {
+    if (taken_) lock().lock();
+}
+
+Lock::~Lock() {
+    if (taken_) lock().unlock();
+}
+
+void end_iteration() {
+    heap_free(state.iteration.section);
+    heap_free(state.iteration.path);
+    state.iteration = {};
+}
+
+}  // namespace kv::env
