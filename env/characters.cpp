@@ -20,8 +20,8 @@ int Characters::raw() {
         ++line_;
         column_ = 0;
     }
+    if (!ended_) ++column_;  // the end of the text stays in its place however often it is read
     int c = source_character();
-    ++column_;
     if (at_line_start_ && c == ';') {
         while (c != '\n' && c != kEnd) {
             c = source_character();

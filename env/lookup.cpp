@@ -16,9 +16,9 @@ Element *find_breadth_first(Element &start, const Step &step) {
     memory::Vector<List *> lists{start.list()};
     for (std::size_t next = 0; next < lists.size(); ++next) {
         List &list = *lists[next];
-        if (Element *found = find(list, step.name, step.index); found != nullptr) return found;
+        if (Element *found = find(list, step.name(), step.index); found != nullptr) return found;
         for (const Element *element = list.first; element != nullptr; element = element->next) {
-            if (element->list() != nullptr && !element->is_named(step.name))
+            if (element->list() != nullptr && !element->is_named(step.name()))
                 lists.push_back(element->list());
         }
     }
@@ -46,9 +46,9 @@ Resolution resolve_exact(Element &start, std::span<const Step> steps) {
     for (; !steps.empty(); steps = steps.subspan(1)) {
         const Step &step = steps.front();
         List *list = element->list();
-        Element *next = list != nullptr ? find(*list, step.name, step.index) : nullptr;
+        Element *next = list != nullptr ? find(*list, step.name(), step.index) : nullptr;
         if (next == nullptr) {
-            const std::int32_t present = list != nullptr ? count_named(*list, step.name) : 0;
+            const std::int32_t present = list != nullptr ? count_named(*list, step.name()) : 0;
             return {element, steps, step.index - present};
         }
         element = next;

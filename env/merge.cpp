@@ -1,4 +1,5 @@
 // Merging the data elements of one environment into another.
+#include <cstring>
 #include <span>
 
 #include "kv/env.h"
@@ -13,6 +14,10 @@
 namespace kv::env {
 
 namespace {
+
+Step step_to(const Element &element, std::int32_t index) {
+    return {element.name(), static_cast<std::uint32_t>(std::strlen(element.name())), index};
+}
 
 // Walks through the source with, for every block on the way down, the element of the destination that has
 // the same address. Addresses are steps, not texts, so that neither their length nor a delimiter in a name
@@ -51,7 +56,7 @@ class Merge {
 
     static Element *child(const Element *parent, const Step &step) {
         List *list = parent != nullptr ? parent->list() : nullptr;
-        return list != nullptr ? find(*list, step.name, step.index) : nullptr;
+        return list != nullptr ? find(*list, step.name(), step.index) : nullptr;
     }
 
     Element *innermost() const { return targets_.empty() ? start_ : targets_.back(); }
@@ -63,7 +68,7 @@ class Merge {
             return;
         }
         if (steps_.empty() && start_ == nullptr) start_ = start();
-        steps_.push_back({block.name(), occurrence(block)});
+        steps_.push_back(step_to(block, occurrence(block)));
         targets_.push_back(child(innermost(), steps_.back()));
     }
 
@@ -84,7 +89,7 @@ class Merge {
     std::int32_t merge_leaf(const Element &leaf) {
         if (leaf.is_section()) return merge_section_leaf(leaf);
         if (steps_.empty() && start_ == nullptr) start_ = start();
-        Step step{leaf.name(), 0};
+        Step step = step_to(leaf, 0);
         const Element *parent = innermost();
         switch (mode_) {
             case ENV_SINK_ADD:
@@ -95,7 +100,7 @@ class Merge {
             case ENV_SINK_APPEND:
                 step.index = 1;
                 if (parent != nullptr && parent->list() != nullptr) {
-                    step.index += count_named(*parent->list(), step.name);
+                    step.index += count_named(*parent->list(), step.name());
                 }
                 break;
             default:
@@ -114,7 +119,7 @@ class Merge {
     // that it could be stored under.
     std::int32_t merge_section_leaf(const Element &section) {
         return section.type == ENV_TYPE_DATA
-                   ? store(destination_, section.name(), {}, {section.text, nullptr})
+                   ? store_steps(destination_, section.name(), {}, {section.text, nullptr})
                    : std::int32_t{ENV_OK};
     }
 
@@ -127,7 +132,7 @@ class Merge {
         const std::span<const Step> steps(steps_);
         const Content content{leaf.text, nullptr};
         const std::int32_t status = from != nullptr ? store_below(*from, steps.subspan(depth), content)
-                                                    : store(destination_, section_, steps, content);
+                                                    : store_steps(destination_, section_, steps, content);
         steps_.pop_back();
         refresh_targets();
         return status == ENV_OK ? std::int32_t{ENV_OK} : std::int32_t{ENV_ERROR};

@@ -65,7 +65,7 @@ void Path::add(std::string_view element) {
         index_may_follow_ = false;
         return;
     }
-    steps_[count_++] = {element, 1};
+    steps_[count_++] = {element.data(), static_cast<std::uint32_t>(element.size()), 1};
     index_may_follow_ = true;
 }
 

@@ -14,8 +14,11 @@ inline constexpr int kMaxPathElements = 100;         // with room behind the las
 
 /// One name of a path with its occurrence index.
 struct Step {
-    std::string_view name;
+    const char *text;
+    std::uint32_t length;
     std::int32_t index;
+
+    std::string_view name() const { return {text, length}; }
 };
 
 /// A path's steps. They refer to the text that was split.
@@ -28,7 +31,7 @@ class Path {
   private:
     void add(std::string_view element);
 
-    std::array<Step, kMaxPathElements> steps_;
+    std::array<Step, kMaxPathElements> steps_;  // those counted are valid
     std::size_t count_ = 0;
     bool index_may_follow_ = false;
 };

@@ -50,12 +50,12 @@ void create(List &top, std::span<const Step> steps, std::int32_t missing, const 
     for (std::size_t i = 0; i < steps.size(); ++i) {
         const std::int32_t wanted = i == 0 ? missing : steps[i].index;
         for (std::int32_t filler = 1; filler < wanted; ++filler)
-            append(*list, make_data(steps[i].name, ""));
+            append(*list, make_data(steps[i].name(), ""));
         if (i + 1 == steps.size()) {
-            append(*list, make_element(steps[i].name, content));
+            append(*list, make_element(steps[i].name(), content));
             return;
         }
-        ElementPointer block = make_block(steps[i].name);
+        ElementPointer block = make_block(steps[i].name());
         if (!make_list(*block)) throw std::bad_alloc();
         append(*list, std::move(block));
         list = list->last->children;
@@ -84,7 +84,8 @@ std::int32_t store_below(Element &start, std::span<const Step> steps, const Cont
     return create_below(*resolution.last, resolution.rest, resolution.missing, content);
 }
 
-std::int32_t store(ENV *env, const char *section, std::span<const Step> steps, const Content &content) {
+std::int32_t store_steps(ENV *env, const char *section, std::span<const Step> steps,
+                         const Content &content) {
     if (env->is_subenv()) return store_below(*env->root_element, steps, content);
     if (Element *found = find_section(env, section); found != nullptr) {
         return steps.empty() ? std::int32_t{ENV_OK} : store_below(*found, steps, content);
@@ -103,9 +104,9 @@ std::int32_t store(ENV *env, const char *section, const char *path, const Conten
     }
     Path split;
     if (path == nullptr || (!split.split(path) && !env->is_subenv()))
-        return store(env, section, {}, content);
+        return store_steps(env, section, {}, content);
     if (split.steps().empty()) return ENV_OK;  // the path was rejected; nothing is stored
-    return store(env, section, split.steps(), content);
+    return store_steps(env, section, split.steps(), content);
 }
 
 }  // namespace kv::env

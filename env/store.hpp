@@ -21,7 +21,8 @@ struct Content {
 std::int32_t store(ENV *env, const char *section, const char *path, const Content &content);
 
 /// As store() with the path split. Without steps, a section of a root environment is created if need be.
-std::int32_t store(ENV *env, const char *section, std::span<const Step> steps, const Content &content);
+std::int32_t store_steps(ENV *env, const char *section, std::span<const Step> steps,
+                         const Content &content);
 
 /// Stores at the element that steps lead to from `start`, creating what is missing. The codes are those of
 /// env_put_core().
