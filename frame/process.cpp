@@ -1,9 +1,9 @@
 // Environment variables, the beep, and the kind of platform.
 #include "kv/frame.h"
-#include "kv/memory.h"
 #include "kv/strings.h"
 
 #include "frame/state.hpp"
+#include "memory/owned.hpp"
 #include "platform/platform.hpp"
 
 const char *kv_getenv(const char *name, const char *default_value) noexcept {
@@ -12,12 +12,11 @@ const char *kv_getenv(const char *name, const char *default_value) noexcept {
 }
 
 int32_t kv_putenv(const char *setting) noexcept {
-    char *copy = str_alloc(setting);
-    if (copy == nullptr) return -1;
-    bool kept = false;
-    const bool done = kv::platform::put_environment_variable(copy, kept);
-    if (!kept) heap_free(copy);
-    return done ? 0 : -1;
+    const kv::memory::Owned<char> copy(str_alloc(setting));
+    char *equals = copy != nullptr ? str_chr(copy.get(), '=') : nullptr;
+    if (equals == nullptr || equals == copy.get()) return -1;
+    *equals = '\0';
+    return kv::platform::set_environment_variable(copy.get(), equals + 1) ? 0 : -1;
 }
 
 void kv_beep() noexcept {

@@ -109,9 +109,8 @@ void beep();
 
 /// The value inside the process environment, or null.
 const char *environment_variable(const char *name);
-/// Takes "name=value"; the environment keeps the pointer. "name=" removes the variable and keeps
-/// nothing; `kept` says which. False for a malformed setting.
-bool put_environment_variable(char *setting, bool &kept);
+/// Sets a variable of the process; an empty value removes it. False if the system refuses.
+bool set_environment_variable(const char *name, const char *value);
 /// The code that kv_get_win32() returns; 0 if unknown.
 std::int32_t windows_platform_code();
 

@@ -110,8 +110,7 @@ KV_API const char *kv_getenv(const char *name, const char *default_value) KV_NOE
 
 /** Sets an environment variable of the process.
  *
- *  @param setting  "name=value", copied; the copy lives as long as the process. "name=" removes the
- *                  variable.
+ *  @param setting  "name=value", copied. "name=" removes the variable.
  *  @retval 0   done
  *  @retval -1  no "=" in the setting, an empty name, or an exhausted heap; nothing is changed */
 KV_API int32_t kv_putenv(const char *setting) KV_NOEXCEPT;

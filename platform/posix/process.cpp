@@ -16,18 +16,8 @@ const char *environment_variable(const char *name) {
     return getenv(name);
 }
 
-bool put_environment_variable(char *setting, bool &kept) {
-    kept = false;
-    char *equals = std::strchr(setting, '=');
-    if (equals == nullptr || equals == setting) return false;
-    if (equals[1] != '\0') {
-        kept = putenv(setting) == 0;
-        return kept;
-    }
-    *equals = '\0';
-    const bool removed = unsetenv(setting) == 0;
-    *equals = '=';
-    return removed;
+bool set_environment_variable(const char *name, const char *value) {
+    return (*value != '\0' ? setenv(name, value, 1) : unsetenv(name)) == 0;
 }
 
 std::int32_t windows_platform_code() {

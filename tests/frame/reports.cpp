@@ -1,0 +1,154 @@
+// Reports and the call trace. Each test runs in a process of its own, with the state of a fresh start.
+#include <chrono>
+#include <ctime>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <regex>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <utime.h>
+
+#include "kv.h"
+
+#include "tests/support/support.hpp"
+
+namespace {
+
+using kvtest::read_log;
+
+// The log with every timestamp line replaced by "<time>"; a wrong layout or another time stays.
+std::string log_without_time() {
+    static const std::regex kTimestamp(
+        "(Sun|Mon|Tue|Wed|Thu|Fri|Sat) (Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [ 1-3][0-9] "
+        "[0-2][0-9]:[0-5][0-9]:[0-6][0-9] 2[0-9]{3}\n");
+    return std::regex_replace(read_log(), kTimestamp, "<time>\n");
+}
+
+TEST(Reports, LayoutOfEveryKind) {
+    kv_error_setname("Press control and more than twenty");
+    kv_error("one", nullptr, "three", "file.c", 12);
+    kv_message("note", nullptr, nullptr, "file.c", 13);
+    kv_switch_error(-7, "file.c", 14);
+    EXPECT_EQ(log_without_time(),
+              "<time>\n>ERROR  in Press control and mo \"file.c\" line 12:\n  one!\n  three!\n\n\n\n\n"
+              "<time>\n> MESSAGE in Press control and mo \"file.c\" line 13:\n  note!\n\n\n"
+              "SWITCH ERROR in \"file.c\" line 14:\n  switch value = -7!\n\n\n\n");
+}
+
+TEST(Reports, TimestampIsNow) {
+    kv_message(nullptr, nullptr, nullptr, "f", 1);
+    std::tm parsed{};
+    const std::string log = read_log();
+    ASSERT_NE(strptime(log.c_str(), "%a %b %d %H:%M:%S %Y\n", &parsed), nullptr) << log;
+    parsed.tm_isdst = -1;
+    EXPECT_NEAR(static_cast<double>(mktime(&parsed)), static_cast<double>(time(nullptr)), 5);
+}
+
+TEST(Reports, TracebackFromTheInnermost) {
+    kv_begin("a");
+    kv_begin("b");
+    kv_begin("a");
+    kv_begin("a");
+    kv_switch_error(1, "f", 1);
+    EXPECT_EQ(
+        read_log(),
+        "SWITCH ERROR in \"f\" line 1:\n  switch value = 1!\n\n  traceback:\n  - 2 * a called from ...\n\n"
+        "  - b called from ...\n  - a called from ...\n  - main.\n\n\n");
+    kv_end();
+    kv_end();
+    kv_end();
+    kvtest::clear_log();
+    kv_switch_error(2, "f", 1);
+    EXPECT_EQ(kvtest::count_in_log("- a called from ...\n  - main."), 1);
+    kv_end();
+    kvtest::clear_log();
+    kv_switch_error(3, "f", 1);
+    EXPECT_EQ(kvtest::count_in_log("traceback"), 0);
+}
+
+TEST(Reports, LongTraceNamesFoldByWhatIsKept) {
+    const std::string name(200, 'x');
+    kv_begin(name.c_str());
+    kv_begin(name.c_str());
+    kv_switch_error(1, "f", 1);
+    EXPECT_EQ(kvtest::count_in_log("  - 2 * " + std::string(79, 'x') + " called"), 1);
+}
+
+TEST(Reports, TheTwentyFirstEntrySwitchesTheTraceOff) {
+    for (int i = 0; i < 20; ++i) kv_begin(std::to_string(i).c_str());
+    EXPECT_EQ(read_log(), "");
+    kv_begin("one too many");
+    EXPECT_EQ(kvtest::count_in_log("\"Kv\" line "), 1);
+    EXPECT_EQ(kvtest::count_in_log("  kv_begin: runtime stack overflow!\n"), 1);
+    for (int i = 0; i < 30; ++i) kv_end();
+    kv_begin("again");
+    kv_switch_error(1, "f", 1);
+    EXPECT_EQ(kvtest::count_in_log("traceback"), 0);
+    EXPECT_EQ(kvtest::count_in_log("MISSMATCH"), 0);
+}
+
+TEST(Reports, EndWithoutBegin) {
+    testing::internal::CaptureStderr();
+    kv_end();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "MISSMATCH WITH BEGIN-END-BRACKET:\n  END without BEGIN!\n\n");
+    EXPECT_EQ(read_log(), "> MISSMATCH WITH BEGIN-END-BRACKET:\n  END without BEGIN!\n\n");
+}
+
+TEST(Reports, DebuggerGetsErrorsAlways) {
+    const std::string output = (kvtest::drive_c() / "debug").string();
+    setenv("KV_DEBUG_OUTPUT", output.c_str(), 1);
+    EXPECT_EQ(kv_error_onoff(0), 1);
+    EXPECT_EQ(kv_error_onoff(-1), 0);
+    EXPECT_EQ(kv_error_onoff(2), 0);
+    kv_error("a", nullptr, "b", "f.c", 3);
+    kv_error(nullptr, nullptr, nullptr, "f.c", 4);
+    kv_message("m", nullptr, nullptr, "f.c", 5);
+    EXPECT_EQ(kvtest::read_file(output),
+              "KV_ERROR in Unknown Application \"f.c\" line 3:\nab\n\n"
+              "KV_ERROR in Unknown Application \"f.c\" line 4:\n");
+    EXPECT_EQ(kvtest::count_in_log("ERROR"), 0);
+    EXPECT_EQ(kvtest::count_in_log("MESSAGE"), 1);
+    EXPECT_EQ(kv_error_onoff(1), 0);
+    kv_error(std::string(10000, 'x').c_str(), nullptr, nullptr, std::string(400, 'f').c_str(), 6);
+    EXPECT_EQ(kvtest::count_in_log("\"" + std::string(400, 'f') + "\" line 6:\n  " +
+                                   std::string(10000, 'x') + "!\n"),
+              1);
+}
+
+TEST(Reports, TheLogHoldsOneDay) {
+    kv_message("old", nullptr, nullptr, "f", 1);
+    const std::string log = (kvtest::drive_c() / "kv.err").string();
+    const time_t yesterday = time(nullptr) - 24 * 60 * 60;
+    const utimbuf times{yesterday, yesterday};
+    ASSERT_EQ(utime(log.c_str(), &times), 0);
+    kv_message("new", nullptr, nullptr, "f", 1);
+    kv_message("newer", nullptr, nullptr, "f", 1);
+    EXPECT_EQ(kvtest::count_in_log("  old!"), 0);
+    EXPECT_EQ(kvtest::count_in_log("  new!"), 1);
+    EXPECT_EQ(kvtest::count_in_log("  newer!"), 1);
+}
+
+TEST(Reports, ALogThatCannotBeOpenedIsPassedOver) {
+    std::filesystem::create_directory(kvtest::drive_c() / "kv.err");
+    kv_error("lost", nullptr, nullptr, "f", 1);
+    kv_switch_error(1, "f", 1);
+    EXPECT_TRUE(std::filesystem::is_empty(kvtest::drive_c() / "kv.err"));
+}
+
+TEST(Reports, ExitShowsLogsRunsTheExitFunctionsAndEndsWithZero) {
+    EXPECT_EXIT(
+        {
+            endprog_fkt(KV_ENDPROG_REGISTER, [] { fputs("first\n", stderr); });
+            endprog_fkt(KV_ENDPROG_REGISTER, [] { fputs(read_log().c_str(), stderr); });
+            kv_begin("work");
+            kv_exit("no", nullptr, "more", "f.c", 9);
+        },
+        testing::ExitedWithCode(0),
+        "^EXIT :\nnomore\nfirst\n> EXIT    in \"f.c\" line 9:\n  no!\n  more!\n\n\n  traceback:\n"
+        "  - work called from ...\n  - main.\n\n\n$");
+    EXPECT_EXIT(kv_exit(std::string(200, 'a').c_str(), std::string(200, 'b').c_str(), nullptr, "f", 1),
+                testing::ExitedWithCode(0), "^EXIT :\na{200}b{55}\n$");
+}
+
+}  // namespace

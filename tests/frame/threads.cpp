@@ -1,0 +1,34 @@
+// Reports of several threads at once.
+#include <gtest/gtest.h>
+#include <thread>
+#include <vector>
+
+#include "kv.h"
+
+#include "tests/support/support.hpp"
+
+namespace {
+
+TEST(FrameThreads, EntriesNeverInterleave) {
+    constexpr int kThreads = 8;
+    constexpr int kReports = 50;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([thread] {
+            const std::string text(3000, static_cast<char>('a' + thread));
+            for (int i = 0; i < kReports; ++i) {
+                kv_message(text.c_str(), text.c_str(), nullptr, "f", thread);
+                EXPECT_EQ(kv_get_win32(), 5);
+            }
+        });
+    }
+    for (std::thread &thread : threads) thread.join();
+    int whole = 0;
+    for (int thread = 0; thread < kThreads; ++thread) {
+        const std::string text = "  " + std::string(3000, static_cast<char>('a' + thread)) + "!\n";
+        whole += kvtest::count_in_log("line " + std::to_string(thread) + ":\n" + text + text + "\n\n");
+    }
+    EXPECT_EQ(whole, kThreads * kReports);
+}
+
+}  // namespace
