@@ -1,7 +1,7 @@
 # The options that every target of the project is compiled with.
 add_library(kv_options INTERFACE)
-target_compile_options(kv_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wcast-qual
-                       -Wnon-virtual-dtor $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast> -Werror)
+target_compile_options(kv_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wcast-qual -Werror
+                       $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast> $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>)
 
 if(KV_SANITIZE)
   add_compile_options(-fsanitize=${KV_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -31,7 +31,6 @@ bool has_pinned_elements(const ENV *env) {
 
 }  // namespace kv::env
 
-using kv::env::Element;
 using kv::env::ElementPointer;
 using kv::env::enter;
 using kv::env::Lookup;

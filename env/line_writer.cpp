@@ -27,7 +27,7 @@ void LineWriter::indent(int level) {
 
 void LineWriter::write(int level, std::initializer_list<std::string_view> pieces) {
     indent(level);
-    std::size_t length = static_cast<std::size_t>(level);
+    auto length = static_cast<std::size_t>(level);
     for (const std::string_view piece : pieces) length += piece.size();
     if (length > kColumns || !std::all_of(pieces.begin(), pieces.end(), is_plain)) {
         write_carefully(level, pieces);

@@ -8,7 +8,7 @@
 namespace kv::platform {
 
 bool local_time(std::int64_t seconds, std::tm &fields) {
-    const time_t value = static_cast<time_t>(seconds);
+    const auto value = static_cast<time_t>(seconds);
     return localtime_r(&value, &fields) != nullptr;
 }
 

@@ -1,10 +1,10 @@
 // Paths as the families write them, and the files that they reach.
+#include "platform/posix/drives.hpp"
+
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include <filesystem>
-
-#include "platform/posix/drives.hpp"
 #include "tests/support/support.hpp"
 
 namespace {

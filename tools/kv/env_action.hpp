@@ -1,0 +1,43 @@
+// What an action of `kv env` consists of. Each file env_<group>.cpp defines the actions of one group.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "arguments.hpp"
+
+namespace kvtool {
+
+struct Action {
+    std::string_view name;
+    std::string_view operands;  ///< as the usage line shows them
+    std::string_view summary;   ///< one line
+    std::string_view details;   ///< the rest of the help
+    std::span<const Option> options;
+    std::size_t least;  ///< operands
+    std::size_t most;
+    int (*run)(std::string_view command, const Arguments &arguments);
+};
+
+extern const Action kEnvShow;
+extern const Action kEnvGet;
+extern const Action kEnvNames;
+extern const Action kEnvCount;
+extern const Action kEnvSet;
+extern const Action kEnvDelete;
+extern const Action kEnvInsert;
+extern const Action kEnvEdit;
+extern const Action kEnvMerge;
+extern const Action kEnvCheck;
+
+/// Options that several actions have.
+inline constexpr Option kOutputOption = {"--output", "FILE", "write there instead; - is standard output"};
+inline constexpr Option kAnyDepthOption = {"--any-depth", "",
+                                           "look for each name of PATH in all that lies below"};
+
+/// The n-th operand from 0, NIL if there are not so many.
+inline const char *operand(const Arguments &arguments, std::size_t n) {
+    return n < arguments.operands().size() ? arguments.operands()[n].c_str() : nullptr;
+}
+
+}  // namespace kvtool

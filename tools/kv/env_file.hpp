@@ -1,0 +1,38 @@
+// Environment trees of the program: from a file and back to it, nothing lost unnoticed.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "kv/env.h"
+
+namespace kvtool {
+
+struct CloseTree {
+    void operator()(ENV *env) const { env_close(env, 0); }
+};
+/// An environment or a sub-environment that is closed at the end.
+using Tree = std::unique_ptr<ENV, CloseTree>;
+
+/// An empty environment.
+Tree new_tree(int32_t id = 0, ENV *default_env = nullptr);
+
+enum class LoadResult { done, missing, unreadable, syntax };
+
+/// Reads a file into `env`. If that fails, `problem` tells the user why, beginning with the file's name.
+LoadResult try_load(const std::string &file, ENV *env, std::string &problem);
+
+/// Reads a file into `env`; throws Failure (kFile).
+void load(const std::string &file, ENV *env);
+
+/// The canonical text with line feeds at the line ends.
+std::string text_of(ENV *env);
+
+/// The same text with the line ends of a file, CR LF.
+std::string file_text(const std::string &text);
+
+/// Writes the tree to a file, "-" being standard output. Throws Failure: kUsage, before anything is
+/// written, if the text would not read back as the tree; kFile if the file does not hold the text then.
+void save(ENV *env, const std::string &file);
+
+}  // namespace kvtool

@@ -1,0 +1,11 @@
+// The subcommands of the program; each has a file of its own name.
+#pragma once
+
+#include <span>
+
+namespace kvtool {
+
+/// `kv env`: environment files. Gets the words behind "env"; returns the exit code or throws Failure.
+int run_env(std::span<const char *const> words);
+
+}  // namespace kvtool
