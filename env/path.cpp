@@ -51,6 +51,7 @@ bool Path::split(const char *path) {
         if (++delimiters > kMaxDelimiters) {
             report("To many path elements - increase MAX_PATH_ELEM", path);
             report("Can not separate path");
+            count_ = 0;
             return false;
         }
     }

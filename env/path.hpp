@@ -24,7 +24,7 @@ struct Step {
 /// A path's steps. They refer to the text that was split.
 class Path {
   public:
-    /// False if the path is rejected, which has been reported then.
+    /// False if the path is rejected, which has been reported then; there are no steps.
     bool split(const char *path);
     std::span<const Step> steps() const { return {steps_.data(), count_}; }
 

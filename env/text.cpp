@@ -20,10 +20,11 @@ class FunctionSource : public kv::env::Source {
 
     bool refill() override {
         const int32_t c = get_character_(stream_);
+        if (c < 0) return false;
         character_ = static_cast<char>(c);
         position = &character_;
         end = position + 1;
-        return c >= 0;
+        return true;
     }
 
   private:

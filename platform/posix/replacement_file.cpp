@@ -66,7 +66,9 @@ bool ReplacementFile::open(const char *path) {
     }
     paths_->exists = stat(paths_->target.text, &paths_->status) == 0;
     if (paths_->exists) {
-        if (S_ISDIR(paths_->status.st_mode) || access(paths_->target.text, W_OK) != 0) return false;
+        if (S_ISDIR(paths_->status.st_mode) ||
+            faccessat(AT_FDCWD, paths_->target.text, W_OK, AT_EACCESS) != 0)
+            return false;
     }
     paths_->directory =
         static_cast<std::size_t>(std::strrchr(paths_->target.text, '/') - paths_->target.text) + 1;

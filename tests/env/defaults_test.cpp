@@ -1,0 +1,184 @@
+// Default chains: lookups along them, attaching, detaching, rings, and sub-environments' copies of them.
+#include "tests/env/trees.hpp"
+
+namespace {
+
+using namespace kvtest;
+
+TEST(Defaults, Lookups) {
+    const Env last = tree("[s]\n  z =3\n  y =3\n  x =3\n  b ={\n    c =3\n  }\n[u]\n", 30);
+    const Env middle = tree("[s]\n  y =2\n  x =2\n  b ={\n    d =2\n  }\n", 20, last.get());
+    const Env env = tree("[s]\n  x =1\n  b =data\n", 10, middle.get());
+    int mark = 0;
+    ASSERT_EQ(env_put_external(last.get(), "s", "e", &mark), ENV_OK);
+    const struct {
+        const char *path;
+        int32_t id;
+        const char *value;
+    } cases[] = {{"x", 10, "1"},   {"y", 20, "2"},   {"z", 30, "3"},   {"b", 10, "data"},
+                 {"b@c", 30, "3"}, {"b@d", 20, "2"}, {"q@0", 10, "1"}, {"none", ENV_NOT_FOUND, "?"}};
+    for (const auto &row : cases) {
+        char value[8] = "?";
+        EXPECT_EQ(env_get(env.get(), "s", row.path, 1, 8, value), row.id) << row.path;
+        EXPECT_STREQ(value, row.value) << row.path;
+    }
+    int32_t number = 0;
+    void *external = nullptr;
+    EXPECT_EQ(env_get_long(env.get(), "s", "z", 1, &number), 30);
+    EXPECT_EQ(number, 3);
+    EXPECT_EQ(env_get_external(env.get(), "s", "e", 1, &external), 30);
+    EXPECT_EQ(external, &mark);
+    EXPECT_EQ(env_data_length(env.get(), "s", "z", 1), 1);
+    int32_t id = 0;
+    EXPECT_EQ(env_get_core(env.get(), nullptr, nullptr, 1, 2, &id, nullptr, nullptr, nullptr), ENV_BLOCK);
+    EXPECT_EQ(id, 30);  // the second section
+
+    // Everything else sees the environment's own tree.
+    EXPECT_EQ(env_check(env.get(), "s", "z", 1), ENV_NOT_FOUND);
+    EXPECT_EQ(env_exist(env.get(), "u", nullptr, 1), 0);
+    EXPECT_EQ(env_count_elements(env.get(), "u", nullptr, 1), 0);
+    EXPECT_EQ(env_count_path(env.get(), "s", "z", 1), 0);
+    EXPECT_EQ(env_delete(env.get(), "s", "z"), ENV_NOT_FOUND);
+    EXPECT_EQ(env_open_subenv(env.get(), "s", "z", 1), nullptr);
+    EXPECT_EQ(env_put(env.get(), "s", "z", "own"), ENV_OK);
+    EXPECT_EQ(get(last.get(), "s", "z"), "3");
+    EXPECT_EQ(get(env.get(), "s", "z"), "own");
+
+    // A path that is bad is told by the first environment that has the section.
+    const Env front = open_env(0, last.get());
+    EXPECT_EQ(get(front.get(), "s", "@"), "-6");
+    EXPECT_EQ(get(front.get(), "none", "@"), "-4");
+}
+
+TEST(Defaults, CloseOfAChain) {
+    ENV *const last = env_open(3, nullptr);
+    ENV *const middle = env_open(2, last);
+    ENV *const first = env_open(1, middle);
+    EXPECT_EQ(env_close(middle, 0), ENV_IN_USE);
+    EXPECT_EQ(env_close(last, 1), ENV_IN_USE);
+    EXPECT_EQ(env_close(first, 0), ENV_OK);
+    ENV *const second = env_open(1, last);
+    EXPECT_EQ(env_close(middle, 1), ENV_IN_USE);  // middle is closed, last has another user
+    EXPECT_EQ(env_put(last, "s", "a", "1"), ENV_OK);
+    EXPECT_EQ(get(second, "s", "a"), "1");
+    EXPECT_EQ(env_close(second, 1), ENV_OK);  // and last with it
+}
+
+TEST(Defaults, AttachAndDetach) {
+    ENV *const e1 = env_open(1, nullptr), *const e2 = env_open(2, nullptr),
+               *const e3 = env_open(3, nullptr);
+    EXPECT_EQ(env_put(e3, "s", "a", "3"), ENV_OK);
+    env_attach_as_last_default(e1, e2);
+    env_attach_as_last_default(e1, e3);
+    EXPECT_EQ(get(e1, "s", "a"), "3");
+    EXPECT_EQ(get(e2, "s", "a"), "3");
+    EXPECT_EQ(env_close(e2, 0), ENV_IN_USE);
+    EXPECT_EQ(env_close(e3, 0), ENV_IN_USE);
+    EXPECT_EQ(reports("Attempt to attach NIL as new_default.\nIgnored.",
+                      [&] { env_attach_as_last_default(e1, nullptr); }),
+              1);
+    env_detach_default_chain(e1);
+    env_detach_default_chain(e1);
+    EXPECT_EQ(get(e1, "s", "a"), "-4");
+    EXPECT_EQ(get(e2, "s", "a"), "3");
+    EXPECT_EQ(env_close(e3, 0), ENV_IN_USE);
+    EXPECT_EQ(env_close(e2, 0), ENV_OK);
+    EXPECT_EQ(env_close(e3, 0), ENV_OK);
+    EXPECT_EQ(env_close(e1, 1), ENV_OK);
+}
+
+TEST(Defaults, NoRings) {
+    const Env e1 = open_env(1), e2 = open_env(2), e3 = open_env(3);
+    const auto refused = [](ENV *env, ENV *new_default) {
+        EXPECT_GE(reports(">ERROR", [&] { env_attach_as_last_default(env, new_default); }), 1);
+        EXPECT_EQ(get(env, "s", "a"), "-4");  // and comes back
+    };
+    refused(e1.get(), e1.get());
+    env_attach_as_last_default(e1.get(), e2.get());
+    refused(e1.get(), e2.get());
+    refused(e2.get(), e1.get());
+    env_attach_as_last_default(e2.get(), e3.get());
+    refused(e1.get(), e3.get());
+    refused(e3.get(), e1.get());
+    refused(e3.get(), e2.get());
+    refused(e3.get(), e3.get());
+    env_detach_default_chain(e1.get());
+    env_attach_as_last_default(e3.get(), e1.get());  // now it is none
+    EXPECT_EQ(env_put(e1.get(), "s", "b", "1"), ENV_OK);
+    EXPECT_EQ(get(e2.get(), "s", "b"), "1");
+    env_detach_default_chain(e2.get());
+    env_detach_default_chain(e3.get());
+}
+
+// A ring through the copies that sub-environments have.
+TEST(Defaults, NoRingsThroughSubEnvironments) {
+    const Env owner = tree("[s]\n  b ={\n  }\n", 1), other = open_env(2);
+    const Env sub = open_sub(owner.get(), "s", "b");
+    env_attach_as_last_default(sub.get(), other.get());
+    env_attach_as_last_default(other.get(), sub.get());
+    EXPECT_EQ(get(other.get(), "s", "a"), "-4");
+    env_attach_as_last_default(sub.get(), sub.get());
+    EXPECT_EQ(get(sub.get(), "s", "a"), "-4");
+    env_detach_default_chain(other.get());
+    env_detach_default_chain(sub.get());
+}
+
+TEST(Defaults, SubEnvironmentsCopyTheDefault) {
+    ENV *const base = env_open(9, nullptr);
+    EXPECT_EQ(env_put(base, "s", "a", "base"), ENV_OK);
+    const Env env = tree("[s]\n  b ={\n    c =1\n  }\n", 1, base);
+    {
+        const Env sub = open_sub(env.get(), "s", "b");
+        EXPECT_EQ(get(sub.get(), "s", "a"), "base");  // the section counts in the default
+        EXPECT_EQ(get(sub.get(), "t", "a"), "-4");
+        EXPECT_EQ(get(sub.get(), nullptr, "a"), "-10");
+        char value[8];
+        EXPECT_EQ(env_get(sub.get(), "s", "a", 1, 8, value), 9);
+        EXPECT_EQ(env_get(sub.get(), "s", "c", 1, 8, value), 1);
+        // A copy is no use: detaching it takes none away.
+        env_detach_default_chain(sub.get());
+        EXPECT_EQ(get(sub.get(), "s", "a"), "-4");
+        EXPECT_EQ(env_close(base, 0), ENV_IN_USE);
+        const Env again = open_sub(env.get(), "s", "b");
+        EXPECT_EQ(get(again.get(), "s", "a"), "base");
+    }
+    // The default is closed while a sub-environment has its copy.
+    const Env sub = open_sub(env.get(), "s", "b");
+    const Env below = open_sub(sub.get(), nullptr, "c");
+    env_detach_default_chain(env.get());
+    EXPECT_EQ(get(env.get(), "s", "a"), "-4");
+    EXPECT_EQ(get(sub.get(), "s", "a"), "base");
+    EXPECT_EQ(env_close(base, 0), ENV_OK);
+    EXPECT_EQ(get(sub.get(), "s", "a"), "-4");
+    EXPECT_EQ(get(below.get(), "s", "a"), "-4");
+    EXPECT_EQ(get(sub.get(), "s", "c"), "1");
+    env_detach_default_chain(sub.get());
+    const Env fresh = tree("[s]\n  a =fresh\n", 3);
+    env_attach_as_last_default(sub.get(), fresh.get());
+    EXPECT_EQ(get(sub.get(), "s", "a"), "fresh");
+    env_detach_default_chain(sub.get());
+}
+
+// A use that a sub-environment made itself ends with it.
+TEST(Defaults, CloseOfASubEnvironmentWithAnOwnDefault) {
+    const Env base = tree("[s]\n  a =base\n");
+    const Env env = tree("[s]\n");
+    const Env sub = open_sub(env.get(), "s", nullptr);
+    env_attach_as_last_default(sub.get(), base.get());
+    EXPECT_EQ(env_close(base.get(), 0), ENV_IN_USE);
+    EXPECT_EQ(get(sub.get(), "s", "a"), "base");
+}
+
+TEST(Defaults, LongChain) {
+    constexpr int kLength = 20000;
+    std::vector<ENV *> chain{env_open(0, nullptr)};
+    EXPECT_EQ(env_put(chain[0], "s", "a", "1"), ENV_OK);
+    for (int i = 1; i < kLength; ++i) chain.push_back(env_open(i, chain.back()));
+    on_small_stack([&] {
+        EXPECT_EQ(get(chain.back(), "s", "a"), "1");
+        EXPECT_EQ(get(chain.back(), "s", "b"), "-4");
+        EXPECT_EQ(env_close(chain.back(), 1), ENV_OK);
+    });
+}
+
+}  // namespace

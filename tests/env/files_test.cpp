@@ -1,0 +1,218 @@
+// Files and strings: line ends, times, and what happens to a file that cannot be read or written.
+#include <csignal>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "tests/env/trees.hpp"
+
+namespace {
+
+using namespace kvtest;
+namespace fs = std::filesystem;
+
+class Files : public testing::Test {
+  protected:
+    fs::path host(const char *name) const { return drive_c() / name; }
+    void TearDown() override {
+        for (const auto &entry : fs::directory_iterator(drive_c())) {
+            if (entry.path().filename().string().starts_with("kv.err")) continue;
+            fs::remove_all(entry.path());
+        }
+    }
+};
+
+// Runs `work` in a child process without the rights of root; the child tells with its exit code how many
+// expectations failed.
+template <class Work>
+void in_child(Work work) {
+    clear_log();
+    fs::permissions(drive_c(), fs::perms::all);
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        if (geteuid() == 0 && (setegid(65534) != 0 || seteuid(65534) != 0)) _exit(100);
+        work();
+        _exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status)) << status;
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+TEST_F(Files, Reading) {
+    const struct {
+        std::string content;
+        int32_t result;
+        const char *tree;
+    } cases[] = {
+        {"[s]\r\n  a =1\r\n", 0, "[s] a=1"},
+        {"[s]\n  a =1\n  b =2", 0, "[s] a=1 b=2"},
+        {"[s]\r\n  a =x\\\r\ny\r\n", 0, "[s] a=xy"},
+        {"[s]\n  a =x\ry\n", 0, "[s] a=x\ry"},
+        {"[s]\n  a =1\n\x1a[t]\n  b =2\n", 0, "[s] a=1"},
+        {"\x1a[t]\n", 0, ""},
+        {"", 0, ""},
+        {"[s]\n  a =\xff\xfe\n", 0, "[s] a=\xff\xfe"},
+        {"[s]\n  a =1\n[t]\n  name", ENV_SYNTAX, "[s] a=1"},
+        {"[s]\n  a =" + std::string(70'000, 'y') + "\r\n[t]\r\n", 0, nullptr},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.content.substr(0, 60));
+        write_file(host("t.env"), row.content);
+        const timespec times[2] = {{1234567890, 0}, {1234567890, 500}};
+        ASSERT_EQ(utimensat(AT_FDCWD, host("t.env").c_str(), times, 0), 0);
+        const Env env = open_env();
+        EXPECT_EQ(env_get_file_mtime(env.get()), -10);
+        EXPECT_EQ(env_read_file("c:\\t.env", env.get()), row.result);
+        EXPECT_EQ(env_get_file_mtime(env.get()), 1234567890);
+        if (row.tree != nullptr) {
+            EXPECT_EQ(dump(env.get()), row.tree);
+        } else {
+            EXPECT_EQ(env_data_length(env.get(), "s", "a", 1), 70'000);
+            EXPECT_EQ(env_exist(env.get(), "t", nullptr, 1), 1);
+        }
+    }
+}
+
+TEST_F(Files, Times) {
+    EXPECT_EQ(env_get_file_mtime(nullptr), -10);
+    write_file(host("t.env"), "[s]\n");
+    const Env env = open_env();
+    ASSERT_EQ(env_read_file("c:\\t.env", env.get()), ENV_OK);
+    const int32_t read = env_get_file_mtime(env.get());
+    EXPECT_GT(read, 1'500'000'000);
+    const Env sub = open_sub(env.get(), "s", nullptr);
+    EXPECT_EQ(env_get_file_mtime(sub.get()), -10);
+    EXPECT_EQ(env_read_file("c:\\none.env", env.get()), ENV_ERROR);
+    EXPECT_EQ(env_get_file_mtime(env.get()), read);
+}
+
+TEST_F(Files, Writing) {
+    const Env env = tree("[s]\n  a =\xff\n  b ={\n    c =x\\\\\n  }\n");
+    ASSERT_EQ(env_put_external(env.get(), "s", "e", nullptr), ENV_OK);
+    constexpr const char *kContent = "[s]\r\n  a =\xff\r\n  b ={\r\n    c =x\\\\\r\n  }\r\n";
+    EXPECT_EQ(reports(">ERROR", [&] { env_write_file("c:\\T.ENV", env.get()); }), 0);
+    EXPECT_EQ(read_file(host("T.ENV")), kContent);
+    write_file(host("old.env"), std::string(100'000, 'o'));
+    env_write_file("c:\\old.env", env.get());
+    EXPECT_EQ(read_file(host("old.env")), kContent);
+    EXPECT_EQ(std::distance(fs::directory_iterator(drive_c()), {}), 2);  // no temporary files are left
+
+    const Env big = tree("[s]\n  v =" + std::string(200'000, 'x') + "\n  w =1\n"), back = open_env();
+    env_write_file("c:\\big.env", big.get());
+    EXPECT_EQ(env_read_file("c:\\big.env", back.get()), ENV_OK);
+    EXPECT_TRUE(text_of(back.get()) == text_of(big.get()));
+
+    const Env sub = open_sub(env.get(), "s", nullptr);
+    EXPECT_EQ(reports("can not write subenv", [&] { env_write_file("c:\\old.env", sub.get()); }), 1);
+    EXPECT_EQ(read_file(host("old.env")), "");
+    EXPECT_EQ(reports("Nil parametr", [&] { env_write_file("c:\\T.ENV", nullptr); }), 1);
+    EXPECT_EQ(read_file(host("T.ENV")), "");
+    EXPECT_TRUE(fs::exists(host("T.ENV")));
+}
+
+TEST_F(Files, ThatCannotBeRead) {
+    const Env env = tree("[s]\n  a =1\n");
+    fs::create_directory(host("dir"));
+    for (const char *name : {"c:\\none.env", "c:\\none\\x.env", "c:\\dir", ""}) {
+        SCOPED_TRACE(name);
+        clear_log();
+        EXPECT_EQ(env_read_file(name, env.get()), ENV_ERROR);
+        EXPECT_EQ(count_in_log("cann't open to read:"), 1);
+        if (*name != '\0') {
+            EXPECT_GE(count_in_log(name), 1);
+        }
+        EXPECT_EQ(dump(env.get()), "[s] a=1");
+    }
+    write_file(host("secret.env"), "[t]\n");
+    fs::permissions(host("secret.env"), fs::perms::none);
+    in_child([&] {
+        EXPECT_EQ(env_read_file("c:\\secret.env", env.get()), ENV_ERROR);
+        EXPECT_EQ(count_in_log("cann't open to read:"), 1);
+        EXPECT_EQ(dump(env.get()), "[s] a=1");
+    });
+}
+
+TEST_F(Files, ThatCannotBeWritten) {
+    const Env env = tree("[s]\n  a =1\n");
+    fs::create_directory(host("dir"));
+    for (const char *name : {"c:\\dir", "c:\\none\\x.env", ""}) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(reports("cann't open to write:", [&] { env_write_file(name, env.get()); }), 1);
+    }
+    EXPECT_TRUE(fs::is_empty(host("dir")));
+    write_file(host("fixed.env"), "[old]\r\n");
+    fs::permissions(host("fixed.env"), fs::perms::owner_read | fs::perms::others_read);
+    in_child([&] {
+        env_write_file("c:\\fixed.env", env.get());
+        EXPECT_EQ(count_in_log("cann't open to write:"), 1) << read_log();
+    });
+    EXPECT_EQ(read_file(host("fixed.env")), "[old]\r\n");
+}
+
+TEST_F(Files, KeepLinksAndPermissions) {
+    const Env env = tree("[s]\n");
+    fs::create_directory(host("real"));
+    write_file(host("real") / "t.env", "[old]\r\n");
+    fs::permissions(host("real") / "t.env", static_cast<fs::perms>(0640));
+    fs::create_symlink("real/t.env", host("link.env"));
+    env_write_file("c:\\link.env", env.get());
+    EXPECT_TRUE(fs::is_symlink(host("link.env")));
+    EXPECT_EQ(read_file(host("real") / "t.env"), "[s]\r\n");
+    EXPECT_EQ(fs::status(host("real") / "t.env").permissions(), static_cast<fs::perms>(0640));
+    write_file(host("plain.env"), "[old]\r\n");
+    fs::permissions(host("plain.env"), static_cast<fs::perms>(0604));
+    env_write_file("c:\\plain.env", env.get());
+    EXPECT_EQ(read_file(host("plain.env")), "[s]\r\n");
+    EXPECT_EQ(fs::status(host("plain.env")).permissions(), static_cast<fs::perms>(0604));
+}
+
+TEST_F(Files, OldFileStaysWhenTheDiskIsFull) {
+    const Env big = tree("[s]\n  v =" + std::string(100'000, 'x') + "\n");
+    write_file(host("kept.env"), "[old]\r\n");
+    fs::permissions(host("kept.env"), static_cast<fs::perms>(0666));
+    in_child([&] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{20'000, 20'000};
+        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+        env_write_file("c:\\kept.env", big.get());
+        EXPECT_GE(count_in_log(">ERROR"), 1);
+    });
+    EXPECT_EQ(read_file(host("kept.env")), "[old]\r\n");
+    EXPECT_LE(std::distance(fs::directory_iterator(drive_c()), {}), 2);  // with the log
+}
+
+TEST_F(Files, Strings) {
+    const Env env = open_env();
+    EXPECT_EQ(env_read_from_string("[s]\r\n  a =1\r\n", env.get()), ENV_OK);
+    EXPECT_EQ(dump(env.get()), "[s] a=1");
+    EXPECT_EQ(env_read_from_string("[s]\n  a\r =x\ry\xff\n", env.get()), ENV_OK);
+    EXPECT_EQ(dump(env.get()), "[s] a=xy\xff");
+    EXPECT_EQ(env_get_file_mtime(env.get()), -10);
+    char *text = env_write_to_string(env.get());
+    EXPECT_STREQ(text, "[s]\r\n  a =xy\xff\r\n");
+    heap_free(text);
+    for (const size_t length : {29'900u, 29'984u, 29'990u, 30'000u, 59'960u, 200'000u}) {
+        const Env big = tree("[s]\n  v =" + std::string(length, 'x') + "\n"), back = open_env();
+        text = env_write_to_string(big.get());
+        ASSERT_NE(text, nullptr);
+        EXPECT_EQ(env_read_from_string(text, back.get()), ENV_OK);
+        EXPECT_EQ(env_data_length(back.get(), "s", "v", 1), static_cast<int32_t>(length));
+        heap_free(text);
+    }
+    const Env sub = open_sub(env.get(), "s", nullptr);
+    for (ENV *const refused : {sub.get(), static_cast<ENV *>(nullptr)}) {
+        text = env_write_to_string(refused);
+        EXPECT_STREQ(text, "");
+        heap_free(text);
+    }
+    text = env_write_to_string(open_env().get());
+    EXPECT_STREQ(text, "");
+    heap_free(text);
+}
+
+}  // namespace

@@ -1,0 +1,348 @@
+// The text format: golden pairs, errors with their places, continuation, what survives, and large texts.
+#include <random>
+
+#include "tests/env/trees.hpp"
+
+namespace {
+
+using namespace kvtest;
+
+constexpr const char *kExample = R"([press]
+  name =Press 4
+  speed =120.5
+  axes =1,2,3
+  limits ={
+    min =0
+    max =250
+    inner ={
+    }
+  }
+[spare]
+)";
+
+TEST(Text, CanonicalForm) {
+    const struct {
+        const char *input, *output;
+    } cases[] = {
+        {kExample, kExample},
+        {"", ""},
+        {"no section at all\nx =1\n", ""},
+        {"title = 1 }\n[s]\n", "[s]\n"},
+        {"; generated [x]\n[s]\n;x =1\ny =2\n; end", "[s]\n  y =2\n"},
+        {"[s]\n ; x =1\n", "[s]\n  ; x =1\n"},
+        {"[s] ;x =1\n", "[s]\n  ;x =1\n"},
+        {"[s]\nx =1\n;\n;\n\n\n\ty =2", "[s]\n  x =1\n  y =2\n"},
+        // sections
+        {"[  a b\t ] x =1\n[]\n[ ]y=2", "[a b]\n  x =1\n[]\n[]\n  y =2\n"},
+        {"[a", "[a]\n"},
+        {"[a]x=1\n[b][c]\n[a]", "[a]\n  x =1\n[b]\n[c]\n[a]\n"},
+        {"[a\nb] x =1", "[a\nb]\n  x =1\n"},
+        {"[a[b] x =1", "[a[b]\n  x =1\n"},
+        // data elements
+        {"[s]\nname =\nn2 =  value \t \nn3=a=b\n", "[s]\n  name =\n  n2 =value\n  n3 =a=b\n"},
+        {"[s]\n  x  \t=1 [t] }\n", "[s]\n  x =1 [t] }\n"},
+        {"[s]\na\nb =1\n", "[s]\n  a\nb =1\n"},
+        {"[s]\nx = }\ny = [\nz = ;\n", "[s]\n  x =}\n  y =[\n  z =;\n"},
+        {"[s]\nx =1", "[s]\n  x =1\n"},
+        {"[s]\nx =", "[s]\n  x =\n"},
+        {"[s]\n{ =1\n]x =2\n", "[s]\n  { =1\n  ]x =2\n"},
+        // blocks
+        {"[s] b ={ x =1\n y ={} z =2\n} e =3\n",
+         "[s]\n  b ={\n    x =1\n    y ={\n    }\n    z =2\n  }\n  e =3\n"},
+        {"[s]\nb ={c ={d ={\n}}}\n", "[s]\n  b ={\n    c ={\n      d ={\n      }\n    }\n  }\n"},
+        {"[s]\nx =a{\n", "[s]\n  x =a{\n"},
+        // continuation
+        {"[s]\nx =a\\\nb\n", "[s]\n  x =ab\n"},
+        {"[s]\nx =a\\   \n  b\n", "[s]\n  x =a  b\n"},
+        {"[s]\nx =a\\\\ \nb\n", "[s]\n  x =ab\n"},
+        {"[s]\nx =a\\\\\nb =2\n", "[s]\n  x =a\\\\\n  b =2\n"},
+        {"[s]\nx =a\\\n;b\n", "[s]\n  x =a;b\n"},
+        {"[s]\nx =\\\n  5\n", "[s]\n  x =5\n"},
+        {"[s]\nna\\\nme =1\n[t\\\nu]\n", "[s]\n  name =1\n[tu]\n"},
+        {"[s]\nx ={\\\n y =1\n\\\n}\n", "[s]\n  x ={\n    y =1\n  }\n"},
+        {"[s]\nx =c:\\dir\\ file\n", "[s]\n  x =c:\\dir\\ file\n"},
+        {"[s]\nx =a\\\t\n", "[s]\n  x =a\\\\\n"},
+        {"[s]\nx =a\\\nb\\\nc\n", "[s]\n  x =abc\n"},
+        {"[s]\nx =1\\", "[s]\n  x =1\\\\\n"},
+        {"skipped \\\n[s]\n", "[s]\n"},
+        // bytes
+        {"[s]\nx =\xff\x01\x80\n", "[s]\n  x =\xff\x01\x80\n"},
+        {"[s]\nx =a\rb\n", "[s]\n  x =a\rb\n"},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.input);
+        const Env env = tree(row.input);
+        EXPECT_EQ(text_of(env.get()), row.output);
+        EXPECT_EQ(text_of(tree(row.output).get()), row.output);
+    }
+}
+
+TEST(Text, Errors) {
+    constexpr const char *kSection = "Section waited", *kEqual = "Equal sign waited",
+                         *kBrace = "Cbracesymbol waited";
+    const struct {
+        const char *input, *report;
+        int32_t line, column;
+        const char *kept;
+    } cases[] = {
+        {"[a]\nx =1\n}\n", kSection, 3, 1, "[a]\n  x =1\n"},
+        {"[a]\n  =1\n", kSection, 2, 3, "[a]\n"},
+        {"[a]\nx ={\n}}\n[b]\n", kSection, 3, 2, "[a]\n  x ={\n  }\n"},
+        {"; c\n[a]\nv =1\\\n2\n  }\n", kSection, 5, 3, "[a]\n  v =12\n"},
+        {"[a]\nx ={\n  y =1\n[b]\nz =2\n", kBrace, 4, 1, ""},
+        {"[k]\nq =1\n[a]\nx ={\n\t =2\n}\n", kBrace, 5, 3, "[k]\n  q =1\n"},
+        {"[k]\n[a]\nx ={ y ={\n[b]\n", kBrace, 4, 1, "[k]\n"},
+        // the name that has no end; the end of the text
+        {"[a]\nx =1\n[b]\nname", kEqual, 4, 1, "[a]\n  x =1\n"},
+        {"[a]\nx =1\n[b]\ny =2\n  name  ", kEqual, 5, 3, "[a]\n  x =1\n"},
+        {"[k]\n[a]\nx ={\n  y =1\n", kBrace, 5, 1, "[k]\n"},
+        {"[k]\n[a]\nx ={\n  y =1", kBrace, 4, 7, "[k]\n"},
+        {"[k]\n[a]\nx ={ y =1 }", kBrace, 3, 12, "[k]\n"},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.input);
+        const Env env = tree("[old]\n  content =1\n");
+        EXPECT_GE(reports(row.report, [&] { EXPECT_EQ(read_text(env.get(), row.input), ENV_SYNTAX); }), 1);
+        EXPECT_EQ(text_of(env.get()), row.kept);
+        int32_t line = 0, column = 0;
+        char text[64] = "";
+        EXPECT_EQ(env_get_error(&line, &column, 64, text), ENV_OK);
+        EXPECT_EQ(line, row.line);
+        EXPECT_EQ(column, row.column);
+        EXPECT_STREQ(text, row.report);
+    }
+    // Within a block it stays the reason of the failure, though the block has no end then.
+    const Env env = open_env();
+    EXPECT_EQ(reports("Equal sign waited",
+                      [&] { EXPECT_EQ(read_text(env.get(), "[a]\nx ={\nname"), ENV_SYNTAX); }),
+              1);
+
+    EXPECT_EQ(env_read_from_string("[a]\r\nx =1\r\n}", env.get()), ENV_SYNTAX);
+    int32_t line = 0, column = 0;
+    char text[15] = "?";
+    EXPECT_EQ(env_get_error(&line, &column, 14, text), ENV_TOO_SMALL);
+    EXPECT_STREQ(text, "?");
+    EXPECT_EQ(line, 3);
+    EXPECT_EQ(column, 1);
+    EXPECT_EQ(env_get_error(nullptr, nullptr, 15, text), ENV_OK);
+    EXPECT_STREQ(text, "Section waited");
+    EXPECT_EQ(env_get_error(&line, nullptr, 0, nullptr), ENV_OK);
+}
+
+TEST(Text, Refusals) {
+    const Env env = tree("[s]\n  a =1\n");
+    const Env sub = open_sub(env.get(), "s", nullptr);
+    EXPECT_EQ(reports("can not read subenv", [&] { EXPECT_EQ(read_text(sub.get(), "[x]\n"), ENV_ERROR); }),
+              1);
+    EXPECT_EQ(reports("can not write subenv", [&] { EXPECT_EQ(text_of(sub.get()), ""); }), 1);
+    EXPECT_EQ(reports("Nil parametr", [&] { EXPECT_EQ(text_of(nullptr), ""); }), 1);
+    EXPECT_EQ(reports(">ERROR", [&] { EXPECT_EQ(read_text(env.get(), "[x]\n"), ENV_ERROR); }), 1);
+    EXPECT_EQ(dump(env.get()), "[s] a=1");
+}
+
+// The characters come from and go to the application, which may use environments meanwhile.
+TEST(Text, CallbacksUseEnvironments) {
+    struct Stream {
+        std::string_view rest;
+        ENV *env;
+        int calls = 0;
+
+        void use() {
+            EXPECT_EQ(env_close(env, 0), ENV_IN_USE);
+            EXPECT_EQ(dump(tree("[o]\n  x ={ y =\\\n1\n}\n").get()), "[o] x{y=1}");
+            EXPECT_EQ(env_put_long(env, "s", "a", ++calls), ENV_OK);
+        }
+    };
+    const Env env = tree("[s]\n  a =0\n");
+    Stream in{"[s]\n  a =new\n", env.get()}, out{"", env.get()};
+    const auto get = [](void *stream) -> int32_t {
+        auto &from = *static_cast<Stream *>(stream);
+        from.use();
+        if (from.rest.empty()) return -1;
+        const char c = from.rest.front();
+        from.rest.remove_prefix(1);
+        return c;
+    };
+    EXPECT_EQ(env_read(get, &in, env.get()), ENV_OK);
+    EXPECT_EQ(dump(env.get()), "[s] a=new");
+    env_write([](int32_t, void *stream) { static_cast<Stream *>(stream)->use(); }, &out, env.get());
+    EXPECT_EQ(dump(env.get()), numbered("[s] a=", out.calls));
+}
+
+TEST(Text, BytesZero) {
+    const Env env = open_env();
+    const std::string_view input("[s]\nx =a\0b\0\ny\0z =\0\n", 19);
+    EXPECT_EQ(reports("> MESSAGE", [&] { EXPECT_EQ(read_text(env.get(), input), ENV_OK); }), 1);
+    EXPECT_EQ(dump(env.get()), "[s] x=ab yz=");
+}
+
+// Line breaks of the writer: the golden positions.
+TEST(Text, Breaks) {
+    const auto xs = [](size_t n) { return std::string(n, 'x'); };
+    const struct {
+        std::string input, output;
+    } cases[] = {
+        {"[s]\nv =" + xs(84), "[s]\n  v =" + xs(84) + "\n"},
+        {"[s]\nv =" + xs(85), "[s]\n  v =" + xs(84) + "\\\nx\n"},
+        {"[s]\nv =" + xs(200), "[s]\n  v =" + xs(84) + "\\\n" + xs(90) + "\\\n" + xs(26) + "\n"},
+        {"[s]\nb ={ v =" + xs(83) + "\n}", "[s]\n  b ={\n    v =" + xs(82) + "\\\nx\n  }\n"},
+        {"[" + xs(200) + "]", "[" + xs(88) + "\\\n" + xs(90) + "\\\n" + xs(22) + "]\n"},
+        {"[s]\n" + xs(87) + " ={\n}", "[s]\n  " + xs(87) + "\\\n ={\n  }\n"},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.input);
+        const Env env = tree(row.input);
+        EXPECT_EQ(text_of(env.get()), row.output);
+        EXPECT_EQ(text_of(tree(row.output).get()), row.output);
+    }
+}
+
+// Puts the texts as values into one environment, and expects them again after a write and a read.
+void expect_survival(const std::vector<std::string> &values, int depth = 0) {
+    const Env env = open_env();
+    std::string path;
+    for (int level = 0; level < depth; ++level) path += "b@1@";
+    const std::string block = path.empty() ? "" : path.substr(0, path.size() - 1);
+    for (size_t i = 0; i < values.size(); ++i) {
+        ASSERT_EQ(env_put(env.get(), "s", (path + numbered("v", i)).c_str(), values[i].c_str()), ENV_OK);
+    }
+    const std::string text = text_of(env.get());
+    const Env back = open_env();
+    EXPECT_EQ(read_text(back.get(), text), ENV_OK);
+    const char *const address = block.empty() ? nullptr : block.c_str();
+    EXPECT_EQ(env_count_elements(back.get(), "s", address, 1), static_cast<int32_t>(values.size()));
+    int failures = 0;
+    for (size_t i = 0; i < values.size() && failures < 5; ++i) {
+        const std::string came = get(back.get(), "s", (path + numbered("v", i)).c_str());
+        if (came == values[i]) continue;
+        ++failures;
+        ADD_FAILURE() << "at depth " << depth << " |" << values[i] << "| came back as |" << came << "|";
+    }
+    EXPECT_EQ(text_of(back.get()), text);
+}
+
+bool survives(const std::string &value) {  // what the format can hold
+    if (value.empty()) return true;
+    return std::string_view(" \t{").find(value.front()) == std::string_view::npos &&
+           std::string_view(" \t").find(value.back()) == std::string_view::npos;
+}
+
+// Every text of `letters` up to `length` characters.
+std::vector<std::string> all_texts(std::string_view letters, size_t length) {
+    std::vector<std::string> all{""};
+    for (size_t begin = 0, n = 0; n < length; ++n) {
+        const size_t end = all.size();
+        for (; begin < end; ++begin) {
+            for (const char c : letters) all.push_back(all[begin] + c);
+        }
+    }
+    return all;
+}
+
+TEST(Text, BackslashesSurvive) {
+    EXPECT_EQ(get(tree("[s]\nx =a\\\\\\\n").get(), "s", "x"), "a\\\\\\");
+    EXPECT_EQ(get(tree("[s]\nx =\\ \\\n").get(), "s", "x"), "\\ \\");
+    std::vector<std::string> values;
+    for (const std::string &text : all_texts("a\\ ", 7)) {
+        if (survives(text)) values.push_back(text);
+    }
+    for (const std::string &text : all_texts("a\\;\t =", 4)) {
+        if (survives(text)) values.push_back(text);
+    }
+    expect_survival(values);
+}
+
+TEST(Text, BackslashesAtBreaksSurvive) {
+    std::vector<std::string> values;
+    for (const std::string &text : all_texts("a\\ ", 4)) {
+        for (const size_t front : {77u, 80u, 81u, 82u, 83u, 84u, 85u, 171u, 172u, 173u, 174u}) {
+            for (const size_t back : {0u, 1u, 5u}) {
+                const std::string value = std::string(front, 'x') + text + std::string(back, 'y');
+                if (survives(value)) values.push_back(value);
+            }
+        }
+    }
+    for (const char *unit : {"\\", "\\ ", "\\\\ ", "a\\", "\\  ", " \\\\\\", "\\;"}) {
+        for (const size_t count : {50u, 89u, 90u, 91u, 300u}) {
+            std::string value = "v";
+            for (size_t i = 0; i < count; ++i) value += unit;
+            values.push_back(value + "\\");
+            values.push_back(value + "e");
+            values.push_back(std::string("\\").append(count, ' ') + "\\");
+        }
+    }
+    for (const int depth : {0, 1, 2, 20}) expect_survival(values, depth);
+}
+
+TEST(Text, RandomValuesSurvive) {
+    std::mt19937 random(20241);
+    constexpr std::string_view kLetters = "a\\\\\\   ;\t=[]{}\x01\xff";
+    std::vector<std::string> values;
+    while (values.size() < 2000) {
+        std::string value;
+        for (size_t n = random() % 300; n > 0; --n) value += kLetters[random() % kLetters.size()];
+        if (survives(value)) values.push_back(value);
+    }
+    expect_survival(values, 1);
+}
+
+TEST(Text, NamesSurvive) {
+    for (const std::string &name : all_texts("a\\ ;", 4)) {
+        for (const size_t front : {0u, 80u, 84u, 85u, 86u, 87u}) {
+            const std::string full = std::string(front, 'n') + name;
+            if (full.empty() || !survives(full)) continue;
+            const Env env = open_env();
+            ASSERT_EQ(env_put(env.get(), full.c_str(), (full + "@b@" + full).c_str(), "1"), ENV_OK);
+            const Env back = tree(text_of(env.get()));
+            if (dump(back.get()) == dump(env.get())) continue;
+            ADD_FAILURE() << "|" << dump(env.get()) << "| came back as |" << dump(back.get()) << "|";
+            return;
+        }
+    }
+}
+
+TEST(Text, LongLine) {
+    constexpr size_t kLength = 10'000'000;
+    const Env env = open_env();
+    const std::string value(kLength, 'x');
+    ASSERT_EQ(read_text(env.get(), "[s]\n  v =" + value + "\n  w =1\n"), ENV_OK);
+    EXPECT_EQ(env_data_length(env.get(), "s", "v", 1), static_cast<int32_t>(kLength));
+    const std::string text = text_of(env.get());
+    const Env back = tree(text);
+    EXPECT_TRUE(get(back.get(), "s", "v") == value);
+    EXPECT_EQ(get(back.get(), "s", "w"), "1");
+}
+
+std::string nested(size_t depth) {
+    std::string text = "[s]\n";
+    for (size_t i = 0; i < depth; ++i) text += "b ={";
+    text += "\n";
+    for (size_t i = 0; i < depth; ++i) text += "}";
+    return text + "\nafter =1\n";
+}
+
+TEST(Text, DeepNesting) {
+    on_small_stack([] {
+        {
+            const Env env = open_env();
+            EXPECT_EQ(read_text(env.get(), nested(100'000)), ENV_OK);
+            EXPECT_EQ(env_count_elements(env.get(), "s", nullptr, 1), 2);
+            EXPECT_EQ(get(env.get(), "s", "after", 0), "1");
+            EXPECT_EQ(get(env.get(), "s", "zz", 0), "-4");  // the whole tree is searched
+            EXPECT_EQ(env_put(env.get(), "s", "b", "1"), ENV_OK);
+            EXPECT_EQ(dump(env.get()), "[s] b=1 after=1");
+            EXPECT_EQ(read_text(env.get(), nested(100'000)), ENV_OK);
+            EXPECT_EQ(env_delete(env.get(), "s", "b"), ENV_OK);
+            EXPECT_EQ(read_text(env.get(), nested(100'000)), ENV_OK);
+            EXPECT_EQ(read_text(env.get(), nested(100'000).substr(0, 300'000)), ENV_SYNTAX);
+            EXPECT_EQ(text_of(env.get()), "");
+            EXPECT_EQ(read_text(env.get(), nested(100'000)), ENV_OK);
+        }
+        const Env env = tree(nested(2'000));
+        const std::string text = text_of(env.get());
+        const Env back = tree(text);
+        EXPECT_TRUE(text_of(back.get()) == text);
+    });
+}
+
+}  // namespace
