@@ -32,7 +32,7 @@ int Characters::raw() {
     return c;
 }
 
-int Characters::next() {
+int Characters::next_slowly() {
     if (pushed_back_ != kNone) {
         const int c = pushed_back_;
         pushed_back_ = kNone;
@@ -41,10 +41,13 @@ int Characters::next() {
     if (queued_last_ != kNone) return queued();
     for (;;) {
         const int c = raw();
-        place_ = {line_, column_};
+        queued_place_.line = 0;
         if (c != '\\') return c;
+        const Place place{line_, column_};
         const int kept = after_backslash();
-        if (kept != kNone) return kept;
+        if (kept == kNone) continue;
+        queued_place_ = place;
+        return kept;
     }
 }
 
@@ -76,7 +79,7 @@ int Characters::after_backslash() {
 }
 
 int Characters::queued() {
-    ++place_.column;
+    ++queued_place_.column;
     if (queued_backslashes_ > 0) {
         --queued_backslashes_;
         return '\\';
@@ -92,17 +95,25 @@ int Characters::queued() {
 
 int Characters::skip_blanks() {
     int c = next();
-    while (c == ' ' || c == '\t') c = next();
+    while (c == ' ' || c == '\t') {
+        if (is_plain_ahead()) {
+            const char *at = source_.position;
+            while (at != source_.end && (*at == ' ' || *at == '\t')) ++at;
+            column_ += at - source_.position;
+            source_.position = at;
+        }
+        c = next();
+    }
     return c;
 }
 
 // Takes what needs no decision straight from the source.
 void Characters::collect_plain(char terminator, memory::String &run) {
-    if (pushed_back_ != kNone || queued_last_ != kNone || at_line_start_) return;
-    const char *stop = std::find_if(source_.position, source_.end, [terminator](char c) {
-        return c == terminator || c == '\\' || c == '\n' || c == '\0';
-    });
-    run.append(source_.position, stop);
+    if (!is_plain_ahead()) return;
+    const char *stop = source_.position;
+    while (stop != source_.end && *stop != terminator && *stop != '\\' && *stop != '\n' && *stop != '\0')
+        ++stop;
+    run.append(source_.position, static_cast<std::size_t>(stop - source_.position));
     column_ += stop - source_.position;
     source_.position = stop;
 }
@@ -119,8 +130,9 @@ int Characters::collect(int first, char terminator, memory::String &run) {
         collect_plain(terminator, run);
         c = next();
     }
-    const std::size_t last = run.find_last_not_of(" \t");
-    run.resize(last == memory::String::npos ? 0 : last + 1);
+    std::size_t length = run.size();
+    while (length > 0 && (run[length - 1] == ' ' || run[length - 1] == '\t')) --length;
+    run.resize(length);
     return c;
 }
 

@@ -21,11 +21,20 @@ class Characters {
     explicit Characters(Source &source) : source_(source) {}
 
     /// The next character, 0 to 255, or kEnd.
-    int next();
+    int next() {
+        if (is_plain_ahead() && source_.position != source_.end && *source_.position != '\\') {
+            const int c = static_cast<unsigned char>(*source_.position++);
+            ++column_;
+            queued_place_.line = 0;
+            at_line_start_ = c == '\n';
+            return c;
+        }
+        return next_slowly();
+    }
     /// The character is the next one once more.
     void push_back(int character) { pushed_back_ = character; }
     /// The place of the character that next() gave last.
-    Place place() const { return place_; }
+    Place place() const { return queued_place_.line != 0 ? queued_place_ : Place{line_, column_}; }
 
     int skip_blanks();
     /// Collects a run up to `terminator` or the end, beginning with `first`, and removes the blanks at its
@@ -37,6 +46,10 @@ class Characters {
   private:
     static constexpr int kNone = -2;
 
+    bool is_plain_ahead() const {
+        return pushed_back_ == kNone && queued_last_ == kNone && !at_line_start_;
+    }
+    int next_slowly();
     int source_character();
     int raw();
     int after_backslash();
@@ -50,7 +63,7 @@ class Characters {
     bool has_zero_bytes_ = false;
     std::int64_t line_ = 1;  // of the last raw character
     std::int64_t column_ = 0;
-    Place place_{1, 1};
+    Place queued_place_{0, 0};  // of a character that was queued; line 0: the last one was not
 
     // Characters that were read to decide about a continuation and turned out to be ordinary: so many
     // backslashes, then so many spaces, then one more.

@@ -44,6 +44,7 @@ ElementPointer make_element(std::string_view name, std::size_t room) {
     auto *element = ::new (block) Element{};
     element->type = ENV_TYPE_EXTERNAL;
     element->room = static_cast<std::uint16_t>(room);
+    element->name_length = static_cast<std::uint8_t>(std::min(name.size(), Element::kLongName));
     copy_text(element->name(), name);
     return ElementPointer(element);
 }
@@ -60,7 +61,7 @@ void free_content(Element &element) {
 
 }  // namespace
 
-bool Element::is_named(std::string_view wanted) const {
+bool Element::is_named_at_length(std::string_view wanted) const {
     return std::strncmp(name(), wanted.data(), wanted.size()) == 0 && name()[wanted.size()] == '\0';
 }
 
@@ -111,7 +112,13 @@ void clear_list(List &list) {
 
 ElementPointer make_data(std::string_view name, std::string_view text) {
     ElementPointer element = make_element(name, text.size() < kLongestTextInside ? text.size() + 1 : 0);
-    set_text(*element, text);
+    if (element->room == 0) {
+        set_text(*element, text);
+        return element;
+    }
+    element->type = ENV_TYPE_DATA;
+    element->text = element->name() + name.size() + 1;
+    copy_text(element->text, text);
     return element;
 }
 

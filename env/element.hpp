@@ -8,39 +8,53 @@
 
 #include "kv/env.h"
 
+#include "env/bytes.hpp"
+
 namespace kv::env {
 
 struct Element;
+struct Slot;
 class Index;
 
 /// The elements of a block, or the sections of a root environment, in their order.
 struct List {
     std::int32_t count = 0;
+    std::uint32_t slot_mask = 0;  // the number of slots less one
+    const Slot *slots = nullptr;  // the index's table of names, once it is built
     Element *first = nullptr;
     Element *last = nullptr;
     Element *owner = nullptr;  // the block that has this list; null for the sections
-    Index *index = nullptr;    // built when a search in a long list needs it, see list.hpp
+    Index *index = nullptr;    // built when a search in a long list needs it, see index.hpp
 };
 
 /// One element. Its name stands behind the record in the same block of memory, and behind the name there
 /// may be room for its text. A section is an element whose list has no owner.
+///
+/// The fields that a search needs stand last, next to the name.
 struct Element {
+    static constexpr std::size_t kLongName = 255;
+
     Element *next;
     Element *previous;
-    List *parent;  // the list that holds it
+    std::uint64_t order;  // grows along the list; kept only while the list has an index
+    List *parent;         // the list that holds it
     union {
         char *text;      // ENV_TYPE_DATA: never null; in the element's own block or one of its own
         List *children;  // ENV_TYPE_BLOCK: null until the block receives a child
         void *external;  // ENV_TYPE_EXTERNAL: the application's
     };
-    std::uint64_t order;  // grows along the list; kept only while the list has an index
-    std::uint32_t pins;   // reasons not to free it: sub-environments open on it, a running visit
-    std::uint16_t room;   // bytes for a text behind the name
+    std::uint32_t pins;  // reasons not to free it: sub-environments open on it, a running visit
+    std::uint16_t room;  // bytes for a text behind the name
     std::uint8_t type;
+    std::uint8_t name_length;  // kLongName: or more
 
     char *name() { return reinterpret_cast<char *>(this + 1); }
     const char *name() const { return reinterpret_cast<const char *>(this + 1); }
-    bool is_named(std::string_view wanted) const;
+    bool is_named(std::string_view wanted) const {
+        if (wanted.size() >= kLongName) return is_named_at_length(wanted);
+        return name_length == wanted.size() && same_bytes(name(), wanted.data(), wanted.size());
+    }
+    bool is_named_at_length(std::string_view wanted) const;
     bool is_section() const { return parent->owner == nullptr; }
     /// The list of a block that has one; null for everything else.
     List *list() const { return type == ENV_TYPE_BLOCK ? children : nullptr; }

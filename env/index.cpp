@@ -1,74 +1,34 @@
 #include "env/index.hpp"
 
-#include <cstring>
-
 namespace kv::env {
 
 namespace {
 
-constexpr std::size_t kFirstTableSize = 32;
-
-// Eight bytes at a time: multiply, and fold the high half of the product into the low one.
-std::uint32_t hash_of(std::string_view name) {
-    constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15;  // 2^64 divided by the golden ratio
-    std::uint64_t hash = name.size() * kMultiplier;
-    const char *at = name.data();
-    std::size_t rest = name.size();
-    while (rest > 0) {
-        std::uint64_t word = 0;
-        const std::size_t count = rest < sizeof word ? rest : sizeof word;
-        if (count == sizeof word) {
-            std::memcpy(&word, at, sizeof word);
-        } else {
-            for (std::size_t i = 0; i < count; ++i) word = word << 8 | static_cast<unsigned char>(at[i]);
-        }
-        hash = (hash ^ word) * kMultiplier;
-        hash ^= hash >> 32;
-        at += count;
-        rest -= count;
-    }
-    return static_cast<std::uint32_t>(hash ^ hash >> 15);
-}
+constexpr std::size_t kFirstTableSize = 16;
 
 }  // namespace
+
+Element *Slot::at(std::int32_t n) const {
+    if (!repeated) return n == 1 ? only : nullptr;
+    const auto position = static_cast<std::size_t>(n) - 1;
+    return position < all->size() ? all->at(position) : nullptr;
+}
 
 Index::~Index() {
     for (const Slot &slot : slots_) {
         if (slot.repeated) memory::Owned<Ordered>{slot.all}.reset();
     }
+    list_.slots = nullptr;
 }
 
-// The place of a name, or the free place where it would go.
-Index::Slot &Index::find(std::string_view name, std::uint32_t hash) {
-    const std::size_t mask = slots_.size() - 1;
-    for (std::size_t place = hash & mask;; place = (place + 1) & mask) {
-        Slot &slot = slots_[place];
-        if (slot.only == nullptr) return slot;
-        if (slot.hash == hash && first_of(slot)->is_named(name)) return slot;
-    }
+Slot &Index::slot_of(std::string_view name, std::uint32_t hash) {
+    return slots_[static_cast<std::size_t>(&find_slot(list_, name, hash) - slots_.data())];
 }
 
-Element *Index::named(std::string_view name, std::int32_t n) {
-    if (slots_.empty()) build_names();
-    const Slot &slot = find(name, hash_of(name));
-    if (slot.only == nullptr) return nullptr;
-    if (!slot.repeated) return n == 1 ? slot.only : nullptr;
-    const auto position = static_cast<std::size_t>(n) - 1;
-    return position < slot.all->size() ? slot.all->at(position) : nullptr;
-}
-
-std::int32_t Index::count_named(std::string_view name) {
-    if (slots_.empty()) build_names();
-    const Slot &slot = find(name, hash_of(name));
-    if (slot.only == nullptr) return 0;
-    return slot.repeated ? static_cast<std::int32_t>(slot.all->size()) : 1;
-}
-
-std::int32_t Index::occurrence(const Element &element) {
-    if (slots_.empty()) build_names();
-    const std::string_view name = element.name();
-    const Slot &slot = find(name, hash_of(name));
-    return slot.repeated ? static_cast<std::int32_t>(slot.all->position(element)) + 1 : 1;
+void Index::use_table(memory::Vector<Slot> &table) {
+    slots_.swap(table);
+    list_.slots = slots_.data();
+    list_.slot_mask = static_cast<std::uint32_t>(slots_.size() - 1);
 }
 
 Element *Index::at(std::int32_t position) {
@@ -114,7 +74,8 @@ void Index::build_names() {
     number();
     std::size_t size = kFirstTableSize;
     while (size * 3 / 4 < static_cast<std::size_t>(list_.count)) size *= 2;
-    slots_.resize(size);
+    memory::Vector<Slot> table(size);
+    use_table(table);
     for (Element *element = list_.first; element != nullptr; element = element->next) add_name(*element);
 }
 
@@ -126,10 +87,10 @@ void Index::build_order() {
 }
 
 void Index::grow() {
-    memory::Vector<Slot> old(slots_.size() * 2);
-    old.swap(slots_);
+    memory::Vector<Slot> table(slots_.size() * 2);
+    use_table(table);
     const std::size_t mask = slots_.size() - 1;
-    for (const Slot &slot : old) {
+    for (const Slot &slot : table) {  // the old one now
         if (slot.only == nullptr) continue;
         std::size_t place = slot.hash & mask;
         while (slots_[place].only != nullptr) place = (place + 1) & mask;
@@ -141,7 +102,7 @@ void Index::add_name(Element &element) {
     if ((used_ + 1) * 5 > slots_.size() * 4) grow();
     const std::string_view name = element.name();
     const std::uint32_t hash = hash_of(name);
-    Slot &slot = find(name, hash);
+    Slot &slot = slot_of(name, hash);
     if (slot.only == nullptr) {
         slot.hash = hash;
         slot.only = &element;
@@ -160,7 +121,7 @@ void Index::add_name(Element &element) {
 
 void Index::remove_name(const Element &element) {
     const std::string_view name = element.name();
-    Slot &slot = find(name, hash_of(name));
+    Slot &slot = slot_of(name, hash_of(name));
     if (!slot.repeated) {
         remove_slot(static_cast<std::size_t>(&slot - slots_.data()));
         return;

@@ -1,6 +1,7 @@
 #include "env/line_writer.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace kv::env {
@@ -8,11 +9,6 @@ namespace kv::env {
 namespace {
 
 constexpr std::size_t kColumns = 90;
-
-bool is_plain(std::string_view piece) {
-    return std::memchr(piece.data(), '\\', piece.size()) == nullptr &&
-           std::memchr(piece.data(), '\n', piece.size()) == nullptr;
-}
 
 }  // namespace
 
@@ -25,32 +21,43 @@ void LineWriter::indent(int level) {
     }
 }
 
-void LineWriter::write(int level, std::initializer_list<std::string_view> pieces) {
-    indent(level);
-    auto length = static_cast<std::size_t>(level);
-    for (const std::string_view piece : pieces) length += piece.size();
-    if (length > kColumns || !std::all_of(pieces.begin(), pieces.end(), is_plain)) {
-        write_carefully(level, pieces);
-        return;
-    }
-    for (const std::string_view piece : pieces) sink_.put(piece.data(), piece.size());
-    sink_.put("\n", 1);
+void LineWriter::write(int level, std::initializer_list<const char *> pieces) {
+    if (!write_plain(level, pieces)) write_carefully(level, pieces);
 }
 
-void LineWriter::write_carefully(int level, std::initializer_list<std::string_view> pieces) {
+// Writes the line if it needs neither a break nor care with backslashes; most lines do not.
+bool LineWriter::write_plain(int level, std::initializer_list<const char *> pieces) {
+    std::array<char, kColumns> line;
+    const std::size_t indentation = static_cast<std::size_t>(level) - 1;
+    if (indentation >= line.size()) return false;
+    std::memset(line.data(), ' ', indentation);
+    char *at = line.data() + indentation;
+    const char *const last = line.data() + line.size() - 1;
+    for (const char *piece : pieces) {
+        for (; *piece != '\0'; ++piece) {
+            if (at == last || *piece == '\\' || *piece == '\n') return false;
+            *at++ = *piece;
+        }
+    }
+    sink_.put_line(line.data(), static_cast<std::size_t>(at - line.data()));
+    return true;
+}
+
+void LineWriter::write_carefully(int level, std::initializer_list<const char *> pieces) {
+    indent(level);
     pending_ = Pending::nothing;
     at_line_start_ = false;
     std::size_t column = static_cast<std::size_t>(level) % kColumns;
     bool break_due = false;
-    for (const std::string_view piece : pieces) {
-        for (const char c : piece) {
+    for (const char *piece : pieces) {
+        for (; *piece != '\0'; ++piece) {
             break_due = break_due || column == 0;
             if (break_due && pending_ == Pending::nothing) {
                 sink_.put("\\\n", 2);
                 at_line_start_ = false;
                 break_due = false;
             }
-            put(c);
+            put(*piece);
             column = column + 1 < kColumns ? column + 1 : 0;
         }
     }

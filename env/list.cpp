@@ -1,7 +1,6 @@
 #include "env/list.hpp"
 
 #include <new>
-#include <string>
 
 #include "env/index.hpp"
 #include "memory/owned.hpp"
@@ -22,18 +21,24 @@ void link_into_index(List &list, Element &element) {
     }
 }
 
-// Asks a long list's index, made now if need be; without room for it, or in a short list, walks.
-template <typename Ask, typename Walk>
-auto search(List &list, Ask ask, Walk walk) {
-    if (list.count > kHandful) {
-        try {
-            if (list.index == nullptr) list.index = memory::make_owned<Index>(list).release();
-            if (list.index != nullptr) return ask(*list.index);
-        } catch (const std::bad_alloc &) {
-            drop_index(list);
-        }
+// A long list's index, made now if need be; null if the list is short or the heap has no room.
+Index *index_of(List &list) {
+    if (list.index == nullptr && list.count > kHandful)
+        list.index = memory::make_owned<Index>(list).release();
+    return list.index;
+}
+
+// True if a list has a table of names, which is made now if the list is long and the heap has room.
+bool has_names(List &list) {
+    if (list.slots != nullptr) return true;
+    if (list.count <= kHandful || index_of(list) == nullptr) return false;
+    try {
+        list.index->build_names();
+        return true;
+    } catch (const std::bad_alloc &) {
+        drop_index(list);
+        return false;
     }
-    return walk();
 }
 
 }  // namespace
@@ -82,59 +87,51 @@ void splice(List &to, List &from) {
 
 Element *find(List &list, std::string_view name, std::int32_t n) {
     if (n == 0) return list.first;
-    return search(
-        list, [&](Index &index) { return index.named(name, n); },
-        [&]() -> Element * {
-            Element *element = list.first;
-            for (std::int32_t left = n; element != nullptr; element = element->next) {
-                if (element->is_named(name) && --left == 0) break;
-            }
-            return element;
-        });
+    if (has_names(list)) return find_slot(list, name, hash_of(name)).at(n);
+    for (Element *element = list.first; element != nullptr; element = element->next) {
+        if (element->is_named(name) && --n == 0) return element;
+    }
+    return nullptr;
 }
 
 std::int32_t count_named(List &list, std::string_view name) {
-    return search(
-        list, [&](Index &index) { return index.count_named(name); },
-        [&] {
-            std::int32_t count = 0;
-            for (const Element *element = list.first; element != nullptr; element = element->next) {
-                if (element->is_named(name)) ++count;
-            }
-            return count;
-        });
+    if (has_names(list)) return find_slot(list, name, hash_of(name)).count();
+    std::int32_t count = 0;
+    for (const Element *element = list.first; element != nullptr; element = element->next) {
+        if (element->is_named(name)) ++count;
+    }
+    return count;
 }
 
 std::int32_t occurrence(const Element &element) {
-    return search(
-        *element.parent, [&](Index &index) { return index.occurrence(element); },
-        [&] {
-            const std::string_view name = element.name();
-            std::int32_t count = 1;
-            for (const Element *each = element.previous; each != nullptr; each = each->previous) {
-                if (each->is_named(name)) ++count;
-            }
-            return count;
-        });
+    const std::string_view name = element.name();
+    if (has_names(*element.parent)) {
+        const Slot &slot = find_slot(*element.parent, name, hash_of(name));
+        return slot.repeated ? static_cast<std::int32_t>(slot.all->position(element)) + 1 : 1;
+    }
+    std::int32_t count = 1;
+    for (const Element *each = element.previous; each != nullptr; each = each->previous) {
+        if (each->is_named(name)) ++count;
+    }
+    return count;
 }
 
 Element *at(List &list, std::int32_t position) {
     if (position < 1 || position > list.count) return nullptr;
-    const auto walk = [&] {
-        Element *element = list.first;
-        for (std::int32_t left = position; left > 1; --left) element = element->next;
-        return element;
-    };
-    return search(
-        list,
-        [&](Index &index) {
-            // The first few are walked to, so that taking a list apart from its front builds nothing.
-            if (position > kHandful) return index.at(position);
-            Element *element = walk();
-            index.remember(element, position);
-            return element;
-        },
-        walk);
+    Index *index = index_of(list);
+    if (index != nullptr && position > kHandful) {
+        try {
+            return index->at(position);
+        } catch (const std::bad_alloc &) {
+            drop_index(list);
+            index = nullptr;
+        }
+    }
+    // The first few are walked to, so that taking a list apart from its front builds nothing.
+    Element *element = list.first;
+    for (std::int32_t left = position; left > 1; --left) element = element->next;
+    if (index != nullptr) index->remember(element, position);
+    return element;
 }
 
 }  // namespace kv::env

@@ -1,7 +1,7 @@
 #include "env/numbers.hpp"
 
+#include <cfloat>
 #include <charconv>
-#include <cstring>
 #include <limits>
 
 #include "memory/owned.hpp"
@@ -29,40 +29,27 @@ bool at_end(const char *at) {
     return *at == '\0' || *at == '\r' || *at == '\n';
 }
 
-// The end of the number that begins at `at`; null if there is none.
-const char *number_end(const char *at, const std::int32_t *) {
+// Reads the number that begins at `at`. Returns its end; null, with the value untouched, if there is none.
+const char *read_number(const char *at, std::int32_t &value) {
+    constexpr std::ptrdiff_t kMostDigits = 9;  // that many fit whatever they are
     const char *digits = skip_sign(at);
-    const char *end = skip_digits(digits);
-    return end != digits ? end : nullptr;
-}
-
-const char *number_end(const char *at, const double *) {
-    const char *mantissa = skip_sign(at);
-    const char *end = skip_digits(mantissa);
-    bool has_digits = end != mantissa;
-    if (*end == '.') {
-        const char *fraction = end + 1;
-        end = skip_digits(fraction);
-        has_digits = has_digits || end != fraction;
-    }
-    if (!has_digits) return nullptr;
-    if (*end == 'E' || *end == 'e' || *end == 'D' || *end == 'd') {
-        const char *exponent = skip_sign(++end);
-        if (const char *behind = skip_digits(exponent); behind != exponent) end = behind;
+    std::uint32_t magnitude = 0;
+    const char *end = digits;
+    for (; *end >= '0' && *end <= '9'; ++end)
+        magnitude = magnitude * 10 + static_cast<std::uint32_t>(*end - '0');
+    if (end == digits) return nullptr;
+    if (end - digits <= kMostDigits) {
+        value = static_cast<std::int32_t>(magnitude);
+        if (*at == '-') value = -value;
+    } else if (std::from_chars(*at == '+' ? digits : at, end, value).ec == std::errc::result_out_of_range) {
+        using Limits = std::numeric_limits<std::int32_t>;
+        value = *at == '-' ? Limits::min() : Limits::max();
     }
     return end;
 }
 
-void convert(const char *begin, const char *end, std::int32_t &value) {
-    if (*begin == '+') ++begin;
-    if (std::from_chars(begin, end, value).ec == std::errc::result_out_of_range) {
-        value = *begin == '-' ? std::numeric_limits<std::int32_t>::min()
-                              : std::numeric_limits<std::int32_t>::max();
-    }
-}
-
-// Numbers that the quick conversion does not take: an exponent written with D, and values beyond the range
-// of a double, which become infinite or zero as strtod has it.
+// An exponent written with D, and values beyond the range of a double, which become infinite or zero as
+// strtod has it.
 void convert_slowly(const char *begin, const char *end, double &value) {
     memory::String text(begin, end);
     for (char &c : text) {
@@ -78,14 +65,53 @@ void convert(const char *begin, const char *end, double &value) {
     if (error != std::errc{} || exponent_left) convert_slowly(begin, end, value);
 }
 
+const char *read_number(const char *at, double &value) {
+    // Up to fifteen digits make a whole number below 2^53, which a double holds exactly, as it does the
+    // powers of ten up to 10^22: one division rounds correctly then.
+    constexpr std::ptrdiff_t kExactDigits = 15;
+    static constexpr double kPowers[kExactDigits + 1] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const char *mantissa = skip_sign(at);
+    const char *end = mantissa;
+    std::uint64_t digits = 0;
+    const auto take_digits = [&] {
+        const char *start = end;
+        for (; *end >= '0' && *end <= '9'; ++end)
+            digits = digits * 10 + static_cast<std::uint64_t>(*end - '0');
+        return end - start;
+    };
+    std::ptrdiff_t count = take_digits();
+    std::ptrdiff_t decimals = 0;
+    if (*end == '.') {
+        ++end;
+        decimals = take_digits();
+        count += decimals;
+    }
+    if (count == 0) return nullptr;
+    // Where intermediate results have more bits than a double, the division would be rounded twice.
+    constexpr bool kRoundsOnce = FLT_EVAL_METHOD == 0;
+    const bool has_exponent = *end == 'E' || *end == 'e' || *end == 'D' || *end == 'd';
+    if (kRoundsOnce && !has_exponent && count <= kExactDigits) {
+        value = static_cast<double>(digits) / kPowers[decimals];
+        if (*at == '-') value = -value;
+        return end;
+    }
+    if (has_exponent) {
+        const char *exponent = skip_sign(++end);
+        if (const char *behind = skip_digits(exponent); behind != exponent) end = behind;
+    }
+    convert(at, end, value);
+    return end;
+}
+
 template <typename Number>
 Parsed parse(const char *text, std::span<Number> room) {
     std::size_t count = 0;
+    Number surplus{};
     for (const char *at = text;; ++at) {
         at = skip_blanks(at);
-        const char *end = number_end(at, static_cast<const Number *>(nullptr));
+        const char *end = read_number(at, count < room.size() ? room[count] : surplus);
         if (end == nullptr) return {Parsed::mismatched, 0};
-        if (count < room.size()) convert(at, end, room[count]);
         ++count;
         at = skip_blanks(end);
         if (*at != ',') {
@@ -99,10 +125,10 @@ Parsed parse(const char *text, std::span<Number> room) {
 
 template <typename Number>
 bool parse_one(const char *text, Number &value) {
-    const char *at = skip_blanks(text);
-    const char *end = number_end(at, static_cast<const Number *>(nullptr));
+    Number number{};
+    const char *end = read_number(skip_blanks(text), number);
     if (end == nullptr || !at_end(skip_blanks(end))) return false;
-    convert(at, end, value);
+    value = number;
     return true;
 }
 

@@ -33,21 +33,39 @@ std::int32_t to_index(std::string_view digits) {
     return value;
 }
 
+const char *find_delimiter(const char *start, const char *end) {
+    if (state.delimiter[1] != '\0') return std::find_if(start, end, is_delimiter);
+    const void *found = std::memchr(start, state.delimiter[0], static_cast<std::size_t>(end - start));
+    return found != nullptr ? static_cast<const char *>(found) : end;
+}
+
 }  // namespace
 
+// Digits are the index of the name before them, unless that has one already.
+inline void Path::add(std::string_view element) {
+    if (index_may_follow_ && is_digit(element.front()) && is_index(element)) {
+        steps_[count_ - 1].index = to_index(element);
+        index_may_follow_ = false;
+        return;
+    }
+    steps_[count_++] = {element.data(), static_cast<std::uint32_t>(element.size()), 1};
+    index_may_follow_ = true;
+}
+
 bool Path::split(const char *path) {
-    if (std::strlen(path) >= kMaxPathLength) {
+    const std::size_t length = std::strlen(path);
+    if (length >= kMaxPathLength) {
         report("Env path too long - increase MAX_PATH_LENGTH", path);
         report("Can not separate path");
         return false;
     }
+    const char *const end = path + length;
     int delimiters = 0;
-    const char *start = path;
-    for (const char *at = path;; ++at) {
-        if (*at != '\0' && !is_delimiter(*at)) continue;
-        if (at != start) add({start, static_cast<std::size_t>(at - start)});
-        if (*at == '\0') break;
-        start = at + 1;
+    for (const char *start = path;;) {
+        const char *stop = find_delimiter(start, end);
+        if (stop != start) add({start, static_cast<std::size_t>(stop - start)});
+        if (stop == end) break;
+        start = stop + 1;
         if (++delimiters > kMaxDelimiters) {
             report("To many path elements - increase MAX_PATH_ELEM", path);
             report("Can not separate path");
@@ -57,17 +75,6 @@ bool Path::split(const char *path) {
     }
     if (count_ == 0) report("Bad Path was given");
     return count_ > 0;
-}
-
-// Digits are the index of the name before them, unless that has one already.
-void Path::add(std::string_view element) {
-    if (index_may_follow_ && is_index(element)) {
-        steps_[count_ - 1].index = to_index(element);
-        index_may_follow_ = false;
-        return;
-    }
-    steps_[count_++] = {element.data(), static_cast<std::uint32_t>(element.size()), 1};
-    index_may_follow_ = true;
 }
 
 }  // namespace kv::env

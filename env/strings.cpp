@@ -20,7 +20,8 @@ class StringSource : public kv::env::Source {
     bool refill() override {
         while (*rest_ == '\r') ++rest_;
         position = rest_;
-        rest_ += std::strcspn(rest_, "\r");
+        const char *carriage_return = std::strchr(rest_, '\r');
+        rest_ = carriage_return != nullptr ? carriage_return : rest_ + std::strlen(rest_);
         end = rest_;
         return position != end;
     }
@@ -53,6 +54,11 @@ class StringSink : public kv::env::Sink {
             text += plain;
             size -= plain;
         }
+    }
+
+    void put_line(const char *text, std::size_t size) override {
+        add(text, size);
+        add("\r\n", 2);
     }
 
     char *release() {

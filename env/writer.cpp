@@ -22,8 +22,8 @@ class Pin {
 
 void open_element(LineWriter &lines, int level, const Element &element) {
     const bool section = element.is_section();
-    const std::string_view before = section ? "[" : "";
-    const std::string_view behind = section ? "]" : " =";
+    const char *before = section ? "[" : "";
+    const char *behind = section ? "]" : " =";
     switch (element.type) {
         case ENV_TYPE_DATA:
             lines.write(level, {before, element.name(), behind, element.text});

@@ -16,6 +16,11 @@ class Sink {
     virtual ~Sink() = default;
 
     virtual void put(const char *text, std::size_t size) = 0;
+    /// A text without a line feed, then a line feed.
+    virtual void put_line(const char *text, std::size_t size) {
+        put(text, size);
+        put("\n", 1);
+    }
 };
 
 /// Writes the sections of a root environment; see env_write(). To be called inside enter().

@@ -531,14 +531,51 @@ class Models {
     std::vector<Handle> held_;  // open sub-environments
 };
 
-class EnvModel : public testing::TestWithParam<unsigned> {};
+// One large block of a few names, changed in the middle and looked at by index and by position.
+TEST(EnvModel, LargeBlock) {
+    std::mt19937 random(77);
+    std::vector<std::string> names;
+    const Env env = tree("[s]\n  n0 =\n");
+    names.push_back("n0");
+    for (size_t step = 0; step < 9000; ++step) {
+        const bool one_spot = step >= 3000 && step < 5000;  // behind and in front of what came last
+        const size_t at = one_spot ? 100 + (step < 4000 ? 0 : step - 4000) : random() % names.size();
+        const std::string chosen = names[at];
+        const auto before =
+            std::count(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(at), chosen);
+        const std::string path = numbered(chosen + "@", before + 1), name = numbered("n", random() % 5);
+        if (names.size() > 1 && !one_spot && random() % 10 < (step < 3000 ? 2u : 8u)) {
+            ASSERT_EQ(env_delete(env.get(), "s", path.c_str()), ENV_OK) << "step " << step << ", " << path;
+            names.erase(names.begin() + static_cast<std::ptrdiff_t>(at));
+        } else if (one_spot || random() % 4 != 0) {
+            ASSERT_EQ(env_insert_before(env.get(), "s", path.c_str(), name.c_str()), ENV_OK)
+                << "step " << step << ", " << path;
+            names.insert(names.begin() + static_cast<std::ptrdiff_t>(at), name);
+        } else {
+            const auto count = std::count(names.begin(), names.end(), name);
+            const std::string next = numbered(name + "@", count + 1);
+            ASSERT_EQ(env_put(env.get(), "s", next.c_str(), "v"), ENV_OK)
+                << "step " << step << ", " << next;
+            names.push_back(name);
+        }
+        const size_t pos = random() % names.size();
+        const char *found = "";
+        env_get_core(env.get(), "s", nullptr, 1, static_cast<int32_t>(pos) + 1, nullptr, &found, nullptr,
+                     nullptr);
+        ASSERT_EQ(found, names[pos]) << "step " << step << ", position " << pos + 1;
+        ASSERT_EQ(env_count_elements(env.get(), "s", nullptr, 1), static_cast<int32_t>(names.size()))
+            << step;
+    }
+}
 
-TEST_P(EnvModel, RandomOperations) {
+class EnvModels : public testing::TestWithParam<unsigned> {};
+
+TEST_P(EnvModels, RandomOperations) {
     kv_error_onoff(0);  // rejected paths would fill the log
     Models(GetParam()).run(20000);
     kv_error_onoff(1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, EnvModel, testing::Values(1u, 22u, 333u, 4444u));
+INSTANTIATE_TEST_SUITE_P(Seeds, EnvModels, testing::Values(1u, 22u, 333u, 4444u));
 
 }  // namespace
