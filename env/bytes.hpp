@@ -15,6 +15,13 @@ Word load(const char *at) {
     return word;
 }
 
+/// True if one of the eight bytes of a word is `byte`.
+inline bool has_byte(std::uint64_t word, char byte) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    const std::uint64_t zero_where_equal = word ^ (kOnes * static_cast<unsigned char>(byte));
+    return ((zero_where_equal - kOnes) & ~zero_where_equal & (kOnes << 7)) != 0;
+}
+
 inline bool same_bytes(const char *a, const char *b, std::size_t size) {
     if (size >= 8) {
         // The last eight bytes overlap those before them.

@@ -1,17 +1,22 @@
 #include "env/characters.hpp"
 
-#include <algorithm>
-
 namespace kv::env {
 
+constinit const std::array<bool, 256> Characters::kStops = [] {
+    std::array<bool, 256> stops{};
+    for (const char c : {'\\', '\n', '\r', '\0'}) stops[static_cast<unsigned char>(c)] = true;
+    return stops;
+}();
+
 int Characters::source_character() {
-    if (source_.position == source_.end) {
-        if (ended_ || !source_.refill()) {
+    for (;;) {
+        if (source_.position == source_.end && (ended_ || !source_.refill())) {
             ended_ = true;
             return kEnd;
         }
+        const char c = *source_.position++;
+        if (c != '\r' || !source_.skips_carriage_returns) return static_cast<unsigned char>(c);
     }
-    return static_cast<unsigned char>(*source_.position++);
 }
 
 // The next character of the text without comments. The place moves on with it.
@@ -111,8 +116,7 @@ int Characters::skip_blanks() {
 void Characters::collect_plain(char terminator, memory::String &run) {
     if (!is_plain_ahead()) return;
     const char *stop = source_.position;
-    while (stop != source_.end && *stop != terminator && *stop != '\\' && *stop != '\n' && *stop != '\0')
-        ++stop;
+    while (stop != source_.end && *stop != terminator && !stops(*stop)) ++stop;
     run.append(source_.position, static_cast<std::size_t>(stop - source_.position));
     column_ += stop - source_.position;
     source_.position = stop;

@@ -1,6 +1,7 @@
 // The characters of a text as its grammar sees them: without comments, with continued lines joined.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "env/reader.hpp"
@@ -22,12 +23,10 @@ class Characters {
 
     /// The next character, 0 to 255, or kEnd.
     int next() {
-        if (is_plain_ahead() && source_.position != source_.end && *source_.position != '\\') {
-            const int c = static_cast<unsigned char>(*source_.position++);
+        if (is_plain_ahead() && source_.position != source_.end && !stops(*source_.position)) {
             ++column_;
             queued_place_.line = 0;
-            at_line_start_ = c == '\n';
-            return c;
+            return static_cast<unsigned char>(*source_.position++);
         }
         return next_slowly();
     }
@@ -46,6 +45,11 @@ class Characters {
   private:
     static constexpr int kNone = -2;
 
+    // The characters that need a decision.
+    static const std::array<bool, 256> kStops;
+    static bool stops(char c) { return kStops[static_cast<unsigned char>(c)]; }
+
+    // True if the next character comes from the source, and not at the start of a line.
     bool is_plain_ahead() const {
         return pushed_back_ == kNone && queued_last_ == kNone && !at_line_start_;
     }

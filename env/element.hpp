@@ -50,6 +50,9 @@ struct Element {
 
     char *name() { return reinterpret_cast<char *>(this + 1); }
     const char *name() const { return reinterpret_cast<const char *>(this + 1); }
+    std::string_view name_view() const {
+        return {name(), name_length < kLongName ? name_length : std::strlen(name())};
+    }
     bool is_named(std::string_view wanted) const {
         if (wanted.size() >= kLongName) return is_named_at_length(wanted);
         return name_length == wanted.size() && same_bytes(name(), wanted.data(), wanted.size());

@@ -100,7 +100,7 @@ void Index::grow() {
 
 void Index::add_name(Element &element) {
     if ((used_ + 1) * 5 > slots_.size() * 4) grow();
-    const std::string_view name = element.name();
+    const std::string_view name = element.name_view();
     const std::uint32_t hash = hash_of(name);
     Slot &slot = slot_of(name, hash);
     if (slot.only == nullptr) {
@@ -120,7 +120,7 @@ void Index::add_name(Element &element) {
 }
 
 void Index::remove_name(const Element &element) {
-    const std::string_view name = element.name();
+    const std::string_view name = element.name_view();
     Slot &slot = slot_of(name, hash_of(name));
     if (!slot.repeated) {
         remove_slot(static_cast<std::size_t>(&slot - slots_.data()));

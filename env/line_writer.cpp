@@ -1,8 +1,10 @@
 #include "env/line_writer.hpp"
 
 #include <algorithm>
-#include <array>
+#include <cstdint>
 #include <cstring>
+
+#include "env/bytes.hpp"
 
 namespace kv::env {
 
@@ -21,43 +23,46 @@ void LineWriter::indent(int level) {
     }
 }
 
-void LineWriter::write(int level, std::initializer_list<const char *> pieces) {
+void LineWriter::write(int level, std::initializer_list<std::string_view> pieces) {
     if (!write_plain(level, pieces)) write_carefully(level, pieces);
 }
 
 // Writes the line if it needs neither a break nor care with backslashes; most lines do not.
-bool LineWriter::write_plain(int level, std::initializer_list<const char *> pieces) {
-    std::array<char, kColumns> line;
-    const std::size_t indentation = static_cast<std::size_t>(level) - 1;
-    if (indentation >= line.size()) return false;
-    std::memset(line.data(), ' ', indentation);
-    char *at = line.data() + indentation;
-    const char *const last = line.data() + line.size() - 1;
-    for (const char *piece : pieces) {
-        for (; *piece != '\0'; ++piece) {
-            if (at == last || *piece == '\\' || *piece == '\n') return false;
-            *at++ = *piece;
-        }
+bool LineWriter::write_plain(int level, std::initializer_list<std::string_view> pieces) {
+    constexpr std::size_t kMost = kColumns - 1;
+    char line[kMost + sizeof(std::uint64_t)];
+    std::size_t length = static_cast<std::size_t>(level) - 1;
+    if (length > kMost) return false;
+    std::memset(line, ' ', length);
+    for (const std::string_view piece : pieces) {
+        if (piece.size() > kMost - length) return false;
+        std::memcpy(line + length, piece.data(), piece.size());
+        length += piece.size();
     }
-    sink_.put_line(line.data(), static_cast<std::size_t>(at - line.data()));
+    std::memset(line + length, 0, sizeof(std::uint64_t));
+    for (std::size_t i = 0; i < length; i += sizeof(std::uint64_t)) {
+        const auto word = load<std::uint64_t>(line + i);
+        if (has_byte(word, '\\') || has_byte(word, '\n')) return false;
+    }
+    sink_.put_line(line, length);
     return true;
 }
 
-void LineWriter::write_carefully(int level, std::initializer_list<const char *> pieces) {
+void LineWriter::write_carefully(int level, std::initializer_list<std::string_view> pieces) {
     indent(level);
     pending_ = Pending::nothing;
     at_line_start_ = false;
     std::size_t column = static_cast<std::size_t>(level) % kColumns;
     bool break_due = false;
-    for (const char *piece : pieces) {
-        for (; *piece != '\0'; ++piece) {
+    for (const std::string_view piece : pieces) {
+        for (const char c : piece) {
             break_due = break_due || column == 0;
             if (break_due && pending_ == Pending::nothing) {
                 sink_.put("\\\n", 2);
                 at_line_start_ = false;
                 break_due = false;
             }
-            put(*piece);
+            put(c);
             column = column + 1 < kColumns ? column + 1 : 0;
         }
     }

@@ -13,7 +13,7 @@ class LineWriter {
     explicit LineWriter(Sink &sink) : sink_(sink) {}
 
     /// Writes one line, made of pieces, behind `level` - 1 spaces.
-    void write(int level, std::initializer_list<const char *> pieces);
+    void write(int level, std::initializer_list<std::string_view> pieces);
 
   private:
     // What the reader has in hand when it comes to the next character. Behind one or two backslashes, and
@@ -21,8 +21,8 @@ class LineWriter {
     enum class Pending { nothing, backslash, two_backslashes, spaces };
 
     void indent(int level);
-    bool write_plain(int level, std::initializer_list<const char *> pieces);
-    void write_carefully(int level, std::initializer_list<const char *> pieces);
+    bool write_plain(int level, std::initializer_list<std::string_view> pieces);
+    void write_carefully(int level, std::initializer_list<std::string_view> pieces);
     void put(char c);
     void close_line();
 

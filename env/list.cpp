@@ -104,7 +104,7 @@ std::int32_t count_named(List &list, std::string_view name) {
 }
 
 std::int32_t occurrence(const Element &element) {
-    const std::string_view name = element.name();
+    const std::string_view name = element.name_view();
     if (has_names(*element.parent)) {
         const Slot &slot = find_slot(*element.parent, name, hash_of(name));
         return slot.repeated ? static_cast<std::int32_t>(slot.all->position(element)) + 1 : 1;

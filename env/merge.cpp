@@ -1,5 +1,4 @@
 // Merging the data elements of one environment into another.
-#include <cstring>
 #include <span>
 
 #include "kv/env.h"
@@ -16,7 +15,8 @@ namespace kv::env {
 namespace {
 
 Step step_to(const Element &element, std::int32_t index) {
-    return {element.name(), static_cast<std::uint32_t>(std::strlen(element.name())), index};
+    const std::string_view name = element.name_view();
+    return {name.data(), static_cast<std::uint32_t>(name.size()), index};
 }
 
 // Walks through the source with, for every block on the way down, the element of the destination that has
@@ -149,11 +149,11 @@ class Merge {
 ElementPointer clone_alone(const Element &element) {
     switch (element.type) {
         case ENV_TYPE_DATA:
-            return make_data(element.name(), element.text);
+            return make_data(element.name_view(), element.text);
         case ENV_TYPE_BLOCK:
-            return make_block(element.name());
+            return make_block(element.name_view());
         default:
-            return make_external(element.name(), element.external);
+            return make_external(element.name_view(), element.external);
     }
 }
 

@@ -12,13 +12,14 @@ namespace kv::env {
 /// Where a text comes from: a window on it that moves on. Lines end in a line feed.
 class Source {
   public:
-    Source() = default;
+    explicit Source(bool skip_carriage_returns = false) : skips_carriage_returns(skip_carriage_returns) {}
     Source(const Source &) = delete;
     Source &operator=(const Source &) = delete;
     virtual ~Source() = default;
 
     const char *position = nullptr;
     const char *end = nullptr;
+    const bool skips_carriage_returns;  // they are no part of the text
     /// Moves the window to what follows it; false at the end of the text.
     virtual bool refill() = 0;
     /// False if the text ended at a failure.

@@ -12,22 +12,14 @@
 
 namespace {
 
-// The text between its carriage returns.
 class StringSource : public kv::env::Source {
   public:
-    explicit StringSource(const char *text) : rest_(text) {}
-
-    bool refill() override {
-        while (*rest_ == '\r') ++rest_;
-        position = rest_;
-        const char *carriage_return = std::strchr(rest_, '\r');
-        rest_ = carriage_return != nullptr ? carriage_return : rest_ + std::strlen(rest_);
-        end = rest_;
-        return position != end;
+    explicit StringSource(const char *text) : Source(true) {
+        position = text;
+        end = text + std::strlen(text);
     }
 
-  private:
-    const char *rest_;
+    bool refill() override { return false; }
 };
 
 // A growing text with CR LF at its line ends; empty once the heap was exhausted.

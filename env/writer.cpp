@@ -22,14 +22,14 @@ class Pin {
 
 void open_element(LineWriter &lines, int level, const Element &element) {
     const bool section = element.is_section();
-    const char *before = section ? "[" : "";
-    const char *behind = section ? "]" : " =";
+    const std::string_view before = section ? "[" : "";
+    const std::string_view behind = section ? "]" : " =";
     switch (element.type) {
         case ENV_TYPE_DATA:
-            lines.write(level, {before, element.name(), behind, element.text});
+            lines.write(level, {before, element.name_view(), behind, element.text});
             break;
         case ENV_TYPE_BLOCK:
-            lines.write(level, {before, element.name(), behind, section ? "" : "{"});
+            lines.write(level, {before, element.name_view(), behind, section ? "" : "{"});
             break;
         default:  // an external is not written
             break;
