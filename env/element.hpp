@@ -9,22 +9,21 @@
 #include "kv/env.h"
 
 #include "env/bytes.hpp"
+#include "env/name_table.hpp"
 
 namespace kv::env {
 
 struct Element;
-struct Slot;
 class Index;
 
 /// The elements of a block, or the sections of a root environment, in their order.
 struct List {
     std::int32_t count = 0;
-    std::uint32_t slot_mask = 0;  // the number of slots less one
-    const Slot *slots = nullptr;  // the index's table of names, once it is built
     Element *first = nullptr;
     Element *last = nullptr;
     Element *owner = nullptr;  // the block that has this list; null for the sections
-    Index *index = nullptr;    // built when a search in a long list needs it, see index.hpp
+    Index *index = nullptr;    // built when a search in a long list needs it, see index.hpp,
+    NameTable names;           // and with it, when that search is by name, the names
 };
 
 /// One element. Its name stands behind the record in the same block of memory, and behind the name there

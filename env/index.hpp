@@ -14,40 +14,15 @@
 
 namespace kv::env {
 
-/// A place of an index's hash table of names (open addressing, linear probing).
-struct Slot {
-    std::uint32_t hash;
-    bool repeated;
-    union {
-        Element *only;  // null: the place is free
-        Ordered *all;   // several elements of the name, in their order; owned
-    };
-
-    Element *first() const { return repeated ? all->front() : only; }
-    std::int32_t count() const {
-        return repeated ? static_cast<std::int32_t>(all->size()) : only != nullptr;
-    }
-    /// The n-th of them, from 1; null if there are fewer.
-    Element *at(std::int32_t n) const;
-};
-
-/// The slot of a name in a list that has a table, or the free one where it would go.
-inline const Slot &find_slot(const List &list, std::string_view name, std::uint32_t hash) {
-    for (std::uint32_t place = hash & list.slot_mask;; place = (place + 1) & list.slot_mask) {
-        const Slot &slot = list.slots[place];
-        if (slot.only == nullptr || (slot.hash == hash && slot.first()->is_named(name))) return slot;
-    }
-}
-
 class Index {
   public:
     explicit Index(List &list) : list_(list) {}
     Index(const Index &) = delete;
     Index &operator=(const Index &) = delete;
-    ~Index();
+    ~Index() = default;
 
-    /// Builds the table of names, which find_slot() needs. Like all that builds here it throws
-    /// std::bad_alloc, and the index is unusable then.
+    /// Builds the list's table of names. Like all that builds here it throws std::bad_alloc; the index is
+    /// to be dropped then.
     void build_names();
     /// The element at a position of the list, from 1.
     Element *at(std::int32_t position);
@@ -60,18 +35,10 @@ class Index {
     void remember(Element *element, std::int32_t position);
 
   private:
-    Slot &slot_of(std::string_view name, std::uint32_t hash);
     void build_order();
     void number();
-    void use_table(memory::Vector<Slot> &table);
-    void add_name(Element &element);
-    void remove_name(const Element &element);
-    void remove_slot(std::size_t place);
-    void grow();
 
     List &list_;
-    memory::Vector<Slot> slots_;  // a power of two of them, empty until the first search by name
-    std::size_t used_ = 0;
     Ordered order_;  // empty until the first search by position that needs it
     bool ordered_ = false;
     bool numbered_ = false;
@@ -79,7 +46,7 @@ class Index {
     std::int32_t remembered_position_ = 0;
 };
 
-/// Frees a list's index, if it has one.
+/// Frees a list's index with its table of names, if it has one.
 void drop_index(List &list);
 
 }  // namespace kv::env

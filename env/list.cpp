@@ -30,7 +30,7 @@ Index *index_of(List &list) {
 
 // True if a list has a table of names, which is made now if the list is long and the heap has room.
 bool has_names(List &list) {
-    if (list.slots != nullptr) return true;
+    if (list.names.is_built()) return true;
     if (list.count <= kHandful || index_of(list) == nullptr) return false;
     try {
         list.index->build_names();
@@ -87,7 +87,7 @@ void splice(List &to, List &from) {
 
 Element *find(List &list, std::string_view name, std::int32_t n) {
     if (n == 0) return list.first;
-    if (has_names(list)) return find_slot(list, name, hash_of(name)).at(n);
+    if (has_names(list)) return list.names.find(name).at(n);
     for (Element *element = list.first; element != nullptr; element = element->next) {
         if (element->is_named(name) && --n == 0) return element;
     }
@@ -95,7 +95,7 @@ Element *find(List &list, std::string_view name, std::int32_t n) {
 }
 
 std::int32_t count_named(List &list, std::string_view name) {
-    if (has_names(list)) return find_slot(list, name, hash_of(name)).count();
+    if (has_names(list)) return list.names.find(name).count();
     std::int32_t count = 0;
     for (const Element *element = list.first; element != nullptr; element = element->next) {
         if (element->is_named(name)) ++count;
@@ -105,10 +105,7 @@ std::int32_t count_named(List &list, std::string_view name) {
 
 std::int32_t occurrence(const Element &element) {
     const std::string_view name = element.name_view();
-    if (has_names(*element.parent)) {
-        const Slot &slot = find_slot(*element.parent, name, hash_of(name));
-        return slot.repeated ? static_cast<std::int32_t>(slot.all->position(element)) + 1 : 1;
-    }
+    if (has_names(*element.parent)) return element.parent->names.find(name).position(element);
     std::int32_t count = 1;
     for (const Element *each = element.previous; each != nullptr; each = each->previous) {
         if (each->is_named(name)) ++count;

@@ -109,7 +109,7 @@ void check_element_name(std::string_view name) {
     if (name.empty()) refuse("name", name, "be empty");
     check_characters("name", name);
     if (name.find('=') != name.npos) refuse("name", name, R"(hold "=")");
-    if (name.front() == '[' || name.front() == '}') refuse("name", name, "begin with \"[\" or \"}\"");
+    if (name.front() == '[' || name.front() == '}') refuse("name", name, R"(begin with "[" or "}")");
 }
 
 void check_section_name(std::string_view name) {
