@@ -570,6 +570,42 @@ TEST(EnvModel, LargeBlock) {
 
 class EnvModels : public testing::TestWithParam<unsigned> {};
 
+// Elements of one block that lie far apart in memory: a long name makes its element a mapping of its own.
+TEST(EnvModel, ElementsFarApart) {
+    constexpr int kNames = 40;
+    const std::string long_name(1 << 20, 'n');
+    const auto name = [](int i) { return "e" + std::to_string(i); };
+    std::string text = "[s]\n";
+    for (int i = 0; i < kNames; ++i) {
+        if (i == kNames / 2) text += long_name + " =far\n";
+        text += name(i) + " =" + std::to_string(i) + "\n";
+    }
+    const Env env = tree(text);
+    const auto expect_all = [&](int from) {
+        for (int i = 0; i < kNames; ++i) {
+            int32_t value = -1;
+            EXPECT_EQ(env_get_long(env.get(), "s", name(i).c_str(), 1, &value),
+                      i < from ? ENV_NOT_FOUND : 0)
+                << i;
+            EXPECT_EQ(value, i < from ? -1 : i);
+        }
+    };
+    expect_all(0);
+    // Further mappings, while the names are looked up from a table already.
+    const Env other = tree("[s]\n" + long_name + " =x\n" + long_name + " =y\n");
+    EXPECT_EQ(env_sink(env.get(), other.get(), ENV_SINK_APPEND), ENV_OK);
+    EXPECT_EQ(env_count_elements(env.get(), "s", nullptr, 1), kNames + 3);
+    expect_all(0);
+    EXPECT_EQ(env_put(env.get(), "s", "e7@2", "again"), ENV_OK);
+    EXPECT_EQ(env_count_path(env.get(), "s", "e7", 1), 2);
+    for (int i = 0; i < 7; ++i) EXPECT_EQ(env_delete(env.get(), "s", name(i).c_str()), ENV_OK);
+    expect_all(7);
+    EXPECT_EQ(env_delete(env.get(), "s", "e7"), ENV_OK);
+    const char *rest = nullptr;
+    EXPECT_EQ(env_get_reference(env.get(), "s", "e7", 1, &rest), 0);
+    EXPECT_STREQ(rest, "again");
+}
+
 TEST_P(EnvModels, RandomOperations) {
     kv_error_onoff(0);  // rejected paths would fill the log
     Models(GetParam()).run(20000);
