@@ -570,17 +570,19 @@ TEST(EnvModel, LargeBlock) {
 
 class EnvModels : public testing::TestWithParam<unsigned> {};
 
-// Elements of one block that lie far apart in memory: a long name makes its element a mapping of its own.
+// Elements of one block that lie far apart in memory: so long a name makes its element a mapping of its
+// own.
 TEST(EnvModel, ElementsFarApart) {
     constexpr int kNames = 40;
-    const std::string long_name(1 << 20, 'n');
+    const std::string long_name(33 << 20, 'n');
     const auto name = [](int i) { return "e" + std::to_string(i); };
     std::string text = "[s]\n";
     for (int i = 0; i < kNames; ++i) {
         if (i == kNames / 2) text += long_name + " =far\n";
         text += name(i) + " =" + std::to_string(i) + "\n";
     }
-    const Env env = tree(text);
+    const Env env = open_env();
+    EXPECT_EQ(env_read_from_string(text.c_str(), env.get()), ENV_OK);
     const auto expect_all = [&](int from) {
         for (int i = 0; i < kNames; ++i) {
             int32_t value = -1;
@@ -592,9 +594,9 @@ TEST(EnvModel, ElementsFarApart) {
     };
     expect_all(0);
     // Further mappings, while the names are looked up from a table already.
-    const Env other = tree("[s]\n" + long_name + " =x\n" + long_name + " =y\n");
+    const Env other = tree("[s]\n" + long_name + " =x\n");
     EXPECT_EQ(env_sink(env.get(), other.get(), ENV_SINK_APPEND), ENV_OK);
-    EXPECT_EQ(env_count_elements(env.get(), "s", nullptr, 1), kNames + 3);
+    EXPECT_EQ(env_count_elements(env.get(), "s", nullptr, 1), kNames + 2);
     expect_all(0);
     EXPECT_EQ(env_put(env.get(), "s", "e7@2", "again"), ENV_OK);
     EXPECT_EQ(env_count_path(env.get(), "s", "e7", 1), 2);
