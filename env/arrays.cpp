@@ -1,6 +1,6 @@
 // Arrays: one text with commas between the items.
 #include <algorithm>
-#include <cstring>
+#include <new>
 #include <string_view>
 
 #include "kv/env.h"
@@ -9,7 +9,6 @@
 #include "env/text_lookup.hpp"
 #include "memory/owned.hpp"
 
-using kv::env::enter;
 using kv::env::NumberText;
 using kv::env::Parsed;
 using kv::env::with_text;
@@ -19,14 +18,17 @@ namespace {
 // Stores `count` texts, which `add(joined, i)` appends, with commas between them.
 template <typename Add>
 int32_t put_joined(ENV *env, const char *section, const char *path, int32_t count, Add add) {
-    return enter(env, [&] {
+    try {
         kv::memory::String joined;
         for (int32_t i = 0; i < count; ++i) {
             if (i > 0) joined += ',';
             add(joined, i);
         }
         return env_put(env, section, path, joined.c_str());
-    });
+    } catch (const std::bad_alloc &) {
+        kv::env::report("heap_malloc", nullptr, kv::env::kValues);
+        return ENV_ERROR;
+    }
 }
 
 template <typename Number>
