@@ -542,7 +542,7 @@ KV_API int32_t env_create_array_path(int32_t size, char *out, const char *const 
 
 /* ---- Addition --------------------------------------------------------------------------------------- */
 
-/* The original interface ends here; what follows exists in this library only. */
+/* The interface of old ends here; what follows is an addition. */
 
 /** Tells about the last syntax error that env_read(), env_read_file() or env_read_from_string() reported in
  *  this process.
