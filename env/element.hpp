@@ -18,12 +18,12 @@ class Index;
 
 /// The elements of a block, or the sections of a root environment, in their order.
 struct List {
+    NameTable names;  // built, with the index, when a search by name in a long list needs it
     std::int32_t count = 0;
     Element *first = nullptr;
     Element *last = nullptr;
     Element *owner = nullptr;  // the block that has this list; null for the sections
-    Index *index = nullptr;    // built when a search in a long list needs it, see index.hpp,
-    NameTable names;           // and with it, when that search is by name, the names
+    Index *index = nullptr;    // built when a search in a long list needs it, see index.hpp
 };
 
 /// One element. Its name stands behind the record in the same block of memory, and behind the name there

@@ -42,6 +42,13 @@ Element *Namesakes::first() const {
     return all_ != nullptr ? all_->front() : only_;
 }
 
+// The record and the name are read next, the text behind them soon: where they lie in two cache lines, both
+// are fetched at once.
+void Namesakes::prefetch() const {
+    constexpr std::size_t kCacheLine = 64;
+    if (only_ != nullptr) __builtin_prefetch(reinterpret_cast<const char *>(only_) + kCacheLine);
+}
+
 std::int32_t Namesakes::count() const {
     if (all_ != nullptr) return static_cast<std::int32_t>(all_->size());
     return only_ != nullptr ? 1 : 0;
@@ -89,7 +96,10 @@ std::size_t NameTable::place_of(std::string_view name, std::uint32_t hash) const
     for (std::size_t place = hash & mask_;; place = (place + 1) & mask_) {
         const std::uint16_t tag = tags()[place];
         if (tag == kFree) return place;
-        if ((tag & ~kRepeated) == wanted && namesakes(place).first()->is_named(name)) return place;
+        if ((tag & ~kRepeated) != wanted) continue;
+        const Namesakes found = namesakes(place);
+        found.prefetch();
+        if (found.first()->is_named(name)) return place;
     }
 }
 

@@ -22,6 +22,8 @@ class Namesakes {
     Namesakes() = default;
     Namesakes(void *reference, bool repeated);
 
+    /// Lets the processor fetch the only one, which is about to be read.
+    void prefetch() const;
     /// The first of them; null if there are none.
     Element *first() const;
     std::int32_t count() const;
