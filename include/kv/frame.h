@@ -4,7 +4,11 @@
  * report of a later day empties it. Every report names the reporting source file and its line. A
  * report never fails visibly: where the log cannot be opened it writes nothing and goes on. Reports of
  * several threads never interleave in the log; the call trace, the error-output setting, the
- * application name and the exit handlers are process-wide and meant for one thread. */
+ * application name and the exit handlers are process-wide and meant for one thread.
+ *
+ * On POSIX the drive C is a directory (see kv.h); what goes to the debugger is appended to the file that
+ * the environment variable KV_DEBUG_OUTPUT names ("stderr" for standard error); a message box is its
+ * caption and text on standard error, which waits for Enter where a person sits at a terminal. */
 #ifndef KV_FRAME_H
 #define KV_FRAME_H
 

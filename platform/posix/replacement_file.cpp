@@ -73,8 +73,10 @@ bool ReplacementFile::open(const char *path) {
     paths_->directory =
         static_cast<std::size_t>(std::strrchr(paths_->target.text, '/') - paths_->target.text) + 1;
 
+    struct stat link;
+    const bool dangling_link = !paths_->exists && lstat(paths_->target.text, &link) == 0;
     const bool replaceable =
-        !paths_->exists || (S_ISREG(paths_->status.st_mode) && paths_->status.st_nlink == 1);
+        paths_->exists ? S_ISREG(paths_->status.st_mode) && paths_->status.st_nlink == 1 : !dangling_link;
     if (!replaceable || !open_temporary()) {
         // In place. A file that is not there yet is made now, so that a wrong name shows at once.
         const int flags = O_WRONLY | O_CREAT | O_NOCTTY;

@@ -164,6 +164,15 @@ TEST_F(Files, KeepLinksAndPermissions) {
     EXPECT_TRUE(fs::is_symlink(host("link.env")));
     EXPECT_EQ(read_file(host("real") / "t.env"), "[s]\r\n");
     EXPECT_EQ(fs::status(host("real") / "t.env").permissions(), static_cast<fs::perms>(0640));
+    // A link to nothing stays one and gets its target; a second name stays the same file.
+    fs::create_symlink("real/new.env", host("dangling.env"));
+    env_write_file("c:\\dangling.env", env.get());
+    EXPECT_TRUE(fs::is_symlink(host("dangling.env")));
+    EXPECT_EQ(read_file(host("real") / "new.env"), "[s]\r\n");
+    write_file(host("one.env"), "[old, and longer than the new content]\r\n");
+    fs::create_hard_link(host("one.env"), host("two.env"));
+    env_write_file("c:\\two.env", env.get());
+    EXPECT_EQ(read_file(host("one.env")), "[s]\r\n");
     write_file(host("plain.env"), "[old]\r\n");
     fs::permissions(host("plain.env"), static_cast<fs::perms>(0604));
     env_write_file("c:\\plain.env", env.get());
