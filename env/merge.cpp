@@ -87,39 +87,36 @@ class Merge {
     }
 
     std::int32_t merge_leaf(const Element &leaf) {
+        if (mode_ < ENV_SINK_ADD || mode_ > ENV_SINK_UPDATE) {
+            kv_switch_error(mode_, kFiles, __LINE__);
+            return ENV_ERROR;
+        }
         if (leaf.is_section()) return merge_section_leaf(leaf);
         if (steps_.empty() && start_ == nullptr) start_ = start();
         Step step = step_to(leaf, 0);
         const Element *parent = innermost();
-        switch (mode_) {
-            case ENV_SINK_ADD:
-            case ENV_SINK_REPLACE:
-            case ENV_SINK_UPDATE:
-                step.index = occurrence(leaf);
-                break;
-            case ENV_SINK_APPEND:
-                step.index = 1;
-                if (parent != nullptr && parent->list() != nullptr) {
-                    step.index += count_named(*parent->list(), step.name());
-                }
-                break;
-            default:
-                kv_switch_error(mode_, kFiles, __LINE__);
-                return ENV_ERROR;
+        if (mode_ != ENV_SINK_APPEND) {
+            step.index = occurrence(leaf);
+        } else {
+            const bool has_list = parent != nullptr && parent->list() != nullptr;
+            step.index = 1 + (has_list ? count_named(*parent->list(), step.name()) : 0);
         }
-        const bool present = child(parent, step) != nullptr;
-        if (leaf.type != ENV_TYPE_DATA || (mode_ == ENV_SINK_ADD && present) ||
-            (mode_ == ENV_SINK_UPDATE && !present)) {
-            return ENV_OK;
-        }
-        return store_leaf(leaf, step);
+        return is_wanted(leaf, child(parent, step) != nullptr) ? store_leaf(leaf, step)
+                                                               : std::int32_t{ENV_OK};
+    }
+
+    bool is_wanted(const Element &leaf, bool present) const {
+        if (leaf.type != ENV_TYPE_DATA) return false;
+        return mode_ == ENV_SINK_ADD ? !present : mode_ != ENV_SINK_UPDATE || present;
     }
 
     // A section that is a text, which only a put through a sub-environment on it can make: it has no path
     // that it could be stored under.
     std::int32_t merge_section_leaf(const Element &section) {
-        return section.type == ENV_TYPE_DATA
-                   ? store_steps(destination_, section.name(), {}, {section.text, nullptr})
+        section_ = section.name();
+        start_ = start();
+        return is_wanted(section, start_ != nullptr)
+                   ? store_steps(destination_, section_, {}, {section.text, nullptr})
                    : std::int32_t{ENV_OK};
     }
 

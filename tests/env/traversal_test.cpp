@@ -225,6 +225,20 @@ TEST(Traversal, SinkModes) {
     EXPECT_EQ(dump(target.get()), "[s] b{x=1} a=1");
 }
 
+// A section that became a text has no path that it could be stored under: at most the section is made.
+TEST(Traversal, SinkOfASectionThatIsAText) {
+    const Env source = tree("[s]\nx =1\n");
+    const Env sub = open_sub(source.get(), "s", nullptr);
+    ASSERT_EQ(env_put(sub.get(), nullptr, nullptr, "text"), ENV_OK);
+    for (const auto &[mode, sections] : {std::pair{3, 0}, std::pair{0, 1}, std::pair{2, 1}}) {
+        const Env destination = open_env();
+        EXPECT_EQ(env_sink(destination.get(), source.get(), mode), ENV_OK) << mode;
+        EXPECT_EQ(env_count_elements(destination.get(), nullptr, nullptr, 1), sections) << mode;
+    }
+    const Env destination = open_env();
+    EXPECT_EQ(env_sink(destination.get(), source.get(), 7), ENV_ERROR);
+}
+
 TEST(Traversal, MergesWithinOneTree) {
     const struct {
         int32_t mode;
