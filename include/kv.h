@@ -20,10 +20,15 @@
 #ifndef KV_H
 #define KV_H
 
+#include "kv/clock.h"
+#include "kv/config.h"
 #include "kv/containers.h"
 #include "kv/env.h"
+#include "kv/fio.h"
 #include "kv/frame.h"
+#include "kv/ini.h"
 #include "kv/memory.h"
+#include "kv/mini.h"
 #include "kv/strings.h"
 #include "kv/types.h"
 
