@@ -1,0 +1,66 @@
+#include "platform/text_lines.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+namespace kv::platform {
+
+std::string_view before_ctrl_z(std::string_view bytes) {
+    constexpr char kCtrlZ = 26;
+    return bytes.substr(0, bytes.find(kCtrlZ));
+}
+
+TextLines::TextLines(std::string_view text, std::size_t longest) : longest_(longest), ended_(true) {
+    text = before_ctrl_z(text);
+    position_ = text.data();
+    end_ = position_ + text.size();
+}
+
+TextLines::TextLines(InputFile &file, char *buffer, std::size_t size, std::size_t longest)
+    : position_(buffer),
+      end_(buffer),
+      longest_(longest),
+      file_(&file),
+      buffer_(buffer),
+      size_(size),
+      ended_(false) {}
+
+// Moves what has not been given yet, less than a line, to the front and reads more behind it.
+void TextLines::refill() {
+    const auto kept = static_cast<std::size_t>(end_ - position_);
+    if (kept > 0) std::memmove(buffer_, position_, kept);
+    position_ = buffer_;
+    const std::int64_t count = file_->read(buffer_ + kept, size_ - kept);
+    failed_ = count < 0;
+    const std::string_view block(buffer_ + kept, count > 0 ? static_cast<std::size_t>(count) : 0);
+    const std::string_view text = before_ctrl_z(block);
+    end_ = text.data() + text.size();
+    ended_ = count <= 0 || text.size() < block.size();
+}
+
+bool TextLines::next(std::string_view &line) {
+    const std::size_t window = longest_ + 2;  // its line end may be two characters
+    for (;;) {
+        const auto available = static_cast<std::size_t>(end_ - position_);
+        const std::size_t looked_at = std::min(available, window);
+        const void *found = looked_at > 0 ? std::memchr(position_, '\n', looked_at) : nullptr;
+        if (found != nullptr) {
+            const char *feed = static_cast<const char *>(found);
+            auto length = static_cast<std::size_t>(feed - position_);
+            if (length > 0 && feed[-1] == '\r') --length;
+            if (length < longest_) {
+                line = {position_, length};
+                position_ = feed + 1;
+                return true;
+            }
+        } else if (looked_at < window && !ended_) {
+            refill();
+            continue;
+        }
+        line = {position_, std::min(available, longest_)};
+        position_ += line.size();
+        return !line.empty();
+    }
+}
+
+}  // namespace kv::platform
