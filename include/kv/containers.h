@@ -1,13 +1,130 @@
-/* Containers: stacks and queues of values.
+/* Containers: doubly linked lists of the caller's elements, stacks and queues of values.
  *
- * A container owns its nodes and its handle, never what the values point to. It belongs to one thread
- * at a time. Nothing here reports anything. */
+ * A list links elements that the caller allocates and owns. A stack or a queue owns its nodes and its
+ * handle, never what the values point to. A container belongs to one thread at a time. Only list_init()
+ * and the insertions into lists ever report anything. */
 #ifndef KV_CONTAINERS_H
 #define KV_CONTAINERS_H
 
 #include "kv/types.h"
 
 KV_BEGIN_DECLS
+
+/* ---- Lists: the descriptor and the elements belong to the caller, and so does their memory.
+ *
+ * Every element begins with its links, a LIST_ELEM; the caller's own data follow in the same block. An
+ * element is in at most one list at a time. Only list_init() checks its descriptor: everywhere else it
+ * must be valid, and callbacks that are not said to be optional must not be NIL. Every walk reads the
+ * next link before it calls a callback, so that a callback may unlink or free the element it gets. */
+
+typedef struct LIST_ELEM LIST_ELEM;
+
+/** The links at the very start of every element. */
+struct LIST_ELEM {
+    LIST_ELEM *prev; /**< NIL for the first */
+    LIST_ELEM *next; /**< NIL for the last */
+};
+
+/** The descriptor of a list, usually embedded in a larger structure. Prepared with list_init(). */
+typedef struct LIST {
+    int32_t count;    /**< the number of linked elements */
+    LIST_ELEM *first; /**< NIL when empty */
+    LIST_ELEM *last;  /**< NIL when empty */
+} LIST;
+
+/** Compares an element with a key, which is passed on unchanged. The result 1 means that they match;
+ *  every other value means that they do not. */
+typedef int32_t (*list_compare_function)(LIST_ELEM *element, kv_value key);
+
+/** Is shown an element. The argument is passed on unchanged. */
+typedef void (*list_visit_function)(LIST_ELEM *element, void *argument);
+
+/** Releases an element that is no longer linked. heap_free() does for elements that own nothing else. */
+typedef void (*list_free_function)(void *element);
+
+/** Makes a list empty, without looking at what its fields held.
+ *
+ *  A NIL list is reported with kv_error ("list_open: invalid listdescriptor"). */
+KV_API void list_init(LIST *list) KV_NOEXCEPT;
+
+/** Links an element in front of another.
+ *
+ *  @param reference  an element of the list; NIL to insert at the front
+ *  @param element    the new element; its links are overwritten
+ *
+ *  A reference without a predecessor that is not the first element of the list is reported with kv_error
+ *  ("list_insert_before: list is not in order"); nothing is changed then. */
+KV_API void list_insert_before(LIST *list, LIST_ELEM *reference, LIST_ELEM *element) KV_NOEXCEPT;
+
+/** Links an element behind another.
+ *
+ *  @param reference  an element of the list; NIL to append at the end
+ *  @param element    the new element; its links are overwritten
+ *
+ *  A reference without a successor that is not the last element of the list is reported with kv_error
+ *  ("list_insert_after: list is not in order"); nothing is changed then. */
+KV_API void list_insert_after(LIST *list, LIST_ELEM *reference, LIST_ELEM *element) KV_NOEXCEPT;
+
+/** Unlinks an element without freeing it. Its own links keep their values, so that a walk can go on
+ *  from it.
+ *
+ *  @param element  an element of this list, or NIL to do nothing */
+KV_API void list_delete(LIST *list, LIST_ELEM *element) KV_NOEXCEPT;
+
+/** Unlinks an element as list_delete() and then passes it to a callback.
+ *
+ *  @param element       an element of this list, or NIL to do nothing
+ *  @param free_element  may be NIL */
+KV_API void list_free(LIST *list, LIST_ELEM *element, list_free_function free_element) KV_NOEXCEPT;
+
+/** Passes every element to a callback, from the first on, and empties the list afterwards.
+ *
+ *  @param free_element  may be NIL: the elements are left as they are then */
+KV_API void list_free_all(LIST *list, list_free_function free_element) KV_NOEXCEPT;
+
+/** @return the first element that matches the key, from the first one on; NIL if none does */
+KV_API LIST_ELEM *list_search(const LIST *list, list_compare_function compare, kv_value key) KV_NOEXCEPT;
+
+/** @param list   not looked at
+ *  @param start  the element to begin with, itself included; NIL finds nothing
+ *  @return the first element that matches the key, towards the end; NIL if none does */
+KV_API LIST_ELEM *list_search_from(const LIST *list, LIST_ELEM *start, list_compare_function compare,
+                                   kv_value key) KV_NOEXCEPT;
+
+/** @param end  the last element to look at; one that is not met (NIL too) does not stop the search before
+ *              the list ends
+ *  @return the first element that matches the key, from the first one on; NIL if none does */
+KV_API LIST_ELEM *list_search_to(const LIST *list, LIST_ELEM *end, list_compare_function compare,
+                                 kv_value key) KV_NOEXCEPT;
+
+/** Searches from `start` as list_search_from(), up to `end` as list_search_to(). */
+KV_API LIST_ELEM *list_search_from_to(const LIST *list, LIST_ELEM *start, LIST_ELEM *end,
+                                      list_compare_function compare, kv_value key) KV_NOEXCEPT;
+
+/** @return the first element that matches the key, from the last one towards the front; NIL if none
+ *          does */
+KV_API LIST_ELEM *list_search_backward(const LIST *list, list_compare_function compare,
+                                       kv_value key) KV_NOEXCEPT;
+
+/** Shows every element to a callback, from the first to the last. */
+KV_API void list_traverse(const LIST *list, list_visit_function visit, void *argument) KV_NOEXCEPT;
+
+/** Shows every element to a callback, from the last to the first. */
+KV_API void list_traverse_backward(const LIST *list, list_visit_function visit, void *argument) KV_NOEXCEPT;
+
+/** @param number  the position, from 1; every smaller number counts as 1
+ *  @return the element at that position; NIL behind the end */
+KV_API LIST_ELEM *list_get_element_by_number(const LIST *list, int32_t number) KV_NOEXCEPT;
+
+/** @return the element's next; NIL for NIL */
+KV_API LIST_ELEM *list_next_elem(const LIST_ELEM *element) KV_NOEXCEPT;
+
+/** @return the element's prev; NIL for NIL */
+KV_API LIST_ELEM *list_prev_elem(const LIST_ELEM *element) KV_NOEXCEPT;
+
+/** @retval 1  the element is linked in this list
+ *  @retval 0  it is not, or is NIL */
+KV_API int32_t list_isinlist(const LIST *list, const LIST_ELEM *element) KV_NOEXCEPT;
 
 /* ---- Stacks: the value pushed last comes out first. Every function accepts NIL for the stack. */
 
