@@ -64,6 +64,16 @@ std::int32_t list_keys(platform::TextLines &lines, std::string_view section, cha
     return all ? INI_OK : INI_NO_ROOM;
 }
 
+std::int32_t list_sections(platform::TextLines &lines, char *buf, std::int32_t &size) {
+    NameList list(buf, size);
+    bool all = true;
+    for (Line header; all && (header = next_header(lines)).kind != LineKind::end;) {
+        if (!header.text.empty()) all = list.append(header.text);  // "[]" has no name to be found by
+    }
+    size = list.used();
+    return all ? INI_OK : INI_NO_ROOM;
+}
+
 }  // namespace kv::config
 
 using namespace kv::config;
@@ -76,4 +86,9 @@ int32_t ini_read_string(const char *path, const char *section, const char *entry
         const std::int32_t status = find_value(lines, section_text(section), entry, value);
         return status == INI_OK ? copy_value(value, buf, *size) : status;
     });
+}
+
+int32_t ini_read_sections(const char *path, char *buf, int32_t *size) noexcept {
+    return read_lines(path,
+                      [&](kv::platform::TextLines &lines) { return list_sections(lines, buf, *size); });
 }

@@ -17,4 +17,7 @@ std::int32_t find_value(platform::TextLines &lines, std::string_view section, st
 /// INI_OK, INI_NO_SECTION or INI_NO_ROOM; `size` as ini_read_string() has it.
 std::int32_t list_keys(platform::TextLines &lines, std::string_view section, char *buf, std::int32_t &size);
 
+/// INI_OK or INI_NO_ROOM; `size` as ini_read_sections() has it.
+std::int32_t list_sections(platform::TextLines &lines, char *buf, std::int32_t &size);
+
 }  // namespace kv::config

@@ -34,10 +34,29 @@ class InputFile {
 
     /// False if the file cannot be opened, or is a directory.
     bool open(const char *path);
+    /// True if open() failed because there is no such file.
+    bool missing() const { return missing_; }
     /// Reads up to `size` bytes; the number read, 0 at the end, -1 after a read error.
     std::int64_t read(char *buffer, std::size_t size);
     /// Seconds since 1970 of the last modification; false if the system does not tell.
     bool modification_time(std::int64_t &seconds) const;
+
+  private:
+    std::intptr_t handle_ = -1;
+    bool missing_ = false;
+};
+
+/// The turn at changing a file. Whoever else, in this process or another, waits for the same turn gets it
+/// when this object, or its process, has ended. A turn keeps nobody from reading or writing the file.
+/// Where the system cannot keep order (no right to read the file, a file system without locks), there
+/// is no waiting.
+class FileTurn {
+  public:
+    /// Waits for the turn at the file, which need not exist.
+    explicit FileTurn(const char *path);
+    FileTurn(const FileTurn &) = delete;
+    FileTurn &operator=(const FileTurn &) = delete;
+    ~FileTurn();
 
   private:
     std::intptr_t handle_ = -1;
@@ -60,6 +79,8 @@ class ReplacementFile {
     bool write(const char *bytes, std::size_t size);
     /// Puts the new content in place. False if that fails; the old content is kept.
     bool commit();
+    /// True if what failed was the heap.
+    bool exhausted() const { return exhausted_; }
 
   private:
     struct Paths;
@@ -71,6 +92,7 @@ class ReplacementFile {
     memory::Vector<char> pending_;  // the content of a file that is written in place
     std::intptr_t handle_ = -1;     // the temporary file
     bool failed_ = false;
+    bool exhausted_ = false;
 };
 
 /// The log: appended to, or emptied first. Lines have the platform's own ends.

@@ -5,9 +5,39 @@
 
 namespace kv::platform {
 
+namespace {
+
+constexpr char kCtrlZ = 26;
+
+// Appends with a carriage return before each line feed that `wants` one, by its place.
+template <typename Predicate>
+void append(memory::String &bytes, std::string_view text, Predicate wants) {
+    std::size_t start = 0;
+    for (std::size_t feed; (feed = text.find('\n', start)) != text.npos; start = feed + 1) {
+        bytes.append(text, start, feed - start);
+        if (wants(feed)) bytes += '\r';
+        bytes += '\n';
+    }
+    bytes.append(text, start);
+}
+
+}  // namespace
+
 std::string_view before_ctrl_z(std::string_view bytes) {
-    constexpr char kCtrlZ = 26;
     return bytes.substr(0, bytes.find(kCtrlZ));
+}
+
+std::string_view behind_text(std::string_view bytes) {
+    const std::string_view behind = bytes.substr(before_ctrl_z(bytes).size());
+    return behind.find_first_not_of(kCtrlZ) != behind.npos ? behind : std::string_view();
+}
+
+void append_text(memory::String &bytes, std::string_view text) {
+    append(bytes, text, [](std::size_t) { return true; });
+}
+
+void append_part(memory::String &bytes, std::string_view part) {
+    append(bytes, part, [&](std::size_t feed) { return feed == 0 || part[feed - 1] != '\r'; });
 }
 
 TextLines::TextLines(std::string_view text, std::size_t longest) : longest_(longest), ended_(true) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "memory/owned.hpp"
 #include "platform/platform.hpp"
 
 namespace kv::platform {
@@ -42,5 +43,13 @@ class TextLines {
 
 /// The part of a text file that text mode reads: all before the first Ctrl-Z.
 std::string_view before_ctrl_z(std::string_view bytes);
+/// What a rewrite has to keep behind the text of a file: the Ctrl-Z and the rest, if there is a rest.
+std::string_view behind_text(std::string_view bytes);
+
+/// Appends a text to the bytes of a text file: each line feed becomes CR LF.
+void append_text(memory::String &bytes, std::string_view text);
+/// Appends a part of a text file, read in text mode and written again: CR LF and a lone line feed become
+/// CR LF.
+void append_part(memory::String &bytes, std::string_view part);
 
 }  // namespace kv::platform

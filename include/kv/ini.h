@@ -35,7 +35,11 @@ enum {
     INI_OK = 0,         /**< done */
     INI_NO_SECTION = 1, /**< there is no such section */
     INI_NO_ENTRY = 2,   /**< there is no such entry */
-    INI_NO_ROOM = 3     /**< more than the buffer or the array holds */
+    INI_NO_ROOM = 3,    /**< more than the buffer, the array or a list's text holds; a NIL value */
+    INI_BAD_NAME = 5,   /**< a new name that is empty or only blanks */
+
+    INI_NOT_WRITABLE = 2, /**< of a change: the file cannot be opened for writing */
+    INI_WRITE_FAILED = 3  /**< of a change: writing the file failed, on a full disk for one */
 };
 
 /* ---- Reading. NIL or "" as the path means the main configuration file. */
@@ -87,6 +91,167 @@ KV_API int32_t ini_read_longs(const char *path, const char *section, const char 
  *  ini_read_longs(). */
 KV_API int32_t ini_read_doubles(const char *path, const char *section, const char *entry, double *items,
                                 int32_t *count) KV_NOEXCEPT;
+
+/** Lists the names of the sections, as ini_read_string() lists keys; the unnamed section is not among them.
+ *  A name that stands there twice is listed twice. An addition of this library's own.
+ *
+ *  @param buf   receives the list, size bytes in all
+ *  @param size  the capacity in bytes; receives the bytes used, the last zero byte not counted
+ *  @retval INI_OK       all names
+ *  @retval INI_NO_ROOM  only the first names, each of them whole, did fit
+ *  @retval INI_FAILED   the file was not found, or cannot be read; a list may have been begun */
+KV_API int32_t ini_read_sections(const char *path, char *buf, int32_t *size) KV_NOEXCEPT;
+
+/* ---- Changing
+ *
+ * A change makes a new file out of the old one. Up to the place of the change it is in normal form: lines
+ * without the white space around them, one empty line before each header (none before a first header
+ * that no entry precedes) and no others, the entries of the section that is worked on as "key=value", and
+ * that section's lines without "=" left out (and reported). Behind the place of the change everything
+ * stays as it was, but for lone line feeds, which become CR LF. A change that does not find its section or
+ * its entry still writes the file in normal form. What stands behind a Ctrl-Z stays behind the text.
+ *
+ * The file has either its old content or all of the new one, whenever the process or the machine stops;
+ * its permissions stay. Where no temporary file can be made beside it (no right to the directory, several
+ * links, a device), it is written in place. Changes of one file by several processes or threads at once
+ * are made one after the other, and none is lost.
+ *
+ * A file that is there but cannot be read is not changed: INI_FAILED. The same holds for an exhausted
+ * heap. */
+
+/** Sets an entry to a value. What is missing is added: an entry at the end of its section, behind the
+ *  comments there; a section at the end of the file; the file. NIL or "" as the path means the main
+ *  configuration file.
+ *
+ *  @retval INI_OK            done
+ *  @retval INI_NOT_WRITABLE  the file cannot be opened for writing; it is unchanged
+ *  @retval INI_WRITE_FAILED  writing failed; the file is unchanged
+ *  @retval INI_FAILED        the main configuration file was not found, or the file cannot be read */
+KV_API int32_t ini_write_string(const char *path, const char *section, const char *entry,
+                                const char *value) KV_NOEXCEPT;
+
+/** Sets an entry to a whole number; as ini_write_string(). */
+KV_API int32_t ini_write_long(const char *path, const char *section, const char *entry,
+                              int32_t value) KV_NOEXCEPT;
+
+/** Sets an entry to a real number with six digits behind the point; as ini_write_string(). */
+KV_API int32_t ini_write_double(const char *path, const char *section, const char *entry,
+                                double value) KV_NOEXCEPT;
+
+/** Sets an entry to a list of whole numbers with commas between them.
+ *
+ *  @param count  how many; 0 or less writes an empty value
+ *  @retval INI_NO_ROOM  the text, with a comma behind each number, is longer than 512 characters; the file
+ *                       is untouched. Otherwise as ini_write_string(). */
+KV_API int32_t ini_write_longs(const char *path, const char *section, const char *entry,
+                               const int32_t *items, int32_t count) KV_NOEXCEPT;
+
+/** Sets an entry to a list of real numbers with six significant digits; otherwise as ini_write_longs(). */
+KV_API int32_t ini_write_doubles(const char *path, const char *section, const char *entry,
+                                 const double *items, int32_t count) KV_NOEXCEPT;
+
+/** Removes an entry.
+ *
+ *  @param path  the file; NIL is not accepted here, nor by the functions below
+ *  @retval INI_OK          the entry was there; that the new file could be saved it does not say
+ *  @retval INI_NO_SECTION  no such section
+ *  @retval INI_NO_ENTRY    no such entry
+ *  @retval INI_FAILED      there is no such file, or it cannot be read */
+KV_API int32_t ini_delete_entry(const char *path, const char *section, const char *entry) KV_NOEXCEPT;
+
+/** Removes a section: its header and all up to the next one. Of the unnamed section the comments stay.
+ *
+ *  @retval INI_OK          the section was there; that the new file could be saved it does not say
+ *  @retval INI_NO_SECTION  no such section
+ *  @retval INI_FAILED      there is no such file, or it cannot be read */
+KV_API int32_t ini_delete_section(const char *path, const char *section) KV_NOEXCEPT;
+
+/** Renames a section. The unnamed section gets a header before its first entry.
+ *
+ *  @param oldname  the section; the blanks around it are ignored
+ *  @param newname  its new name: the first 79 characters, without the blanks around them
+ *  @retval INI_OK            done
+ *  @retval INI_BAD_NAME      the new name is empty; the file was not opened
+ *  @retval INI_NO_SECTION    no such section
+ *  @retval INI_NOT_WRITABLE  the file cannot be opened for writing; it is unchanged
+ *  @retval INI_WRITE_FAILED  writing failed; the file is unchanged
+ *  @retval INI_FAILED        there is no such file, or it cannot be read */
+KV_API int32_t ini_rename_section(const char *path, const char *oldname, const char *newname) KV_NOEXCEPT;
+
+/** Renames an entry; its value stays.
+ *
+ *  @param section  the section; the blanks around it are ignored
+ *  @param oldname  the key
+ *  @param newname  its new name: the first 79 characters, without the blanks around them
+ *  @retval INI_OK            done
+ *  @retval INI_BAD_NAME      the new name is empty; the file was not opened
+ *  @retval INI_NO_SECTION    no such section
+ *  @retval INI_NO_ENTRY      no such entry, or (INI_NOT_WRITABLE) the file cannot be opened for writing
+ *  @retval INI_WRITE_FAILED  writing failed; the file is unchanged
+ *  @retval INI_FAILED        there is no such file, or it cannot be read */
+KV_API int32_t ini_rename_entry(const char *path, const char *section, const char *oldname,
+                                const char *newname) KV_NOEXCEPT;
+
+/** What an INI_EDIT does, as the function of that name. */
+enum {
+    INI_EDIT_WRITE = 0,          /**< ini_write_string(): entry, and its value in text */
+    INI_EDIT_DELETE_ENTRY = 1,   /**< ini_delete_entry(): entry */
+    INI_EDIT_DELETE_SECTION = 2, /**< ini_delete_section() */
+    INI_EDIT_RENAME_ENTRY = 3,   /**< ini_rename_entry(): entry, and its new name in text */
+    INI_EDIT_RENAME_SECTION = 4  /**< ini_rename_section(): the section's new name in text */
+};
+
+/** One of several edits. What an edit does not use is not read. */
+typedef struct INI_EDIT {
+    int32_t operation; /**< one of the INI_EDIT_ operations */
+    const char *section;
+    const char *entry;
+    const char *text;
+} INI_EDIT;
+
+/** Makes several edits one after the other and saves the file once: all of them or none. An addition of
+ *  this library's own.
+ *
+ *  @param path     the file; NIL or "" means the main configuration file. It need not exist if the first
+ *                  edit writes an entry.
+ *  @param edits    count edits
+ *  @param reached  receives the index of the edit that failed, or count when all of them could be made
+ *                  and saving failed; may be NIL
+ *  @retval INI_OK  done. Otherwise the file is unchanged. With *reached less than count the status is what
+ *                  the edit's function gives: INI_NO_SECTION, INI_NO_ENTRY or INI_BAD_NAME; INI_FAILED for
+ *                  an unknown operation, or a file that was not found or cannot be read. With *reached
+ *                  equal to count it is INI_NOT_WRITABLE, INI_WRITE_FAILED or INI_FAILED. */
+KV_API int32_t ini_edit(const char *path, const INI_EDIT *edits, int32_t count,
+                        int32_t *reached) KV_NOEXCEPT;
+
+/* ---- Reading or writing, as a flag says
+ *
+ * With write not 0 they are the ini_write_ functions, else the ini_read_ functions, with their statuses. */
+
+/** Writes the text in buf (size is not used), or reads into it. */
+KV_API int32_t ini_rw_string(int32_t write, const char *path, const char *section, const char *entry,
+                             char *buf, int32_t *size) KV_NOEXCEPT;
+
+/** Writes or reads *value; INI_NO_ROOM when value is NIL. */
+KV_API int32_t ini_rw_long(int32_t write, const char *path, const char *section, const char *entry,
+                           int32_t *value) KV_NOEXCEPT;
+
+/** Writes or reads *value; INI_NO_ROOM when value is NIL. */
+KV_API int32_t ini_rw_double(int32_t write, const char *path, const char *section, const char *entry,
+                             double *value) KV_NOEXCEPT;
+
+/** Writes *count items, or reads as many as fit; INI_NO_ROOM also when items or count is NIL. */
+KV_API int32_t ini_rw_longs(int32_t write, const char *path, const char *section, const char *entry,
+                            int32_t *items, int32_t *count) KV_NOEXCEPT;
+
+/** Writes *count items, or reads as many as fit; INI_NO_ROOM also when items or count is NIL. */
+KV_API int32_t ini_rw_doubles(int32_t write, const char *path, const char *section, const char *entry,
+                              double *items, int32_t *count) KV_NOEXCEPT;
+
+/** Reads the sounds for errors, warnings and ticks from the section "Beep" of the main configuration file:
+ *  the entries "Error", "Warning" and "Tick", two whole numbers each. What is missing there stays as it
+ *  was; at the start the pairs are 500,700 and 100,700 and 1,0. Nothing in the library plays them. */
+KV_API void ini_initialize_tkit(void) KV_NOEXCEPT;
 
 KV_END_DECLS
 

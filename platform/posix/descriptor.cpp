@@ -4,9 +4,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "platform/posix/failpoint.hpp"
+
 namespace kv::platform::posix {
 
 int open_descriptor(const char *host_path, int flags) {
+    if (io_fails()) return -1;
     int descriptor;
     do {
         descriptor = ::open(host_path, flags | O_CLOEXEC, 0666);
@@ -19,6 +22,7 @@ void close_descriptor(std::intptr_t descriptor) {
 }
 
 bool write_all(int descriptor, const char *bytes, std::size_t size) {
+    if (io_fails()) return false;
     while (size > 0) {
         const ssize_t count = ::write(descriptor, bytes, size);
         if (count < 0 && errno == EINTR) continue;

@@ -7,6 +7,7 @@
 #include "platform/platform.hpp"
 #include "platform/posix/descriptor.hpp"
 #include "platform/posix/drives.hpp"
+#include "platform/posix/failpoint.hpp"
 
 namespace kv::platform {
 
@@ -20,8 +21,10 @@ InputFile::~InputFile() {
 
 bool InputFile::open(const char *path) {
     HostPath host;
-    if (!map_path(path, Purpose::read, host)) return false;
+    missing_ = !map_path(path, Purpose::read, host);
+    if (missing_) return false;
     const int descriptor = posix::open_descriptor(host.text, O_RDONLY);
+    missing_ = descriptor < 0 && (errno == ENOENT || errno == ENOTDIR);
     if (descriptor < 0) return false;
     handle_ = descriptor;
     struct stat status;
@@ -29,6 +32,7 @@ bool InputFile::open(const char *path) {
 }
 
 std::int64_t InputFile::read(char *buffer, std::size_t size) {
+    if (posix::io_fails()) return -1;
     ssize_t count;
     do {
         count = ::read(static_cast<int>(handle_), buffer, size);

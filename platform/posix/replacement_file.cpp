@@ -16,6 +16,7 @@
 #include "platform/platform.hpp"
 #include "platform/posix/descriptor.hpp"
 #include "platform/posix/drives.hpp"
+#include "platform/posix/failpoint.hpp"
 
 namespace kv::platform {
 
@@ -31,6 +32,7 @@ namespace {
 
 // Some file systems and devices cannot be flushed; that is no failure of the write.
 bool flush_to_disk(int descriptor) {
+    if (posix::io_fails()) return false;
     return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP || errno == EROFS;
 }
 
@@ -59,8 +61,9 @@ ReplacementFile::~ReplacementFile() {
 bool ReplacementFile::open(const char *path) {
     failed_ = true;
     paths_ = memory::make_owned<Paths>();
+    exhausted_ = paths_ == nullptr;
     posix::HostPath mapped;
-    if (paths_ == nullptr || !posix::map_path(path, posix::Purpose::write, mapped)) return false;
+    if (exhausted_ || !posix::map_path(path, posix::Purpose::write, mapped)) return false;
     if (realpath(mapped.text, paths_->target.text) == nullptr) {
         std::memcpy(paths_->target.text, mapped.text, sizeof mapped.text);
     }
@@ -105,7 +108,7 @@ bool ReplacementFile::open_temporary() {
     const int descriptor = static_cast<int>(handle_);
     struct stat made;
     const struct stat &old = paths_->status;
-    const bool kept = fstat(descriptor, &made) == 0 &&
+    const bool kept = !posix::io_fails() && fstat(descriptor, &made) == 0 &&
                       ((made.st_uid == old.st_uid && made.st_gid == old.st_gid) ||
                        fchown(descriptor, old.st_uid, old.st_gid) == 0) &&
                       fchmod(descriptor, old.st_mode & 07777) == 0;
@@ -126,6 +129,7 @@ bool ReplacementFile::write(const char *bytes, std::size_t size) {
         pending_.insert(pending_.end(), bytes, bytes + size);
     } catch (const std::bad_alloc &) {
         failed_ = true;
+        exhausted_ = true;
     }
     return !failed_;
 }
@@ -140,8 +144,9 @@ bool ReplacementFile::commit_temporary() {
     const int descriptor = static_cast<int>(handle_);
     handle_ = -1;
     const bool flushed = flush_to_disk(descriptor);
-    const bool closed = ::close(descriptor) == 0;
-    if (!flushed || !closed || rename(paths_->temporary.text, paths_->target.text) != 0) {
+    const bool closed = ::close(descriptor) == 0 && !posix::io_fails();
+    if (!flushed || !closed || posix::io_fails() ||
+        rename(paths_->temporary.text, paths_->target.text) != 0) {
         unlink(paths_->temporary.text);
         return false;
     }
@@ -159,7 +164,7 @@ bool ReplacementFile::commit_in_place() {
     bool done = true;
     if (S_ISREG(status.st_mode)) {
         const auto size = static_cast<off_t>(pending_.size());
-        if (size > status.st_size && posix_fallocate(descriptor, 0, size) != 0) {
+        if (size > status.st_size && (posix::io_fails() || posix_fallocate(descriptor, 0, size) != 0)) {
             done = false;
             if (ftruncate(descriptor, status.st_size) != 0) done = false;
         }

@@ -1,0 +1,126 @@
+// Changes of INI files on the disk. Who changes a file has his turn at it from before it is read until the
+// new content is in place, so that changes of several processes at once are made one after the other.
+#include <cstdint>
+#include <new>
+#include <span>
+
+#include "config/ini_file.hpp"
+#include "config/ini_rewrite.hpp"
+
+namespace kv::config {
+
+namespace {
+
+// False if the file cannot be read. A file that is not there reads as empty where that is allowed.
+bool load(const char *path, bool may_be_missing, memory::String &bytes) {
+    platform::InputFile file;
+    if (!file.open(path)) return may_be_missing && file.missing();
+    constexpr std::size_t kFirstBlock = 16384;
+    std::size_t used = 0;
+    for (;;) {
+        if (used == bytes.size()) bytes.resize(used == 0 ? kFirstBlock : 2 * used);
+        const std::int64_t count = file.read(bytes.data() + used, bytes.size() - used);
+        if (count < 0) return false;
+        if (count == 0) break;
+        used += static_cast<std::size_t>(count);
+    }
+    bytes.resize(used);
+    return true;
+}
+
+std::int32_t save(const char *path, const memory::String &bytes) {
+    platform::ReplacementFile file;
+    const bool opened = file.open(path);
+    if (opened && file.write(bytes.data(), bytes.size()) && file.commit()) return INI_OK;
+    if (file.exhausted()) return INI_FAILED;
+    return opened ? INI_WRITE_FAILED : INI_NOT_WRITABLE;
+}
+
+// How a change went: what the content had to say, and what became of saving it.
+struct Outcome {
+    std::int32_t status;
+    std::int32_t saved = INI_OK;
+};
+
+// One change, saved whatever its status is: the file is in normal form then.
+Outcome change(const char *path, const INI_EDIT &edit) {
+    if (const std::int32_t status = check(edit); status != INI_OK) return {status};
+    if (path == nullptr) return {INI_FAILED};
+    try {
+        const platform::FileTurn turn(path);
+        memory::String bytes;
+        if (!load(path, edit.operation == INI_EDIT_WRITE, bytes)) return {INI_FAILED};
+        memory::String changed;
+        const std::int32_t status = rewrite(edit, bytes, changed);
+        const std::int32_t saved = save(path, changed);
+        if (saved == INI_FAILED) return {INI_FAILED};
+        return {status, saved};
+    } catch (const std::bad_alloc &) {
+        return {INI_FAILED};
+    }
+}
+
+std::int32_t with_save(const Outcome &outcome) {
+    return outcome.status == INI_OK ? outcome.saved : outcome.status;
+}
+
+std::int32_t change_all(const char *path, std::span<const INI_EDIT> edits, std::size_t &reached) {
+    reached = 0;
+    for (; reached < edits.size(); ++reached) {
+        if (const std::int32_t status = check(edits[reached]); status != INI_OK) return status;
+    }
+    reached = 0;
+    const platform::FileTurn turn(path);
+    memory::String bytes;
+    const bool may_be_missing = !edits.empty() && edits[0].operation == INI_EDIT_WRITE;
+    if (!load(path, may_be_missing, bytes)) return INI_FAILED;
+    for (; reached < edits.size(); ++reached) {
+        memory::String changed;
+        const std::int32_t status = rewrite(edits[reached], bytes, changed);
+        if (status != INI_OK) return status;
+        bytes.swap(changed);
+    }
+    return edits.empty() ? std::int32_t{INI_OK} : save(path, bytes);
+}
+
+}  // namespace
+
+}  // namespace kv::config
+
+using namespace kv::config;
+
+int32_t ini_write_string(const char *path, const char *section, const char *entry,
+                         const char *value) noexcept {
+    return with_save(change(Located(path).path(), {INI_EDIT_WRITE, section, entry, value}));
+}
+
+int32_t ini_delete_entry(const char *path, const char *section, const char *entry) noexcept {
+    return change(path, {INI_EDIT_DELETE_ENTRY, section, entry, nullptr}).status;
+}
+
+int32_t ini_delete_section(const char *path, const char *section) noexcept {
+    return change(path, {INI_EDIT_DELETE_SECTION, section, nullptr, nullptr}).status;
+}
+
+int32_t ini_rename_section(const char *path, const char *oldname, const char *newname) noexcept {
+    return with_save(change(path, {INI_EDIT_RENAME_SECTION, oldname, nullptr, newname}));
+}
+
+int32_t ini_rename_entry(const char *path, const char *section, const char *oldname,
+                         const char *newname) noexcept {
+    return with_save(change(path, {INI_EDIT_RENAME_ENTRY, section, oldname, newname}));
+}
+
+int32_t ini_edit(const char *path, const INI_EDIT *edits, int32_t count, int32_t *reached) noexcept {
+    std::size_t number = 0;
+    std::int32_t status = INI_FAILED;
+    try {
+        const Located located(path);
+        const std::size_t size = count > 0 ? static_cast<std::size_t>(count) : 0;
+        if (located.path() != nullptr) status = change_all(located.path(), {edits, size}, number);
+    } catch (const std::bad_alloc &) {
+        status = INI_FAILED;
+    }
+    if (reached != nullptr) *reached = static_cast<std::int32_t>(number);
+    return status;
+}
