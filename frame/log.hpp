@@ -31,7 +31,7 @@ class LogEntry {
     void flush();
 
     std::unique_lock<platform::Lock> lock_;
-    platform::LogFile file_;
+    platform::ReportFile file_;
     bool open_ = false;
     std::size_t held_ = 0;
     char buffer_[4096];

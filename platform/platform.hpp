@@ -95,13 +95,14 @@ class ReplacementFile {
     bool exhausted_ = false;
 };
 
-/// The log: appended to, or emptied first. Lines have the platform's own ends.
-class LogFile {
+/// A text for people on this machine, such as the log: appended to, or emptied first. Lines have the
+/// platform's own ends.
+class ReportFile {
   public:
-    LogFile() = default;
-    LogFile(const LogFile &) = delete;
-    LogFile &operator=(const LogFile &) = delete;
-    ~LogFile();
+    ReportFile() = default;
+    ReportFile(const ReportFile &) = delete;
+    ReportFile &operator=(const ReportFile &) = delete;
+    ~ReportFile();
 
     bool open(const char *path, bool empty_first);
     /// Write errors are ignored: a report has nowhere to report to.
@@ -116,8 +117,18 @@ bool modification_time(const char *path, std::int64_t &seconds);
 
 // ---- Time
 
+/// The time since 1970 in seconds, and the milliseconds (0 to 999) that have gone by since.
+struct TimeOfDay {
+    std::int64_t seconds;
+    std::int32_t milliseconds;
+};
+
+TimeOfDay current_time();
 /// Seconds since 1970 as local calendar time; false if it cannot be represented.
 bool local_time(std::int64_t seconds, std::tm &fields);
+/// Local calendar time, its fields brought into their ranges, as seconds since 1970. The time zone's rules
+/// say whether daylight saving holds, whatever `fields` says. False if it cannot be represented.
+bool calendar_time(std::tm &fields, std::int64_t &seconds);
 
 // ---- Telling the user
 

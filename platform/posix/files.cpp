@@ -47,11 +47,11 @@ bool InputFile::modification_time(std::int64_t &seconds) const {
     return true;
 }
 
-LogFile::~LogFile() {
+ReportFile::~ReportFile() {
     posix::close_descriptor(handle_);
 }
 
-bool LogFile::open(const char *path, bool empty_first) {
+bool ReportFile::open(const char *path, bool empty_first) {
     HostPath host;
     if (!map_path(path, Purpose::write, host)) return false;
     handle_ =
@@ -59,7 +59,7 @@ bool LogFile::open(const char *path, bool empty_first) {
     return handle_ >= 0;
 }
 
-void LogFile::write(std::string_view text) {
+void ReportFile::write(std::string_view text) {
     posix::write_all(static_cast<int>(handle_), text.data(), text.size());
 }
 

@@ -7,9 +7,23 @@
 
 namespace kv::platform {
 
+TimeOfDay current_time() {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    return {now.tv_sec, static_cast<std::int32_t>(now.tv_nsec / 1000000)};
+}
+
 bool local_time(std::int64_t seconds, std::tm &fields) {
+    tzset();  // localtime_r() need not look at TZ again, as mktime() does
     const auto value = static_cast<time_t>(seconds);
     return localtime_r(&value, &fields) != nullptr;
+}
+
+bool calendar_time(std::tm &fields, std::int64_t &seconds) {
+    fields.tm_isdst = -1;
+    fields.tm_wday = -1;  // mktime() sets it unless it fails; -1 is also a time
+    seconds = mktime(&fields);
+    return fields.tm_wday >= 0;
 }
 
 const char *environment_variable(const char *name) {

@@ -1,0 +1,7 @@
+#include "clock/state.hpp"
+
+namespace kv::clock {
+
+constinit State state{};
+
+}  // namespace kv::clock

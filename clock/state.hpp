@@ -1,0 +1,20 @@
+// What the clock keeps for the whole process.
+#pragma once
+
+#include <cstdint>
+
+#include "kv/clock.h"
+
+namespace kv::clock {
+
+struct State {
+    char date[80];  // the results of clock_date() and clock_time()
+    char time[80];
+
+    CLOCK_TIMER *timers[CLOCK_MOST_TIMERS];  // in the order of opening, never closed
+    std::int32_t timer_count;
+};
+
+extern State state;
+
+}  // namespace kv::clock
