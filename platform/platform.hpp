@@ -115,6 +115,27 @@ class ReportFile {
 /// Seconds since 1970 of a file's last modification; false if there is no such file.
 bool modification_time(const char *path, std::int64_t &seconds);
 
+enum class FileKind { none, file, directory };
+
+/// What a path names; links are followed.
+FileKind file_kind(const char *path);
+/// True if the path exists and may be read and written as far as asked.
+bool accessible(const char *path, bool reading, bool writing);
+
+// ---- Drives and current directories. A drive is a capital letter; other characters are no drive.
+
+char current_drive();
+/// True if the drive could be made the current one.
+bool drive_exists(char drive);
+/// False if there is no such drive; the current one stays.
+bool set_current_drive(char drive);
+/// Writes the current directory of a drive, "C:\work", or "C:\" at its root. False, with the buffer as it
+/// was, if there is no such drive or the text and its terminator do not fit.
+bool current_directory(char drive, char *buffer, std::size_t size);
+/// Makes a directory the current one of its drive, and the drive the current one. False if that fails;
+/// nothing has changed then.
+bool change_directory(const char *path);
+
 // ---- Time
 
 /// The time since 1970 in seconds, and the milliseconds (0 to 999) that have gone by since.

@@ -9,13 +9,12 @@
 #include <string_view>
 #include <strings.h>
 #include <sys/stat.h>
-#include <unistd.h>
+
+#include "platform/posix/drive_table.hpp"
 
 namespace kv::platform::posix {
 
 namespace {
-
-constexpr char kNativeDrive = 'Z';
 
 struct CloseDirectory {
     void operator()(DIR *directory) const { closedir(directory); }
@@ -25,65 +24,14 @@ bool is_separator(char c) {
     return c == '/' || c == '\\';
 }
 
-bool is_letter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-char upper(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
 bool exists(const char *host) {
     struct stat status;
     return lstat(host, &status) == 0;
 }
 
-// A path that grows component by component.
-class Builder {
-  public:
-    explicit Builder(HostPath &host) : text_(host.text) { text_[0] = '\0'; }
-
-    std::size_t length() const { return length_; }
-    const char *text() const { return text_; }
-    char *at(std::size_t position) { return text_ + position; }
-
-    bool append(std::string_view piece) {
-        if (piece.size() >= PATH_MAX - length_) return false;
-        std::memcpy(text_ + length_, piece.data(), piece.size());
-        cut(length_ + piece.size());
-        return true;
-    }
-
-    void cut(std::size_t length) {
-        length_ = length;
-        text_[length_] = '\0';
-    }
-
-  private:
-    char *text_;
-    std::size_t length_ = 0;
-};
-
-// The host directory of a drive, without a slash at its end; the drive Z has the empty text.
-bool append_drive(char drive, Builder &host) {
-    if (drive == kNativeDrive) return true;
-    const char variable[] = {'K', 'V', '_', 'D', 'R', 'I', 'V', 'E', '_', drive, '\0'};
-    if (const char *directory = std::getenv(variable); directory != nullptr && *directory != '\0') {
-        std::string_view root = directory;
-        while (!root.empty() && root.back() == '/') root.remove_suffix(1);
-        return host.append(root);
-    }
-    if (drive != 'C') return false;
-    if (const char *data = std::getenv("XDG_DATA_HOME"); data != nullptr && *data == '/') {
-        return host.append(data) && host.append("/kv/drive_c");
-    }
-    const char *home = std::getenv("HOME");
-    return home != nullptr && *home == '/' && host.append(home) && host.append("/.local/share/kv/drive_c");
-}
-
 bool make_directories(const char *host) {
     HostPath partial;
-    Builder builder(partial);
+    PathBuilder builder(partial);
     for (const char *at = host; *at != '\0';) {
         const char *end = std::strchr(at + 1, '/');
         const std::size_t size = end != nullptr ? static_cast<std::size_t>(end - at) : std::strlen(at);
@@ -96,7 +44,7 @@ bool make_directories(const char *host) {
 
 // Appends the components of `path` to the host path, resolving "." and "..": nothing leads out of the
 // drive, whose root is the first `root` characters.
-bool append_components(std::string_view path, std::size_t root, Builder &host) {
+bool append_components(std::string_view path, std::size_t root, PathBuilder &host) {
     while (!path.empty()) {
         if (is_separator(path.front())) {
             path.remove_prefix(1);
@@ -120,7 +68,7 @@ bool append_components(std::string_view path, std::size_t root, Builder &host) {
 
 // Replaces the last component, which does not exist as it is, by the directory's entry that differs
 // from it in case only (the first in byte order, if there are several). False if there is none.
-bool match_last_component(Builder &host, std::size_t start) {
+bool match_last_component(PathBuilder &host, std::size_t start) {
     char *component = host.at(start);
     host.at(start - 1)[0] = '\0';  // the slash before it
     const std::unique_ptr<DIR, CloseDirectory> directory(opendir(start > 1 ? host.text() : "/"));
@@ -139,7 +87,7 @@ bool match_last_component(Builder &host, std::size_t start) {
 }
 
 // Corrects the case of the components behind the drive's root as far as they exist.
-void match_case(Builder &host, std::size_t root) {
+void match_case(PathBuilder &host, std::size_t root) {
     if (exists(host.text())) return;
     const std::size_t length = host.length();
     for (std::size_t start = root + 1; start < length + 1;) {
@@ -157,24 +105,19 @@ void match_case(Builder &host, std::size_t root) {
 }  // namespace
 
 bool map_path(const char *path, Purpose purpose, HostPath &host_path) {
+    if (*path == '\0') return false;
     std::string_view rest = path;
-    char drive = kNativeDrive;
-    if (rest.size() >= 2 && is_letter(rest[0]) && rest[1] == ':') {
-        drive = upper(rest[0]);
-        rest.remove_prefix(2);
-    }
-    if (rest.empty() && drive == kNativeDrive) return false;
+    const char drive = take_drive(rest);
 
-    Builder host(host_path);
+    PathBuilder host(host_path);
     if (!append_drive(drive, host)) return false;
     const std::size_t root = host.length();
     if (purpose == Purpose::write && drive == 'C' && !exists(host.text())) make_directories(host.text());
 
     const bool relative = rest.empty() || !is_separator(rest.front());
-    if (relative && drive == kNativeDrive) {
+    if (relative) {
         HostPath current;
-        if (getcwd(current.text, sizeof current.text) == nullptr) return false;
-        if (!append_components(current.text, root, host)) return false;
+        if (!read_directory(drive, current) || !append_components(current.text, root, host)) return false;
     }
     if (!append_components(rest, root, host)) return false;
     if (host.length() == root) return host.append("/");
