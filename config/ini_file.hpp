@@ -13,12 +13,15 @@ namespace kv::config {
 class Located {
   public:
     explicit Located(const char *path);
+    Located(const Located &) = delete;
+    Located &operator=(const Located &) = delete;
 
     /// Null if the main configuration file is not found.
     const char *path() const { return path_; }
 
   private:
-    const char *path_;
+    const char *path_ = nullptr;
+    char main_file_[256];
 };
 
 /// Calls `function` with the lines of the file and gives its status; INI_FAILED if the file cannot be

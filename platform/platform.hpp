@@ -168,6 +168,10 @@ bool set_environment_variable(const char *name, const char *value);
 /// The code that kv_get_win32() returns; 0 if unknown.
 std::int32_t windows_platform_code();
 
+/// The text that is the default value of a key under the current user, such as "Software\\Maker\\file".
+/// False if there is none, or it does not fit with its terminator.
+bool registry_text(const char *key, char *text, std::size_t size);
+
 // ---- Numbers as text, in the "C" locale whatever the application's locale is
 
 /// As vsnprintf.
