@@ -120,6 +120,22 @@ KV_API int32_t fio_host_exist(const char *name) KV_NOEXCEPT;
  *  @return buf; it is the empty text when there is no such drive or the directory does not fit */
 KV_API char *fio_get_host_cwd(const char *host, char *buf, int32_t size) KV_NOEXCEPT;
 
+/* ---- The switch for an application's checks of free space: the entry "aktiv" in the section "getdiskfree"
+ * of the main configuration file. Nothing in the library consults it. */
+
+/** Reads the switch.
+ *
+ *  @retval 1  it says yes: a number 1, "yes", "true" or "ja" in either case, blanks around it ignored; or
+ *             there is no such entry, no main configuration file, or a value of more than 80 characters
+ *  @retval 0  it says anything else */
+KV_API int32_t fio_getdiskfree_aktiv(void) KV_NOEXCEPT;
+
+/** Writes the switch: 1 for yes, 0 for no.
+ *
+ *  @return the status of ini_write_long(NIL, "getdiskfree", "aktiv", value); INI_FAILED (-1) also when
+ * there is no main configuration file */
+KV_API int32_t fio_setdiskfree_aktiv(int32_t value) KV_NOEXCEPT;
+
 KV_END_DECLS
 
 #endif
