@@ -6,35 +6,11 @@
 
 #include "config/ini_file.hpp"
 #include "config/ini_rewrite.hpp"
+#include "config/whole_file.hpp"
 
 namespace kv::config {
 
 namespace {
-
-// False if the file cannot be read. A file that is not there reads as empty where that is allowed.
-bool load(const char *path, bool may_be_missing, memory::String &bytes) {
-    platform::InputFile file;
-    if (!file.open(path)) return may_be_missing && file.missing();
-    constexpr std::size_t kFirstBlock = 16384;
-    std::size_t used = 0;
-    for (;;) {
-        if (used == bytes.size()) bytes.resize(used == 0 ? kFirstBlock : 2 * used);
-        const std::int64_t count = file.read(bytes.data() + used, bytes.size() - used);
-        if (count < 0) return false;
-        if (count == 0) break;
-        used += static_cast<std::size_t>(count);
-    }
-    bytes.resize(used);
-    return true;
-}
-
-std::int32_t save(const char *path, const memory::String &bytes) {
-    platform::ReplacementFile file;
-    const bool opened = file.open(path);
-    if (opened && file.write(bytes.data(), bytes.size()) && file.commit()) return INI_OK;
-    if (file.exhausted()) return INI_FAILED;
-    return opened ? INI_WRITE_FAILED : INI_NOT_WRITABLE;
-}
 
 // How a change went: what the content had to say, and what became of saving it.
 struct Outcome {

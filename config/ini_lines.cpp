@@ -65,15 +65,21 @@ Line next_header(platform::TextLines &lines) {
     return {};
 }
 
+bool take_apart(std::string_view text, Entry &entry) {
+    const std::size_t equals = text.find('=');
+    if (equals == text.npos) return false;
+    entry.key = without_blanks(text.substr(0, equals));
+    entry.value = text.substr(equals + 1);
+    entry.whole = entry.value;
+    return true;
+}
+
 bool split(const Line &line, Entry &entry) {
-    const std::size_t equals = line.text.find('=');
-    if (equals == line.text.npos) {
+    if (!take_apart(line.text, entry)) {
         kv_error("Incorrect entry's format. '=' is not found.", nullptr, nullptr, "Ini", __LINE__);
         return false;
     }
-    entry.key = without_blanks(line.text.substr(0, equals));
-    entry.value = line.text.substr(equals + 1);
-    entry.whole = line.whole.substr(equals + 1);
+    entry.whole = line.whole.substr(line.text.size() - entry.value.size());
     return true;
 }
 

@@ -35,6 +35,8 @@ struct Entry {
     std::string_view whole;  ///< the value with what stands behind a zero byte in it
 };
 
+/// False if the text has no "=". It has no zero byte.
+bool take_apart(std::string_view text, Entry &entry);
 /// False, after a report, if the line has no "=".
 bool split(const Line &line, Entry &entry);
 

@@ -1,12 +1,12 @@
 // Numbers and lists of numbers in INI files.
-#include <cstdarg>
 #include <cstdint>
-#include <cstring>
 
 #include "kv/ini.h"
 #include "kv/strings.h"
 
-#include "platform/platform.hpp"
+#include "config/number_text.hpp"
+
+using namespace kv::config;
 
 namespace {
 
@@ -20,65 +20,26 @@ class ValueText {
     }
 
     std::int32_t status() const { return status_; }
-    char *text() { return text_; }
+    const char *text() const { return text_; }
 
   private:
     std::int32_t status_;
     char text_[kValueLength + 1];
 };
 
-// The pieces up to each comma; a comma at the end is followed by no piece.
-template <typename Number, typename Convert>
-std::int32_t read_list(ValueText value, Number *items, std::int32_t *count, Convert convert) {
-    if (value.status() != INI_OK) {
-        *count = 0;
-        return value.status();
-    }
-    std::int32_t stored = 0;
-    for (char *piece = value.text(); *piece != '\0';) {
-        if (stored >= *count) return INI_NO_ROOM;
-        char *comma = std::strchr(piece, ',');
-        if (comma != nullptr) *comma = '\0';
-        items[stored++] = convert(piece);
-        if (comma == nullptr) break;
-        piece = comma + 1;
-    }
-    *count = stored;
-    return INI_OK;
+template <typename Number>
+std::int32_t read_list(const ValueText &value, Number (*convert)(const char *) noexcept, Number *items,
+                       std::int32_t *count) {
+    if (value.status() == INI_OK) return read_numbers(value.text(), convert, items, count);
+    *count = 0;
+    return value.status();
 }
-
-// A number as text.
-class Printed {
-  public:
-    KV_PRINTF(2, 3)
-    explicit Printed(const char *format, ...) {
-        std::va_list arguments;
-        va_start(arguments, format);
-        length_ = kv::platform::format(text_, sizeof text_, format, arguments);
-        va_end(arguments);
-    }
-
-    const char *text() const { return text_; }
-    std::int32_t length() const { return length_; }
-
-  private:
-    int length_;
-    char text_[400];  // the largest real number has 309 digits before the point
-};
 
 template <typename Number>
 std::int32_t write_list(const char *path, const char *section, const char *entry, const char *format,
                         const Number *items, std::int32_t count) {
-    char text[kValueLength + 1] = "";
-    std::int32_t length = 0;
-    for (std::int32_t i = 0; i < count; ++i) {
-        const Printed item(format, items[i]);
-        if (length + item.length() > kValueLength) return INI_NO_ROOM;
-        std::memcpy(text + length, item.text(), static_cast<std::size_t>(item.length()) + 1);
-        length += item.length();
-    }
-    if (length > 0) text[length - 1] = '\0';  // the last comma
-    return ini_write_string(path, section, entry, text);
+    const ListText list(format, items, count);
+    return list.fits() ? ini_write_string(path, section, entry, list.text()) : std::int32_t{INI_NO_ROOM};
 }
 
 }  // namespace
@@ -97,12 +58,12 @@ int32_t ini_read_double(const char *path, const char *section, const char *entry
 
 int32_t ini_read_longs(const char *path, const char *section, const char *entry, int32_t *items,
                        int32_t *count) noexcept {
-    return read_list(ValueText(path, section, entry), items, count, convert_stol);
+    return read_list(ValueText(path, section, entry), convert_stol, items, count);
 }
 
 int32_t ini_read_doubles(const char *path, const char *section, const char *entry, double *items,
                          int32_t *count) noexcept {
-    return read_list(ValueText(path, section, entry), items, count, convert_stod);
+    return read_list(ValueText(path, section, entry), convert_stod, items, count);
 }
 
 int32_t ini_write_long(const char *path, const char *section, const char *entry, int32_t value) noexcept {

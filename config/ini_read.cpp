@@ -1,10 +1,9 @@
 // Reading texts and key lists. A read stops at its hit and copies nothing but the result.
 #include "config/ini_read.hpp"
 
-#include <algorithm>
 #include <cstdint>
-#include <cstring>
 
+#include "config/copy_value.hpp"
 #include "config/ini_file.hpp"
 #include "config/ini_lines.hpp"
 #include "config/name_list.hpp"
@@ -31,14 +30,6 @@ bool next_entry(platform::TextLines &lines, Entry &entry) {
         if (line.kind != LineKind::entry) return false;
         if (split(line, entry)) return true;
     }
-}
-
-std::int32_t copy_value(std::string_view value, char *buf, std::int32_t size) {
-    if (size < 0) return INI_NO_ROOM;
-    const std::size_t count = std::min(value.size(), static_cast<std::size_t>(size));
-    std::memcpy(buf, value.data(), count);
-    buf[count] = '\0';
-    return count == value.size() ? INI_OK : INI_NO_ROOM;
 }
 
 }  // namespace

@@ -40,16 +40,18 @@ void append_part(memory::String &bytes, std::string_view part) {
     append(bytes, part, [&](std::size_t feed) { return feed == 0 || part[feed - 1] != '\r'; });
 }
 
-TextLines::TextLines(std::string_view text, std::size_t longest) : longest_(longest), ended_(true) {
+TextLines::TextLines(std::string_view text, std::size_t longest, Ends ends)
+    : longest_(longest), ends_(ends), ended_(true) {
     text = before_ctrl_z(text);
     position_ = text.data();
     end_ = position_ + text.size();
 }
 
-TextLines::TextLines(InputFile &file, char *buffer, std::size_t size, std::size_t longest)
+TextLines::TextLines(InputFile &file, char *buffer, std::size_t size, std::size_t longest, Ends ends)
     : position_(buffer),
       end_(buffer),
       longest_(longest),
+      ends_(ends),
       file_(&file),
       buffer_(buffer),
       size_(size),
@@ -68,6 +70,18 @@ void TextLines::refill() {
     ended_ = count <= 0 || text.size() < block.size();
 }
 
+// Takes a line of this length, behind which the next one begins, or what is before a zero byte in it.
+bool TextLines::take(std::size_t length, const char *next, std::string_view &line) {
+    line = {position_, length};
+    position_ = next;
+    if (ends_ == Ends::feed) return true;
+    const std::size_t zero = line.find('\0');
+    if (zero == line.npos) return true;
+    position_ = line.data() + zero + 1;
+    line = line.substr(0, zero);
+    return true;
+}
+
 bool TextLines::next(std::string_view &line) {
     const std::size_t window = longest_ + 2;  // its line end may be two characters
     for (;;) {
@@ -78,18 +92,14 @@ bool TextLines::next(std::string_view &line) {
             const char *feed = static_cast<const char *>(found);
             auto length = static_cast<std::size_t>(feed - position_);
             if (length > 0 && feed[-1] == '\r') --length;
-            if (length < longest_) {
-                line = {position_, length};
-                position_ = feed + 1;
-                return true;
-            }
+            if (length < longest_) return take(length, feed + 1, line);
         } else if (looked_at < window && !ended_) {
             refill();
             continue;
         }
-        line = {position_, std::min(available, longest_)};
-        position_ += line.size();
-        return !line.empty();
+        if (available == 0) return false;
+        const std::size_t length = std::min(available, longest_);
+        return take(length, position_ + length, line);
     }
 }
 

@@ -15,11 +15,14 @@ namespace kv::platform {
 class TextLines {
   public:
     static constexpr std::size_t kUsualLength = 511;
+    /// What ends a line: a line feed, or a zero byte too.
+    enum class Ends { feed, feed_or_zero };
 
     /// The lines of a text in memory.
-    explicit TextLines(std::string_view text, std::size_t longest = kUsualLength);
+    explicit TextLines(std::string_view text, std::size_t longest = kUsualLength, Ends ends = Ends::feed);
     /// The lines of a file, read in blocks of `size` bytes, at least twice the longest line.
-    TextLines(InputFile &file, char *buffer, std::size_t size, std::size_t longest = kUsualLength);
+    TextLines(InputFile &file, char *buffer, std::size_t size, std::size_t longest = kUsualLength,
+              Ends ends = Ends::feed);
 
     /// False at the end, or after a read error. The line stays valid until the next call.
     bool next(std::string_view &line);
@@ -29,11 +32,13 @@ class TextLines {
     std::string_view rest() const { return {position_, static_cast<std::size_t>(end_ - position_)}; }
 
   private:
+    bool take(std::size_t length, const char *next, std::string_view &line);
     void refill();
 
     const char *position_;
     const char *end_;
     std::size_t longest_;
+    Ends ends_;
     InputFile *file_ = nullptr;
     char *buffer_ = nullptr;
     std::size_t size_ = 0;

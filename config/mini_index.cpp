@@ -1,0 +1,157 @@
+#include "config/mini_index.hpp"
+
+#include <cstring>
+#include <new>
+
+#include "kv/memory.h"
+
+namespace kv::mini {
+
+namespace {
+
+constexpr int kAddressBits = 48;
+constexpr std::uint64_t kAddressMask = (std::uint64_t{1} << kAddressBits) - 1;
+constexpr std::uint32_t kSmallestSize = 32;
+constexpr std::uint32_t kLargestSize = std::uint32_t{1} << 28;  // what one block can hold
+
+std::uint64_t mix(std::uint64_t value) {
+    constexpr std::uint64_t kMultiplier = 0x9e3779b97f4a7c15U;
+    value *= kMultiplier;
+    return value ^ (value >> 32);
+}
+
+std::uint32_t hash_of(std::string_view name) {
+    constexpr std::size_t kWord = sizeof(std::uint64_t);
+    std::uint64_t hash = mix(name.size() + 1);
+    const char *at = name.data();
+    std::size_t left = name.size();
+    for (; left >= kWord; at += kWord, left -= kWord) {
+        std::uint64_t word;
+        std::memcpy(&word, at, kWord);
+        hash = mix(hash ^ word);
+    }
+    std::uint64_t word = 0;
+    for (std::size_t i = 0; i < left; ++i) word = word << 8 | static_cast<unsigned char>(at[i]);
+    hash = mix(hash ^ word);
+    return static_cast<std::uint32_t>(hash ^ (hash >> 29));
+}
+
+std::uint64_t tag_of(std::uint32_t hash) {
+    return std::uint64_t{hash >> 16} << kAddressBits;
+}
+
+}  // namespace
+
+Index::Place Index::place_for(Node &node) {
+    const auto address = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(&node));
+    if ((address & ~kAddressMask) != 0) throw std::bad_alloc();  // an address that needs all its bits
+    return address | tag_of(node.hash);
+}
+
+Node *Index::node_at(Place place) {
+    return reinterpret_cast<Node *>(static_cast<std::uintptr_t>(place & kAddressMask));
+}
+
+void Index::clear() {
+    heap_free(places_);
+    places_ = nullptr;
+    used_ = 0;
+}
+
+void Index::allocate(std::uint32_t size) {
+    if (size > kLargestSize) throw std::bad_alloc();
+    places_ = static_cast<Place *>(heap_calloc(size, sizeof(Place)));
+    if (places_ == nullptr) throw std::bad_alloc();
+    mask_ = size - 1;
+}
+
+void Index::build(Node *first, std::uint32_t count) {
+    clear();
+    std::uint32_t size = kSmallestSize;
+    while (size < kLargestSize && size / 2 < count) size *= 2;
+    allocate(size);
+    for (Node *node = first; node != nullptr; node = node->next) insert(*node);
+}
+
+// The position of the name, or the free one at which it would be inserted.
+std::uint32_t Index::position_of(std::string_view name, std::uint32_t hash) const {
+    const std::uint64_t tag = tag_of(hash);
+    std::uint32_t position = hash & mask_;
+    for (; places_[position] != 0; position = (position + 1) & mask_) {
+        const Place place = places_[position];
+        if ((place & ~kAddressMask) == tag && node_at(place)->key() == name) break;
+    }
+    return position;
+}
+
+Node *Index::find(std::string_view name) const {
+    const Place place = places_[position_of(name, hash_of(name))];
+    return place != 0 ? node_at(place)->namesake : nullptr;
+}
+
+void Index::grow() {
+    Place *const old = places_;
+    const std::uint32_t old_size = mask_ + 1;
+    try {
+        allocate(old_size * 2);
+    } catch (const std::bad_alloc &) {
+        places_ = old;
+        throw;
+    }
+    for (std::uint32_t i = 0; i < old_size; ++i) {
+        if (old[i] == 0) continue;
+        std::uint32_t position = node_at(old[i])->hash & mask_;
+        while (places_[position] != 0) position = (position + 1) & mask_;
+        places_[position] = old[i];
+    }
+    heap_free(old);
+}
+
+void Index::insert(Node &node) {
+    if (used_ >= (mask_ + 1) / 4 * 3) grow();
+    node.hash = hash_of(node.key());
+    const std::uint32_t position = position_of(node.key(), node.hash);
+    const Place place = place_for(node);
+    if (places_[position] == 0) {
+        node.namesake = &node;
+        places_[position] = place;
+        ++used_;
+        return;
+    }
+    Node *const last = node_at(places_[position]);
+    Node *before = last;
+    if (node.order > last->order) {
+        places_[position] = place;
+    } else {
+        while (before->namesake->order < node.order) before = before->namesake;
+    }
+    node.namesake = before->namesake;
+    before->namesake = &node;
+}
+
+void Index::remove(const Node &node) {
+    const std::uint32_t position = position_of(node.key(), node.hash);
+    Node *const last = node_at(places_[position]);
+    if (last->namesake == last) {
+        free_position(position);
+        return;
+    }
+    Node *before = last;
+    while (before->namesake != &node) before = before->namesake;
+    before->namesake = node.namesake;
+    if (last == &node) places_[position] = place_for(*before);
+}
+
+// Moves those behind the position up that are not where they belong, so that no search ends too early.
+void Index::free_position(std::uint32_t position) {
+    for (std::uint32_t i = (position + 1) & mask_; places_[i] != 0; i = (i + 1) & mask_) {
+        const std::uint32_t home = node_at(places_[i])->hash & mask_;
+        if (((i - home) & mask_) < ((i - position) & mask_)) continue;
+        places_[position] = places_[i];
+        position = i;
+    }
+    places_[position] = 0;
+    --used_;
+}
+
+}  // namespace kv::mini
