@@ -1,0 +1,350 @@
+// Caches in adverse conditions: long lists, an exhausted heap, failing file operations; and beside the
+// functions that work on the file itself.
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <functional>
+#include <random>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#include "memory/failpoint.hpp"
+#include "platform/posix/failpoint.hpp"
+#include "tests/config/mini_caches.hpp"
+
+namespace {
+
+using namespace kvtest;
+
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+Pairs::iterator first_of(Pairs &pairs, const std::string &key) {
+    return std::find_if(pairs.begin(), pairs.end(), [&](const auto &pair) { return pair.first == key; });
+}
+
+// Random calls on lists long enough to have an index, with keys that are there several times.
+TEST(MiniLists, LongOnesFindTheFirst) {
+    std::mt19937 random(1);
+    const auto some_key = [&] { return "key" + std::to_string(random() % 120); };
+    Pairs model;
+    std::string file;
+    for (int i = 0; i < 300; ++i) {
+        model.emplace_back(some_key(), std::to_string(i));
+        file += model.back().first + "=" + model.back().second + "\n";
+    }
+    use_file(file);
+    const Cache cache(MINI_READONLY | MINI_LOADALL);
+    Cache writable;
+    keys(writable, "");
+    for (int i = 0; i < 20'000; ++i) {
+        const std::string key = some_key();
+        const auto at = first_of(model, key);
+        const int32_t found = at != model.end() ? INI_OK : INI_NO_ENTRY;
+        switch (random() % 5) {
+            case 0:
+                ASSERT_EQ(mini_delete_entry(writable, "", key.c_str()), found);
+                if (found == INI_OK) model.erase(at);
+                break;
+            case 1: {
+                const std::string name = some_key();
+                ASSERT_EQ(mini_rename_entry(writable, "", key.c_str(), name.c_str()), found);
+                if (found == INI_OK) at->first = name;
+                break;
+            }
+            case 2:
+                ASSERT_EQ(mini_write_long(writable, "", key.c_str(), i), INI_OK);
+                if (found == INI_OK) {
+                    at->second = std::to_string(i);
+                } else {
+                    model.emplace_back(key, std::to_string(i));
+                }
+                break;
+            default:
+                if (random() % 4 == 0) kv::memory::plan_failure(0);  // no room for an index
+                const std::string text = mini_get_string(writable, "", key.c_str(), nullptr, nullptr);
+                kv::memory::plan_failure(-1);
+                ASSERT_EQ(text, found == INI_OK ? at->second : "");
+        }
+    }
+    std::string expected;
+    for (const auto &[key, text] : model) expected += (expected.empty() ? "" : " ") + key;
+    EXPECT_EQ(keys(writable, ""), expected);
+    std::filesystem::remove(cache_file());
+    writable.close();
+    std::filesystem::remove(cache_file());
+}
+
+TEST(MiniLists, ManySections) {
+    std::string file;
+    for (int i = 0; i < 2000; ++i)
+        file += "[s" + std::to_string(i % 1500) + "]\nk=" + std::to_string(i) + "\n";
+    use_file(file);
+    const Cache cache(MINI_READONLY | MINI_LOADALL);
+    for (int i = 0; i < 1500; ++i) {
+        const std::string name = "s" + std::to_string(i);
+        ASSERT_EQ(value(cache, name.c_str(), "k"), std::to_string(i));
+        ASSERT_EQ(mini_unload_one_section(cache, name.c_str()), INI_OK);
+        if (i < 500) {
+            ASSERT_EQ(value(cache, name.c_str(), "k"), std::to_string(i + 1500));
+        }
+    }
+    for (int i = 0; i < 1500; ++i) {  // loaded anew, the unnamed one in front
+        ASSERT_EQ(value(cache, ("s" + std::to_string(i)).c_str(), "k"),
+                  std::to_string(i + (i < 500 ? 1500 : 0)));
+    }
+    EXPECT_EQ(keys(cache, ""), "");
+}
+
+struct Edit {
+    int kind;
+    std::string section, entry, text;
+};
+
+void edit_file(const Edit &edit) {
+    const char *const section = edit.section.c_str();
+    switch (edit.kind) {
+        case 0:
+            ini_delete_entry(kCacheFile, section, edit.entry.c_str());
+            break;
+        case 1:
+            ini_rename_entry(kCacheFile, section, edit.entry.c_str(), edit.text.c_str());
+            break;
+        case 2:
+            ini_delete_section(kCacheFile, section);
+            break;
+        default:
+            ini_write_string(kCacheFile, section, edit.entry.c_str(), edit.text.c_str());
+    }
+}
+
+void edit_cache(MINI *cache, const Edit &edit) {
+    const char *const section = edit.section.c_str();
+    switch (edit.kind) {
+        case 0:
+            mini_delete_entry(cache, section, edit.entry.c_str());
+            break;
+        case 1:
+            mini_rename_entry(cache, section, edit.entry.c_str(), edit.text.c_str());
+            break;
+        case 2:
+            mini_delete_section(cache, section);
+            break;
+        default:
+            mini_write_string(cache, section, edit.entry.c_str(), edit.text.c_str());
+    }
+}
+
+std::string everything() {
+    const Cache cache(MINI_LOADALL | MINI_READONLY);
+    std::string text;
+    for (const char *section : {"", "A", "B", "new one"}) {
+        char list[2000];
+        int32_t size = sizeof list;
+        if (ini_read_string(kCacheFile, section, nullptr, list, &size) != INI_OK) continue;
+        if (*section == '\0' && *list == '\0') continue;
+        text += std::string("[") + section + "]";
+        for (const char *key = list; *key != '\0'; key += std::strlen(key) + 1) {
+            char of_file[200] = "";
+            int32_t room = sizeof of_file - 1;
+            ini_read_string(kCacheFile, section, key, of_file, &room);
+            EXPECT_EQ(value(cache, section, key), of_file);
+            text += std::string(key) + "=" + of_file + ";";
+        }
+    }
+    return text;
+}
+
+TEST(MiniBesideIni, TheSameEditsReadTheSame) {
+    std::mt19937 random(7);
+    const auto one_of = [&](std::vector<std::string> texts) { return texts[random() % texts.size()]; };
+    for (int round = 0; round < 40; ++round) {
+        std::string file;
+        for (const char *section : {"", "A", "B"}) {
+            if (random() % 4 == 0) continue;
+            if (*section != '\0') file += std::string(" [") + section + "]\n";
+            for (const char *key : {"a", "b", "c c", "d"}) {
+                if (random() % 3 != 0)
+                    file += " " + std::string(key) + " = " + std::to_string(random() % 9) + "\n";
+                if (random() % 3 == 0) file += one_of({"\n", ";remark\n", "   ;\n"});
+            }
+        }
+        std::vector<Edit> edits;
+        for (auto count = random() % 12; count > 0; --count) {
+            edits.push_back({static_cast<int>(random() % 6), one_of({"", "A", "B", "new one"}),
+                             one_of({"a", "b", "c c", "d", "e"}), "n" + std::to_string(random() % 90)});
+        }
+        use_file(file);
+        for (const Edit &edit : edits) edit_file(edit);
+        const std::string through_file = everything();
+        for (const int32_t flags : {0, int32_t{MINI_LOADALL}, MINI_LOADALL | MINI_REWRITE}) {
+            use_file(file);
+            {
+                const Cache cache(flags);
+                for (const Edit &edit : edits) edit_cache(cache, edit);
+            }
+            ASSERT_EQ(everything(), through_file) << "round " << round << ", flags " << flags << "\n"
+                                                  << file;
+        }
+    }
+}
+
+// Runs it in a process of its own, in which allocations fail after some. 0 when it was done or kv_exit()
+// was called with the text; the log tells which.
+void in_child(std::int64_t successes, const std::function<void()> &run, bool &done) {
+    clear_log();
+    std::fflush(nullptr);
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        static_cast<void>(std::freopen("/dev/null", "w", stderr));
+        kv::memory::plan_failure(successes);
+        run();
+        kv::memory::plan_failure(-1);
+        _exit(77);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status)) << status;
+    done = WEXITSTATUS(status) == 77;
+    ASSERT_TRUE(done || WEXITSTATUS(status) == 0) << WEXITSTATUS(status);
+    ASSERT_EQ(count_in_log("Insufficient of memory."), done ? 0 : 1);
+}
+
+TEST(MiniExhaustion, LoadingAndWritingEndTheProcess) {
+    use_file("[A]\na=1\nb=2\n[B]\nc=3\n");
+    const Cache cache(MINI_READONLY);
+    const std::string text(300, 'x');
+    const std::function<void()> runs[] = {
+        [&] { value(cache, "A", "b"); },
+        [&] { mini_write_string(cache, "B", "c", text.c_str()); },
+        [&] { mini_write_string(cache, "C", "c", text.c_str()); },
+    };
+    for (const auto &run : runs) {
+        int exits = 0;
+        bool done = false;
+        for (int successes = 0; !done && successes < 50; ++successes) {
+            in_child(successes, run, done);
+            if (HasFatalFailure()) return;
+            if (!done) ++exits;
+        }
+        EXPECT_TRUE(done);
+        EXPECT_GE(exits, 2);
+    }
+}
+
+TEST(MiniExhaustion, OpeningUpdatingRenaming) {
+    std::string content = "[A]\na=1\nb=2\n[B]\nc=3\n";
+    for (int i = 0; i < 20; ++i) content += "key" + std::to_string(i) + "=" + std::to_string(i) + "\n";
+    const std::string before = crlf(content);
+    std::string after;
+    const int runs = sweep_allocation_failures([&](std::int64_t) {
+        const std::int64_t left = kv::memory::allocations_until_failure;
+        kv::memory::plan_failure(-1);
+        write_file(cache_file(), before);
+        kv::memory::plan_failure(left);
+        MINI *cache = mini_open(nullptr, kCacheFile, MINI_LOADALL);
+        if (cache == nullptr) return;
+        const int32_t renamed = mini_rename_entry(cache, "A", "a", "a name that is longer");
+        EXPECT_TRUE(renamed == INI_OK || renamed == INI_FAILED) << renamed;
+        const int32_t section = mini_rename_section(cache, "B", "a name that is longer");
+        EXPECT_TRUE(section == INI_OK || section == INI_FAILED) << section;
+        EXPECT_EQ(std::string(mini_get_string(cache, "A", renamed == INI_OK ? "a name that is longer" : "a",
+                                              nullptr, nullptr)),
+                  "1");
+        const std::string in_file = read_file(cache_file());
+        const int32_t updated = mini_update_file(cache);
+        after = read_file(cache_file());
+        if (updated == 0) {
+            EXPECT_EQ(after, in_file);
+        }
+        mini_unload_all_sections(cache);
+        const std::int64_t rest = kv::memory::allocations_until_failure;
+        kv::memory::plan_failure(-1);
+        mini_close(&cache);
+        kv::memory::plan_failure(rest);
+    });
+    EXPECT_GT(runs, 20);
+    EXPECT_NE(after.find("[a name that is longer]\r\nc=3"), std::string::npos) << after;
+}
+
+std::size_t files_on_drive() {
+    std::size_t count = 0;
+    for (const auto &file : std::filesystem::directory_iterator(drive_c()))
+        count += file.exists() ? 1U : 0U;
+    return count;
+}
+
+TEST(MiniFailures, AnUpdateIsWholeOrNothing) {
+    const std::string before = crlf("[A]\na=1\n");
+    const std::string after = crlf("[A]\na=2");
+    for (const bool lasting : {false, true}) {
+        int failures = 0;
+        for (int successes = 0; successes < 100; ++successes) {
+            use_file("[A]\na=1\n");
+            const Cache cache;
+            mini_write_string(cache, "A", "a", "2");
+            const std::size_t files = files_on_drive();
+            kv::platform::posix::plan_io_failure(successes, lasting);
+            const int32_t updated = mini_update_file(cache);
+            const bool failed = kv::platform::posix::calls_until_failure <= 0;
+            kv::platform::posix::plan_io_failure(-1, false);
+            EXPECT_EQ(read_file(cache_file()), updated == 1 ? after : before) << successes;
+            EXPECT_EQ(files_on_drive(), files) << successes;
+            EXPECT_EQ(mini_update_file(cache), 1);
+            EXPECT_EQ(read_file(cache_file()), after) << successes;
+            failures += updated == 0 ? 1 : 0;
+            if (!failed) break;
+        }
+        EXPECT_GE(failures, 3);
+    }
+}
+
+// A reading that breaks off loads no half of a section, which the next update would make whole.
+TEST(MiniFailures, NothingIsLoadedByHalf) {
+    std::string content = "[A]\n";
+    for (int i = 0; i < 5000; ++i) content += "key" + std::to_string(i) + "=1\n";
+    use_file(content);
+    for (int successes = 0; successes < 20; ++successes) {
+        const Cache cache(MINI_READONLY);
+        kv::platform::posix::plan_io_failure(successes, false);
+        const int32_t status = mini_write_string(cache, "A", "key1", "2");
+        kv::platform::posix::plan_io_failure(-1, false);
+        EXPECT_TRUE(status == INI_OK || status == INI_FAILED) << status;
+        EXPECT_EQ(value(cache, "A", "key4999"), "1") << successes;
+    }
+}
+
+TEST(MiniTurns, NoChangeIsLost) {
+    constexpr int kThreads = 4;
+    constexpr int kChanges = 25;
+    std::string content;
+    for (int i = 0; i < kThreads; ++i)
+        content += "[s" + std::to_string(i) + "]\n[cache" + std::to_string(i) + "]\n";
+    use_file(content);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kThreads; ++i) {
+        threads.emplace_back([i] {
+            const std::string section = std::to_string(i);
+            const Cache cache;
+            for (int k = 0; k < kChanges; ++k) {
+                const std::string key = "k" + std::to_string(k);
+                ini_write_long(kCacheFile, ("s" + section).c_str(), key.c_str(), k);
+                mini_write_long(cache, ("cache" + section).c_str(), key.c_str(), k);
+                mini_update_file(cache);
+            }
+        });
+    }
+    for (std::thread &thread : threads) thread.join();
+    const Cache cache(MINI_READONLY | MINI_LOADALL);
+    for (int i = 0; i < kThreads * kChanges; ++i) {
+        const std::string section = std::to_string(i % kThreads);
+        const std::string key = "k" + std::to_string(i / kThreads);
+        EXPECT_EQ(value(cache, ("s" + section).c_str(), key.c_str()), std::to_string(i / kThreads));
+        EXPECT_EQ(value(cache, ("cache" + section).c_str(), key.c_str()), std::to_string(i / kThreads));
+    }
+}
+
+}  // namespace
