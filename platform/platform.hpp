@@ -9,6 +9,7 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <ctime>
 #include <mutex>
 #include <string_view>
@@ -135,6 +136,34 @@ bool current_directory(char drive, char *buffer, std::size_t size);
 /// Makes a directory the current one of its drive, and the drive the current one. False if that fails;
 /// nothing has changed then.
 bool change_directory(const char *path);
+
+// ---- Streams of the C library
+
+struct StreamMode {
+    enum class Access { read, write, append };
+    Access access;
+    bool update;  // the other direction too
+    bool text;    // CR LF on disk is a line feed, and reading ends at a Ctrl-Z (26)
+};
+
+/// What translates a text stream.
+struct TextLayer;
+
+struct Stream {
+    std::FILE *file = nullptr;
+    TextLayer *text = nullptr;  // null for a binary stream, and where the C library itself translates
+};
+
+/// Opens a file as fopen() does, at position 0 in every mode. `file` is null if that fails, or if it is a
+/// directory; nothing has changed then. fclose() closes and frees all of it. Text streams that can be
+/// updated lose a Ctrl-Z at the end of the file, so that what is appended can be read.
+///
+/// The stream belongs to one thread at a time: its functions do not lock it.
+Stream open_stream(const char *path, const StreamMode &mode);
+/// The offset in the file, in bytes on disk, in text streams too; -1 if there is none.
+std::int64_t stream_tell(const Stream &stream);
+/// Moves to an offset in bytes on disk; `origin` as for fseek(). False if that fails.
+bool stream_seek(const Stream &stream, std::int64_t offset, int origin);
 
 // ---- Time
 

@@ -8,13 +8,193 @@
  * A path is a drive (a letter and a colon), a directory and a file name with its extension; all of these
  * may be missing. "\" and "/" both separate. What the drives are on POSIX is said in kv.h; there the
  * current drive is Z: at the start, and the current directory reads as Z:\home\me\work. The drive and the
- * directory belong to the whole process; on POSIX the current directory of Z: is the process's own. */
+ * directory belong to the whole process; on POSIX the current directory of Z: is the process's own.
+ *
+ * A handle belongs to one thread at a time; distinct handles are independent. */
 #ifndef KV_FIO_H
 #define KV_FIO_H
+
+#include <stdio.h>
 
 #include "kv/types.h"
 
 KV_BEGIN_DECLS
+
+/* ---- File handles and binary records
+ *
+ * Where nothing else is said, 0 means done and -1 that it failed; a NIL handle gives -1, and nothing is
+ * reported. docs/record-files.md describes the files.
+ *
+ * Text handles translate: a line feed is CR LF on disk, a carriage return directly before a line feed is
+ * dropped when read, and reading ends at a Ctrl-Z (26). Offsets are always bytes on disk. Between
+ * reading and writing on one handle there must be a positioning call. */
+
+/** An open file. */
+typedef struct FIO FIO;
+
+/** How fio_open() opens: exactly one of read, write, append, and any of the others. */
+enum {
+    FIO_READ = 1,    /**< for reading; the file must exist */
+    FIO_WRITE = 2,   /**< for writing; the file is made, or emptied */
+    FIO_APPEND = 4,  /**< for writing at the end, wherever the position is; the file is made if missing */
+    FIO_UPDATE = 8,  /**< the other direction too */
+    FIO_TEXT = 16,   /**< text; else binary */
+    FIO_HEADER = 32, /**< the file has the identification header; without effect with text or append */
+};
+
+/** The byte order of a file's values, as the header tells it. */
+enum {
+    FIO_INTEL = 0,     /**< little-endian; also every file that was not opened for its header */
+    FIO_MOTOROLA = 1,  /**< big-endian */
+    FIO_NOHEADER = -1, /**< opened for its header, but there is none */
+};
+
+/** Opens a file.
+ *
+ *  With FIO_WRITE and FIO_HEADER the header is written; whether that succeeded shows with later writes
+ *  and fio_close(). With FIO_READ and FIO_HEADER it is read: it is one if its first 8 bytes, up to the
+ *  first zero byte, have "@kv" or "1.1" anywhere; if not, reading begins at offset 0.
+ *
+ *  @param dir    directory, with or without a drive; NIL or empty for the current one
+ *  @param name   file name; a drive in it overrides dir
+ *  @param flags  FIO_ flags
+ *  @return the handle, at offset 16 behind a header and else at 0; the caller closes it with fio_close().
+ *          NIL, without a report, for a wrong combination of flags, when the file cannot be opened or is
+ *          a directory, and when the heap is exhausted */
+KV_API FIO *fio_open(const char *dir, const char *name, uint32_t flags) KV_NOEXCEPT;
+
+/** Writes what is buffered, closes the file and frees the handle, also when that fails.
+ *
+ *  @retval 0   done; also for NIL
+ *  @retval -1  what was buffered could not be written, or the file not be closed */
+KV_API int32_t fio_close(FIO *handle) KV_NOEXCEPT;
+
+/** The stream of the C library below a handle. What is written and read through it is translated like
+ *  everything else on the handle. It must not be closed.
+ *
+ *  @param handle  not NIL
+ *  @return the stream, valid until fio_close() */
+KV_API FILE *fio_fp(FIO *handle) KV_NOEXCEPT;
+
+/** @return the joined path of the file, valid until fio_close(); "????" if there was no memory for it;
+ *          NIL for a NIL handle */
+KV_API const char *fio_filename(FIO *handle) KV_NOEXCEPT;
+
+/** Writes 8 bytes, little-endian.
+ *
+ *  @retval 0   done
+ *  @retval -1  write error, NIL handle, or a text handle, on which nothing is written */
+KV_API int32_t fio_putdouble(FIO *handle, double value) KV_NOEXCEPT;
+
+/** Writes 4 bytes, little-endian. Reports "HPUX/AIX - not yet implemented" on a handle whose byte order
+ *  is not FIO_INTEL. Text handles are not refused.
+ *
+ *  @retval 0   done
+ *  @retval -1  write error, NIL handle, or refused, with nothing written */
+KV_API int32_t fio_putfloat(FIO *handle, float value) KV_NOEXCEPT;
+
+/** Writes 4 bytes, little-endian. Results as for fio_putdouble(). */
+KV_API int32_t fio_putlong(FIO *handle, int32_t value) KV_NOEXCEPT;
+
+/** Writes 2 bytes, little-endian. Refusals and results as for fio_putfloat(). */
+KV_API int32_t fio_putshort(FIO *handle, int16_t value) KV_NOEXCEPT;
+
+/** Writes one character.
+ *
+ *  @retval 0   done
+ *  @retval -1  write error or NIL handle */
+KV_API int32_t fio_putchar(FIO *handle, char c) KV_NOEXCEPT;
+
+/** Writes a text as a field of a fixed width, cut or padded with blanks to it. No terminator is written.
+ *
+ *  @param text   the text; NIL is an empty one
+ *  @param width  bytes to write; 0: as many as the text has; negative: the whole text, without padding
+ *  @retval 0   done, also when there was nothing to write
+ *  @retval -1  write error, where the writing has stopped, or NIL handle */
+KV_API int32_t fio_putstring(FIO *handle, const char *text, int32_t width) KV_NOEXCEPT;
+
+/** Reads 8 bytes, in the byte order of the file.
+ *
+ *  @param out  gets the value; of no meaning after a failure
+ *  @retval 0   done
+ *  @retval -1  fewer than 8 bytes were left, NIL handle, or a text handle, on which nothing is read */
+KV_API int32_t fio_getdouble(FIO *handle, double *out) KV_NOEXCEPT;
+
+/** Reads 4 bytes, little-endian. Reports "HPUX/AIX - not yet implemented" on a handle whose byte order is
+ *  not FIO_INTEL; FIO_NOHEADER is refused too. Text handles are not refused.
+ *
+ *  @param out  gets the value; of no meaning after a failure
+ *  @retval 0   done
+ *  @retval -1  fewer than 4 bytes were left, NIL handle, or refused, with nothing read */
+KV_API int32_t fio_getfloat(FIO *handle, float *out) KV_NOEXCEPT;
+
+/** Reads 4 bytes, in the byte order of the file. Results as for fio_getdouble(). */
+KV_API int32_t fio_getlong(FIO *handle, int32_t *out) KV_NOEXCEPT;
+
+/** Reads 2 bytes, little-endian. Refusals and results as for fio_getfloat(). */
+KV_API int32_t fio_getshort(FIO *handle, int16_t *out) KV_NOEXCEPT;
+
+/** Reads one character.
+ *
+ *  @param out  gets the character, and is untouched at the end of the file; or NIL
+ *  @return 0, or with out NIL the character's code, 0 to 255; -1 at the end of the file and for a NIL
+ *          handle */
+KV_API int32_t fio_getchar(FIO *handle, char *out) KV_NOEXCEPT;
+
+/** Reads a line: up to a line feed or a zero byte, which is taken but not stored, or to the end of the
+ *  file, or until max characters are stored, where the rest of the line stays unread. A carriage return
+ *  is a character like others; text handles have dropped those of the line ends.
+ *
+ *  @param max  the most characters to store
+ *  @param buf  max + 1 bytes; the text is terminated
+ *  @retval 0   done; the line may be empty
+ *  @retval -1  at the end of the file, with buf the empty text; when max <= 0 or for a NIL handle, with
+ *              nothing read and buf untouched */
+KV_API int32_t fio_getstring(FIO *handle, int32_t max, char *buf) KV_NOEXCEPT;
+
+/** Reads as fio_getstring() does, but ends also behind the first character that is in delims, which is
+ *  stored as the last one.
+ *
+ *  @param delims  the characters that end the text; NIL or empty for none
+ *  @retval 0   done
+ *  @retval -1  at the end of the file or when max <= 0, with buf the empty text; for a NIL handle, with
+ *              buf untouched */
+KV_API int32_t fio_getstringdel(FIO *handle, int32_t max, const char *delims, char *buf) KV_NOEXCEPT;
+
+/** Reads items as fread() does; no bytes are swapped.
+ *
+ *  @param buf    size * count bytes
+ *  @param size   bytes of an item
+ *  @param count  the most items to read
+ *  @return the number of whole items read; 0 when buf or handle is NIL or size or count is 0 */
+KV_API uint32_t fio_fread(void *buf, uint32_t size, uint32_t count, FIO *handle) KV_NOEXCEPT;
+
+/** Writes items as fwrite() does; no bytes are swapped.
+ *
+ *  @return the number of whole items written; 0 when buf or handle is NIL or size or count is 0 */
+KV_API uint32_t fio_fwrite(const void *buf, uint32_t size, uint32_t count, FIO *handle) KV_NOEXCEPT;
+
+/** Moves to an offset in the file, where the header counts.
+ *
+ *  @param offset  bytes on disk, also in text files
+ *  @param origin  from where: 0 the beginning, 1 the current position, anything else the end
+ *  @retval 0   done
+ *  @retval -1  the file has no positions, or the place would lie before its beginning; NIL handle */
+KV_API int32_t fio_seek(FIO *handle, int32_t offset, int32_t origin) KV_NOEXCEPT;
+
+/** @return the current offset in the file, in bytes on disk; -1 if there is none or if it is beyond
+ *          INT32_MAX, and for a NIL handle */
+KV_API int32_t fio_tell(FIO *handle) KV_NOEXCEPT;
+
+/** Hands what is buffered to the system.
+ *
+ *  @retval 0   done
+ *  @retval -1  write error or NIL handle */
+KV_API int32_t fio_flush(FIO *handle) KV_NOEXCEPT;
+
+/** @return the file's length in bytes on disk, with what is buffered; -1 if it has none or if it is beyond
+ *          INT32_MAX, and for a NIL handle. The position stays. */
+KV_API int32_t fio_length(FIO *handle) KV_NOEXCEPT;
 
 /* ---- Paths */
 

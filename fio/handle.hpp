@@ -1,0 +1,30 @@
+// The file handle.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+
+#include "kv/fio.h"
+
+#include "platform/platform.hpp"
+
+struct FIO {
+    std::FILE *fp;
+    std::int32_t byteorder;  // FIO_INTEL, FIO_MOTOROLA or FIO_NOHEADER
+    std::uint32_t mode;      // the flags of fio_open()
+    const char *name;        // from str_alloc(), or kUnknownName
+    kv::platform::TextLayer *text;
+
+    kv::platform::Stream stream() const { return {fp, text}; }
+    bool is_text() const { return (mode & FIO_TEXT) != 0; }
+};
+
+namespace kv::fio {
+
+/// The name of a handle that had no memory for its own.
+extern const char kUnknownName[];
+
+/// The source that reports of the family name.
+inline constexpr const char *kSource = "Fio";
+
+}  // namespace kv::fio

@@ -1,0 +1,88 @@
+// Binary values and blocks.
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstring>
+
+#include "kv/frame.h"
+
+#include "fio/handle.hpp"
+
+// What is written is the memory's content, and is to be little-endian.
+static_assert(std::endian::native == std::endian::little);
+
+namespace {
+
+template <typename Value>
+std::int32_t put(FIO *handle, Value value) {
+    return std::fwrite(&value, sizeof value, 1, handle->fp) == 1 ? 0 : -1;
+}
+
+template <typename Value>
+std::int32_t get(FIO *handle, Value *out) {
+    return std::fread(out, sizeof *out, 1, handle->fp) == 1 ? 0 : -1;
+}
+
+template <typename Value>
+std::int32_t get_ordered(FIO *handle, Value *out) {
+    if (handle == nullptr || handle->is_text() || get(handle, out) != 0) return -1;
+    if (handle->byteorder == FIO_MOTOROLA) {
+        char bytes[sizeof *out];
+        std::memcpy(bytes, out, sizeof bytes);
+        std::reverse(std::begin(bytes), std::end(bytes));
+        std::memcpy(out, bytes, sizeof bytes);
+    }
+    return 0;
+}
+
+// Floats and shorts are not known in other byte orders.
+bool refused(const FIO *handle, std::int32_t line) {
+    if (handle == nullptr) return true;
+    if (handle->byteorder == FIO_INTEL) return false;
+    kv_error("HPUX/AIX - not yet implemented", nullptr, nullptr, kv::fio::kSource, line);
+    return true;
+}
+
+}  // namespace
+
+int32_t fio_putdouble(FIO *handle, double value) noexcept {
+    return handle == nullptr || handle->is_text() ? -1 : put(handle, value);
+}
+
+int32_t fio_putlong(FIO *handle, int32_t value) noexcept {
+    return handle == nullptr || handle->is_text() ? -1 : put(handle, value);
+}
+
+int32_t fio_putfloat(FIO *handle, float value) noexcept {
+    return refused(handle, __LINE__) ? -1 : put(handle, value);
+}
+
+int32_t fio_putshort(FIO *handle, int16_t value) noexcept {
+    return refused(handle, __LINE__) ? -1 : put(handle, value);
+}
+
+int32_t fio_getdouble(FIO *handle, double *out) noexcept {
+    return get_ordered(handle, out);
+}
+
+int32_t fio_getlong(FIO *handle, int32_t *out) noexcept {
+    return get_ordered(handle, out);
+}
+
+int32_t fio_getfloat(FIO *handle, float *out) noexcept {
+    return refused(handle, __LINE__) ? -1 : get(handle, out);
+}
+
+int32_t fio_getshort(FIO *handle, int16_t *out) noexcept {
+    return refused(handle, __LINE__) ? -1 : get(handle, out);
+}
+
+uint32_t fio_fread(void *buf, uint32_t size, uint32_t count, FIO *handle) noexcept {
+    if (buf == nullptr || size == 0 || count == 0 || handle == nullptr || handle->fp == nullptr) return 0;
+    return static_cast<uint32_t>(std::fread(buf, size, count, handle->fp));
+}
+
+uint32_t fio_fwrite(const void *buf, uint32_t size, uint32_t count, FIO *handle) noexcept {
+    if (buf == nullptr || size == 0 || count == 0 || handle == nullptr || handle->fp == nullptr) return 0;
+    return static_cast<uint32_t>(std::fwrite(buf, size, count, handle->fp));
+}
