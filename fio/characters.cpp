@@ -1,12 +1,25 @@
 // Characters, string fields, lines.
+#include <algorithm>
 #include <cstring>
 
 #include "fio/handle.hpp"
+#include "platform/stream_characters.hpp"
+
+using kv::platform::get_character;
+using kv::platform::put_character;
 
 namespace {
 
-bool write_character(std::FILE *fp, char c) {
-    return std::putc(static_cast<unsigned char>(c), fp) != EOF;
+// The characters of a field that come from the text.
+std::size_t taken_characters(const char *text, std::int32_t width) {
+    if (width <= 0) return std::strlen(text);
+    const auto most = static_cast<std::size_t>(width);
+    const void *end = std::memchr(text, '\0', most);
+    return end != nullptr ? static_cast<std::size_t>(static_cast<const char *>(end) - text) : most;
+}
+
+bool write_characters(std::FILE *fp, const char *characters, std::size_t count) {
+    return std::fwrite(characters, 1, count, fp) == count;
 }
 
 bool is_in(const char *characters, int c) {
@@ -15,7 +28,7 @@ bool is_in(const char *characters, int c) {
 
 // Up to the end of the line, or behind the first of `delims`.
 std::int32_t read_line(std::FILE *fp, std::int32_t max, const char *delims, char *buf) {
-    int c = std::getc(fp);
+    int c = get_character(fp);
     if (c == EOF) {
         *buf = '\0';
         return -1;
@@ -24,7 +37,7 @@ std::int32_t read_line(std::FILE *fp, std::int32_t max, const char *delims, char
     while (c != EOF && c != '\0' && c != '\n') {
         buf[length++] = static_cast<char>(c);
         if (length == max || is_in(delims, c)) break;
-        c = std::getc(fp);
+        c = get_character(fp);
     }
     buf[length] = '\0';
     return 0;
@@ -33,27 +46,27 @@ std::int32_t read_line(std::FILE *fp, std::int32_t max, const char *delims, char
 }  // namespace
 
 int32_t fio_putchar(FIO *handle, char c) noexcept {
-    return handle != nullptr && write_character(handle->fp, c) ? 0 : -1;
+    return handle != nullptr && put_character(c, handle->fp) != EOF ? 0 : -1;
 }
 
 int32_t fio_putstring(FIO *handle, const char *text, int32_t width) noexcept {
+    constexpr char kBlanks[] = "                                ";
+    constexpr std::size_t kMostBlanks = sizeof kBlanks - 1;
     if (handle == nullptr) return -1;
     if (text == nullptr) text = "";
-    // Without a width, or with a negative one, the text ends the field.
-    const bool whole = width <= 0;
-    std::int32_t written = 0;
-    for (; *text != '\0' && (whole || written < width); ++text) {
-        if (!write_character(handle->fp, *text)) return -1;
-        if (!whole) ++written;
-    }
-    for (; written < width; ++written) {
-        if (!write_character(handle->fp, ' ')) return -1;
+    const std::size_t taken = taken_characters(text, width);
+    if (taken > 0 && !write_characters(handle->fp, text, taken)) return -1;
+    if (width <= 0) return 0;
+    for (std::size_t left = static_cast<std::size_t>(width) - taken; left > 0;) {
+        const std::size_t count = std::min(left, kMostBlanks);
+        if (!write_characters(handle->fp, kBlanks, count)) return -1;
+        left -= count;
     }
     return 0;
 }
 
 int32_t fio_getchar(FIO *handle, char *out) noexcept {
-    const int c = handle != nullptr ? std::getc(handle->fp) : EOF;
+    const int c = handle != nullptr ? get_character(handle->fp) : EOF;
     if (c == EOF) return -1;
     if (out == nullptr) return c;
     *out = static_cast<char>(c);
