@@ -1,5 +1,6 @@
 // The program `kv`: finds the subcommand, and tells what it could not do.
 #include <csignal>
+#include <iomanip>
 #include <iostream>
 #include <new>
 #include <string_view>
@@ -22,6 +23,8 @@ struct Subcommand {
 
 constexpr Subcommand kSubcommands[] = {
     {"env", "read, edit, merge and check environment files", run_env},
+    {"timer", "time commands, and write the report of the times", run_timer},
+    {"where", "find the main configuration file and others, and tell where it was looked", run_where},
 };
 
 void print_help() {
@@ -31,7 +34,8 @@ void print_help() {
 Subcommands:
 )";
     for (const Subcommand &subcommand : kSubcommands) {
-        std::cout << "  " << subcommand.name << "   " << subcommand.summary << '\n';
+        std::cout << "  " << std::left << std::setw(7) << subcommand.name << ' ' << subcommand.summary
+                  << '\n';
     }
     std::cout << R"(
 'kv SUBCOMMAND --help' describes one. Exit codes: 0 done; 1 not found, or a check failed; 2

@@ -7,5 +7,9 @@ namespace kvtool {
 
 /// `kv env`: environment files. Gets the words behind "env"; returns the exit code or throws Failure.
 int run_env(std::span<const char *const> words);
+/// `kv timer`: times commands. As run_env().
+int run_timer(std::span<const char *const> words);
+/// `kv where`: the configuration search. As run_env().
+int run_where(std::span<const char *const> words);
 
 }  // namespace kvtool
