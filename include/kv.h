@@ -29,6 +29,7 @@
 #include "kv/ini.h"
 #include "kv/memory.h"
 #include "kv/mini.h"
+#include "kv/numeric.h"
 #include "kv/strings.h"
 #include "kv/types.h"
 
