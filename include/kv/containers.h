@@ -1,7 +1,7 @@
-/* Containers: doubly linked lists of the caller's elements, stacks and queues of values.
+/* Containers: doubly linked lists of the caller's elements; stacks, queues and hash tables of values.
  *
- * A list links elements that the caller allocates and owns. A stack or a queue owns its nodes and its
- * handle, never what the values point to. A container belongs to one thread at a time. Only list_init()
+ * A list links elements that the caller allocates and owns. The other containers own their nodes and
+ * handles, never what the values point to. A container belongs to one thread at a time. Only list_init()
  * and the insertions into lists ever report anything. */
 #ifndef KV_CONTAINERS_H
 #define KV_CONTAINERS_H
@@ -171,6 +171,72 @@ KV_API kv_value queue_look(const QUEUE *queue) KV_NOEXCEPT;
 
 /** Empties a queue, which stays usable. */
 KV_API void queue_clear(QUEUE *queue) KV_NOEXCEPT;
+
+/* ---- Hash tables: from texts to values, with a fixed number of slots. A table may name a parent, in
+ *      which a lookup goes on; so scopes are built. Keys are copied; values are neither interpreted nor
+ *      freed.
+ *
+ * The slots. The home slot of a key is (|hash| mod (size - 1)) + 1; the slots where the key may be are
+ * the multiples of its home slot, modulo the size, which is a prime: every slot, each once, comes up
+ * before the home slot again. */
+
+typedef struct HASH HASH;
+
+/** A hash function. It gives equal texts equal numbers. */
+typedef int32_t (*hash_function)(const char *key);
+
+/** Opens a table.
+ *
+ *  @param id      the caller's number of the table, which lookups give
+ *  @param size    the slots wanted: rounded up to an odd prime, 3 for all that is less; as many keys fit
+ *  @param hashfn  the hash function; NIL: the parent's, without a parent the sum of the bytes as signed
+ *                 numbers
+ *  @param parent  the table where lookups go on, or NIL; it must stay open until this one is closed
+ *  @return the table, released with hash_close(); NIL when the heap is exhausted */
+KV_API HASH *hash_open(int32_t id, int32_t size, hash_function hashfn, HASH *parent) KV_NOEXCEPT;
+
+/** Releases a table with its keys. A table that is the parent of an open one stays open; NIL is
+ *  ignored. */
+KV_API void hash_close(HASH *table) KV_NOEXCEPT;
+
+/** Removes all keys. The table keeps its slots, its parent and its children. NIL is ignored. */
+KV_API void hash_reset(HASH *table) KV_NOEXCEPT;
+
+/** Stores a value under a key, in this table only. The key goes to the first of its slots that is empty
+ *  or has it already; its old value is replaced.
+ *
+ *  @return the index of the slot; -1, with the table as it was: table or key is NIL, the table is full, or
+ *          the heap is exhausted */
+KV_API int32_t hash_put(HASH *table, const char *key, kv_value value) KV_NOEXCEPT;
+
+/** Looks a key up in a table and its ancestors. First the key's home slots in all of them are looked at,
+ *  the table's own first; then the second slots, and so on, past empty ones; the first that has the key
+ *  wins. So a key off its home slot can be hidden by the same key of an ancestor.
+ *
+ *  @param value  receives the value; may be NIL
+ *  @param id     receives the number of the table that had the key; may be NIL
+ *  @return the index of the slot in the table that had the key; -1, with both untouched: not found, or
+ *          table or key is NIL */
+KV_API int32_t hash_get(HASH *table, const char *key, kv_value *value, int32_t *id) KV_NOEXCEPT;
+
+/** What is in a slot of this table; the indexes 0, 1, 2, ... up to the size enumerate it.
+ *
+ *  @param key    receives a copy of the key, which the caller frees with heap_free(); may be NIL
+ *  @param value  receives the value; may be NIL
+ *  @return the index; -1, with NIL in *key and *value untouched: the table is NIL, the slot is empty or
+ *          there is none of this index, or the heap is exhausted */
+KV_API int32_t hash_get_index(HASH *table, int32_t index, char **key, kv_value *value) KV_NOEXCEPT;
+
+/** Removes a key from this table. It is looked for as hash_put() does: no further than to the first
+ *  empty slot.
+ *
+ *  @return the index of the slot, which is empty now; -1: not found, or table or key is NIL */
+KV_API int32_t hash_remove_name(HASH *table, const char *key) KV_NOEXCEPT;
+
+/** Removes the key in a slot of this table.
+ *
+ *  @return the index; -1: the table is NIL, the slot is empty or there is none of this index */
+KV_API int32_t hash_remove_index(HASH *table, int32_t index) KV_NOEXCEPT;
 
 KV_END_DECLS
 
