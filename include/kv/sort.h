@@ -1,0 +1,41 @@
+/* Sorting: vectors of numbers, the runtime library's quicksort, and lists.
+ *
+ * Vectors and lists belong to one thread while they are sorted. Nothing here reports anything; where the
+ * heap has no room for working memory, the same result takes more time. */
+#ifndef KV_SORT_H
+#define KV_SORT_H
+
+#include "kv/containers.h"
+#include "kv/types.h"
+
+KV_BEGIN_DECLS
+
+/** Sorts real numbers in ascending order, in place.
+ *
+ *  @param values  n numbers; values that are not a number end up at the front or at the end
+ *  @param n       their count; nothing is done below 2 */
+KV_API void sort_dvector(double *values, int32_t n) KV_NOEXCEPT;
+
+/** Sorts whole numbers in ascending order, in place; otherwise as sort_dvector(). */
+KV_API void sort_lvector(int32_t *values, int32_t n) KV_NOEXCEPT;
+
+/** Sorts pointers to real numbers, which stay where they are.
+ *
+ *  @param values    n numbers
+ *  @param pointers  receives n pointers into values, in ascending order of what they point to
+ *  @param n         the count; nothing is done below 1 */
+KV_API void sort_dvector_by_index(double *values, double **pointers, int32_t n) KV_NOEXCEPT;
+
+/** Sorts pointers to whole numbers; otherwise as sort_dvector_by_index(). */
+KV_API void sort_lvector_by_index(int32_t *values, int32_t **pointers, int32_t n) KV_NOEXCEPT;
+
+/** The C function qsort().
+ *
+ *  @param base     n elements of size bytes each
+ *  @param compare  negative, 0 or positive, as *a comes before *b, is equal or comes after it */
+KV_API void sort_quick(void *base, uint32_t n, uint32_t size,
+                       int (*compare)(const void *a, const void *b)) KV_NOEXCEPT;
+
+KV_END_DECLS
+
+#endif

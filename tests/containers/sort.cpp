@@ -1,0 +1,99 @@
+// Sorting vectors and lists.
+#include "kv/sort.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+#include <type_traits>
+#include <vector>
+
+#include "tests/support/support.hpp"
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+template <typename Number>
+std::vector<Number> numbers(std::size_t count, std::mt19937_64 &random) {
+    std::vector<Number> result(count);
+    for (Number &number : result) {
+        const uint64_t bits = random();
+        if constexpr (std::is_same_v<Number, double>) {
+            std::memcpy(&number, &bits, sizeof number);
+            if (std::isnan(number)) number = static_cast<double>(bits % 100) - 50;
+        } else {
+            number = static_cast<int32_t>(random() % 2 == 0 ? bits : bits % 100);
+        }
+    }
+    return result;
+}
+
+void sort(std::vector<double> &values) {
+    sort_dvector(values.data(), static_cast<int32_t>(values.size()));
+}
+void sort(std::vector<int32_t> &values) {
+    sort_lvector(values.data(), static_cast<int32_t>(values.size()));
+}
+void sort(std::vector<double> &values, std::vector<double *> &pointers) {
+    sort_dvector_by_index(values.data(), pointers.data(), static_cast<int32_t>(values.size()));
+}
+void sort(std::vector<int32_t> &values, std::vector<int32_t *> &pointers) {
+    sort_lvector_by_index(values.data(), pointers.data(), static_cast<int32_t>(values.size()));
+}
+
+template <typename Number>
+class SortVectors : public testing::Test {};
+using Numbers = testing::Types<double, int32_t>;
+TYPED_TEST_SUITE(SortVectors, Numbers);
+
+// In short and in long vectors, and where the heap has no room.
+TYPED_TEST(SortVectors, AscendAndKeepEveryValue) {
+    std::mt19937_64 random(3);
+    for (const std::size_t count : {0, 1, 2, 3, 100, 999, 1000, 5000}) {
+        std::vector<TypeParam> values = numbers<TypeParam>(count, random);
+        std::vector<TypeParam> expected = values;
+        std::sort(expected.begin(), expected.end());
+        kvtest::sweep_allocation_failures([&](std::int64_t) {
+            std::vector<TypeParam> sorted = values;
+            sort(sorted);
+            EXPECT_EQ(sorted, expected);
+            std::vector<TypeParam *> pointers(count);
+            std::vector<TypeParam> untouched = values;
+            sort(untouched, pointers);
+            EXPECT_EQ(untouched, values);
+            std::vector<TypeParam> pointed;
+            for (const TypeParam *pointer : pointers) pointed.push_back(*pointer);
+            EXPECT_EQ(pointed, expected);
+            std::sort(pointers.begin(), pointers.end());
+            EXPECT_EQ(std::adjacent_find(pointers.begin(), pointers.end()), pointers.end());
+        });
+    }
+}
+
+TEST(Sort, SpecialValues) {
+    for (const std::size_t count : {std::size_t{7}, std::size_t{5000}}) {
+        std::vector<double> values{kInfinity, -0.0, 3, std::nan(""), -kInfinity, 0.0, -std::nan("")};
+        values.resize(count, 3.0);
+        sort_dvector(values.data(), static_cast<int32_t>(count));
+        std::erase_if(values, [](double value) { return std::isnan(value); });
+        EXPECT_EQ(values.size(), count - 2);
+        EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+    }
+    sort_dvector(nullptr, -1);
+    sort_lvector_by_index(nullptr, nullptr, INT32_MIN);
+}
+
+TEST(Sort, Quick) {
+    int16_t values[] = {3, -1, 2, 2};
+    const auto descending = [](const void *a, const void *b) {
+        return *static_cast<const int16_t *>(b) - *static_cast<const int16_t *>(a);
+    };
+    sort_quick(values, 4, sizeof *values, descending);
+    EXPECT_TRUE(std::is_sorted(std::rbegin(values), std::rend(values)));
+    sort_quick(nullptr, 0, 8, descending);
+}
+
+}  // namespace
