@@ -30,6 +30,7 @@
 #include "kv/memory.h"
 #include "kv/mini.h"
 #include "kv/numeric.h"
+#include "kv/scan.h"
 #include "kv/sort.h"
 #include "kv/strings.h"
 #include "kv/types.h"
