@@ -20,6 +20,7 @@
 #ifndef KV_H
 #define KV_H
 
+#include "kv/calc.h"
 #include "kv/clock.h"
 #include "kv/config.h"
 #include "kv/containers.h"
