@@ -1,5 +1,7 @@
 #include "calc/evaluator.hpp"
 
+#include <array>
+
 #include "kv/strings.h"
 
 #include "calc/values.hpp"
@@ -15,6 +17,16 @@ constexpr int kAdditiveLevel = 3;
 constexpr int kTermLevel = 4;
 constexpr int kPowerLevel = 5;
 
+constexpr std::array<std::int8_t, SCAN_EOF + 1> kLevels = [] {
+    std::array<std::int8_t, SCAN_EOF + 1> levels{};
+    for (const int kind : {SCAN_EQ, SCAN_NE, SCAN_LT, SCAN_GT, SCAN_LE, SCAN_GE})
+        levels[kind] = kComparisonLevel;
+    levels[SCAN_PLUS] = levels[SCAN_MINUS] = kAdditiveLevel;
+    levels[SCAN_STAR] = levels[SCAN_SLASH] = kTermLevel;
+    levels[SCAN_CARET] = kPowerLevel;
+    return levels;
+}();
+
 }  // namespace
 
 void Evaluator::run() {
@@ -26,11 +38,11 @@ void Evaluator::run() {
 Evaluator::Next Evaluator::read_operand() {
     switch (kind_) {
         case SCAN_MINUS:
-            frames_.push({.waiting = Waiting::negation});
+            frames_.push(Waiting::negation);
             read_token();
             return Next::operand;
         case SCAN_LPAREN:
-            frames_.push({.waiting = Waiting::parenthesis});
+            frames_.push(Waiting::parenthesis);
             read_token();
             return Next::operand;
         case SCAN_LONG:
@@ -52,7 +64,7 @@ Evaluator::Next Evaluator::read_keyword() {
     const auto keyword = static_cast<Keyword>(token_.lval);
     switch (keyword) {
         case Keyword::kNot:
-            frames_.push({.waiting = Waiting::complement});
+            frames_.push(Waiting::complement);
             read_token();
             return Next::operand;
         case Keyword::kPi:
@@ -70,7 +82,9 @@ Evaluator::Next Evaluator::read_keyword() {
 Evaluator::Next Evaluator::begin_function(Keyword keyword) {
     read_token();
     if (kind_ != SCAN_LPAREN) return fail(CALC_NO_ARGUMENT);
-    frames_.push({.waiting = Waiting::function, .operation = static_cast<std::int32_t>(keyword)});
+    Frame &function = frames_.push(Waiting::function);
+    function.operation = static_cast<std::int32_t>(keyword);
+    function.holds = false;
     read_token();
     return Next::operand;
 }
@@ -90,11 +104,10 @@ Evaluator::Next Evaluator::read_suffix() {
     apply_binary(level);
     if (error_ != CALC_OK) return Next::end;
     if (level == 0) return end_expression();
-    const bool logical = level == kLogicalLevel;
-    frames_.push({.waiting = Waiting::binary,
-                  .level = static_cast<std::int8_t>(level),
-                  .operation = logical ? token_.lval : kind_,
-                  .value = value_});
+    Frame &binary = frames_.push(Waiting::binary);
+    binary.level = static_cast<std::int8_t>(level);
+    binary.operation = level == kLogicalLevel ? token_.lval : kind_;
+    binary.value = value_;
     read_token();
     return Next::operand;
 }
@@ -108,29 +121,9 @@ void Evaluator::apply_prefixes() {
 }
 
 int Evaluator::binary_level() const {
-    switch (kind_) {
-        case SCAN_CARET:
-            return kPowerLevel;
-        case SCAN_STAR:
-        case SCAN_SLASH:
-            return kTermLevel;
-        case SCAN_PLUS:
-        case SCAN_MINUS:
-            return kAdditiveLevel;
-        case SCAN_EQ:
-        case SCAN_NE:
-        case SCAN_LT:
-        case SCAN_GT:
-        case SCAN_LE:
-        case SCAN_GE:
-            return kComparisonLevel;
-        case SCAN_KEYWORD: {
-            const auto keyword = static_cast<Keyword>(token_.lval);
-            return keyword == Keyword::kAnd || keyword == Keyword::kOr ? kLogicalLevel : 0;
-        }
-        default:
-            return 0;
-    }
+    if (kind_ == SCAN_KEYWORD)
+        return is_keyword(Keyword::kAnd) || is_keyword(Keyword::kOr) ? kLogicalLevel : 0;
+    return kLevels[static_cast<std::size_t>(kind_)];
 }
 
 // Computes the operators that wait and bind more tightly than the next one, of the given level; those of
@@ -173,9 +166,10 @@ Evaluator::Next Evaluator::end_expression() {
 }
 
 Evaluator::Next Evaluator::begin_branches() {
-    const bool holds = value_ != 0.0;
-    frames_.push({.waiting = Waiting::then_branch, .evaluate = evaluate_, .holds = holds});
-    evaluate_ = evaluate_ && holds;
+    Frame &branch = frames_.push(Waiting::then_branch);
+    branch.evaluate = evaluate_;
+    branch.holds = value_ != 0.0;
+    evaluate_ = evaluate_ && branch.holds;
     read_token();
     return Next::operand;
 }

@@ -1,7 +1,7 @@
 // What waits while an operand is evaluated, innermost last: the stack of the evaluation.
 #pragma once
 
-#include <array>
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -22,39 +22,49 @@ enum class Waiting : std::uint8_t {
 };
 
 struct Frame {
-    Waiting waiting = Waiting::parenthesis;
-    std::int8_t level = 0;       // of a binary operator: how tightly it binds
-    bool evaluate = true;        // whether the conditional around a branch is computed
-    bool holds = false;          // of a branch: the condition; of a function: an argument is kept
-    std::int32_t operation = 0;  // the token kind of an operator, or the keyword
-    double value = 0;            // the left operand, the argument kept, or the value of the first branch
+    Waiting waiting;
+    std::int8_t level;       // of a binary operator: how tightly it binds
+    bool evaluate;           // whether the conditional around a branch is computed
+    bool holds;              // of a branch: the condition; of a function: an argument is kept
+    std::int32_t operation;  // the token kind of an operator, or the keyword
+    double value;            // the left operand, the argument kept, or the value of the first branch
 };
 
 /// The first frames need no heap.
 class Frames {
   public:
-    bool empty() const { return count_ == 0; }
-    Frame &top() { return count_ <= kFew ? few_[count_ - 1] : more_.back(); }
-    /// Throws std::bad_alloc.
-    void push(const Frame &frame) {
-        if (count_ < kFew) {
-            few_[count_] = frame;
-        } else {
-            more_.push_back(frame);
-        }
-        ++count_;
+    Frames() = default;
+    Frames(const Frames &) = delete;
+    Frames &operator=(const Frames &) = delete;
+
+    bool empty() const { return top_ == begin_; }
+    Frame &top() { return top_[-1]; }
+    /// A frame on top, whose other fields are still to be set. Throws std::bad_alloc.
+    Frame &push(Waiting waiting) {
+        if (top_ == end_) grow();
+        top_->waiting = waiting;
+        return *top_++;
     }
-    void pop() {
-        if (count_ > kFew) more_.pop_back();
-        --count_;
-    }
+    void pop() { --top_; }
 
   private:
     static constexpr std::size_t kFew = 32;
 
-    std::size_t count_ = 0;
-    std::array<Frame, kFew> few_;
-    memory::Vector<Frame> more_;
+    void grow() {
+        const auto count = static_cast<std::size_t>(end_ - begin_);
+        memory::Vector<Frame> larger(2 * count);
+        std::copy(begin_, end_, larger.begin());
+        many_.swap(larger);
+        begin_ = many_.data();
+        top_ = begin_ + count;
+        end_ = begin_ + 2 * count;
+    }
+
+    Frame few_[kFew];
+    memory::Vector<Frame> many_;
+    Frame *begin_ = few_;
+    Frame *top_ = begin_;  // behind the last one
+    Frame *end_ = begin_ + kFew;
 };
 
 }  // namespace kv::calc

@@ -11,11 +11,10 @@ namespace kv::scan {
 inline constexpr std::int32_t kEnd = 0;
 
 enum Class : std::uint8_t {
-    kLetter = 1,  // A-Z, a-z
-    kUmlaut = 2,  // a letter where umlauts are on
-    kDigit = 4,
-    kUnderscore = 8,
-    kHexLetter = 16,  // A-F, a-f
+    kLetter = 1,  // A-Z, a-z, and umlauts where they are on
+    kDigit = 2,
+    kUnderscore = 4,
+    kHexLetter = 8,  // A-F, a-f
 };
 
 struct Umlaut {
@@ -25,16 +24,26 @@ struct Umlaut {
 inline constexpr Umlaut kUmlauts[] = {{0x8E, 0x84}, {0x99, 0x94}, {0x9A, 0x81}};  // ä, ö, ü
 inline constexpr std::uint8_t kSharpS = 0xE1;
 
-inline constexpr std::array<std::uint8_t, 256> kClasses = [] {
-    std::array<std::uint8_t, 256> classes{};
+/// The classes of the characters 0 to 255.
+using Classes = std::array<std::uint8_t, 256>;
+
+constexpr Classes make_classes(bool umlauts) {
+    Classes classes{};
     for (std::size_t c = 'A'; c <= 'Z'; ++c) classes[c] = classes[c + 'a' - 'A'] = kLetter;
     for (std::size_t c = 'A'; c <= 'F'; ++c) classes[c] = classes[c + 'a' - 'A'] = kLetter | kHexLetter;
     for (std::size_t c = '0'; c <= '9'; ++c) classes[c] = kDigit;
     classes['_'] = kUnderscore;
-    for (const Umlaut &umlaut : kUmlauts) classes[umlaut.capital] = classes[umlaut.small] = kUmlaut;
-    classes[kSharpS] = kUmlaut;
+    if (!umlauts) return classes;
+    for (const Umlaut &umlaut : kUmlauts) classes[umlaut.capital] = classes[umlaut.small] = kLetter;
+    classes[kSharpS] = kLetter;
     return classes;
-}();
+}
+
+inline constexpr Classes kClasses[2] = {make_classes(false), make_classes(true)};
+
+inline const Classes &classes_of(std::int32_t flags) {
+    return kClasses[(flags & SCAN_UMLAUTS) != 0 ? 1 : 0];
+}
 
 /// How characters are normalised as they are read: 0 to 255, each to its character.
 using Folding = std::array<std::uint8_t, 256>;

@@ -1,11 +1,10 @@
-// Keywords: an index of the caller's table, in the order of the texts.
+#include "scan/keywords.hpp"
+
 #include <algorithm>
 #include <cstring>
 #include <span>
 
 #include "kv/memory.h"
-
-#include "scan/literals.hpp"
 
 namespace kv::scan {
 

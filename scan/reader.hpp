@@ -9,22 +9,22 @@
 
 namespace kv::scan {
 
+/// A plain value: where it is a local variable whose address nobody has, it stays in registers over the
+/// calls of the source.
 class Reader {
   public:
-    explicit Reader(SCANNER &scanner)
-        : scanner_(scanner),
-          source_(scanner.source),
-          folding_(folding_of(scanner.flags)),
+    explicit Reader(const SCANNER &scanner)
+        : source_(scanner.source),
+          folding_(scanner.folding),
+          classes_(scanner.classes),
           current_(scanner.lookahead),
           line_(static_cast<std::uint32_t>(scanner.line)),
-          column_(static_cast<std::uint32_t>(scanner.column)),
-          letters_(scanner.has(SCAN_UMLAUTS) ? kLetter | kUmlaut : kLetter) {}
-    Reader(const Reader &) = delete;
-    Reader &operator=(const Reader &) = delete;
-    ~Reader() {
-        scanner_.lookahead = current_;
-        scanner_.line = line();
-        scanner_.column = column();
+          column_(static_cast<std::uint32_t>(scanner.column)) {}
+
+    void store(SCANNER &scanner) const {
+        scanner.lookahead = current_;
+        scanner.line = line();
+        scanner.column = column();
     }
 
     std::int32_t current() const { return current_; }
@@ -33,12 +33,12 @@ class Reader {
 
     bool is(char c) const { return current_ == c; }
     bool at_end() const { return current_ == kEnd; }
-    bool is_letter() const { return is_of(letters_); }
+    bool is_letter() const { return is_of(kLetter); }
     bool is_digit() const { return is_of(kDigit); }
-    bool begins_identifier() const { return is_of(letters_ | kUnderscore); }
-    bool continues_identifier() const { return is_of(letters_ | kUnderscore | kDigit); }
+    bool begins_identifier() const { return is_of(kLetter | kUnderscore); }
+    bool continues_identifier() const { return is_of(kLetter | kUnderscore | kDigit); }
     bool is_of(int classes) const {
-        return is_byte(current_) && (kClasses[index(current_)] & classes) != 0;
+        return is_byte(current_) && ((*classes_)[index(current_)] & classes) != 0;
     }
 
     /// Reads one further. The end is the end for good.
@@ -52,7 +52,7 @@ class Reader {
             ++column_;
         }
         if (is_byte(next)) {
-            current_ = folding_[index(next)];
+            current_ = (*folding_)[index(next)];
         } else {
             current_ = next == -1 ? kEnd : next;
         }
@@ -65,21 +65,16 @@ class Reader {
         return true;
     }
 
-    void skip_line() {
-        while (!is('\n') && !at_end()) advance();
-    }
-
   private:
     static bool is_byte(std::int32_t c) { return static_cast<std::uint32_t>(c) < 256; }
     static std::size_t index(std::int32_t c) { return static_cast<std::size_t>(c); }
 
-    SCANNER &scanner_;
-    const scan_source source_;
-    const Folding &folding_;
+    scan_source source_;
+    const Folding *folding_;
+    const Classes *classes_;
     std::int32_t current_;
     std::uint32_t line_;
     std::uint32_t column_;
-    const int letters_;
 };
 
 /// A token's text as it grows; what it cannot hold is dropped.

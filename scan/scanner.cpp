@@ -1,13 +1,15 @@
 // Scanners: opening, closing, and single characters.
 #include "scan/scanner.hpp"
 
-#include "scan/literals.hpp"
+#include "scan/keywords.hpp"
 #include "scan/reader.hpp"
 #include "scan/state.hpp"
 
 SCANNER *scan_open(scan_source source, int32_t flags, const char *const *keywords) noexcept {
     auto scanner = kv::memory::make_owned<SCANNER>(SCANNER{.source = source, .flags = flags});
     if (scanner == nullptr) return nullptr;
+    scanner->folding = &kv::scan::folding_of(flags);
+    scanner->classes = &kv::scan::classes_of(flags);
     while (keywords != nullptr && keywords[scanner->keyword_count] != nullptr) ++scanner->keyword_count;
     if (scanner->keyword_count > 0) {
         scanner->keywords = keywords;
@@ -47,4 +49,5 @@ void scan_character(SCANNER *scanner, int32_t *kind, char *ch) noexcept {
         *kind = reader.current() >= ' ' ? SCAN_OTHER : SCAN_VOID;
     }
     reader.advance();
+    reader.store(*scanner);
 }
