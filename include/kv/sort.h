@@ -36,6 +36,23 @@ KV_API void sort_lvector_by_index(int32_t *values, int32_t **pointers, int32_t n
 KV_API void sort_quick(void *base, uint32_t n, uint32_t size,
                        int (*compare)(const void *a, const void *b)) KV_NOEXCEPT;
 
+/** Says whether one element is to stand in front of another.
+ *
+ *  @param earlier  the element that came first in the list
+ *  @param later    the other one
+ *  @return 1 if earlier is smaller, 2 if it is greater, anything else if it is neither */
+typedef int32_t (*sort_compare_function)(LIST_ELEM *earlier, LIST_ELEM *later);
+
+/** Sorts a list by relinking its elements.
+ *
+ *  An element stays in front of a later one only if the comparison returns 1 (mode 1, ascending) or 2
+ *  (every other mode, descending); so elements that compare neither way come out in the reverse of their
+ *  order. A comparison that does not order consistently gives some order.
+ *
+ *  @param mode     1 ascending, anything else descending
+ *  @param compare  the comparison; called some n log n times, it must not change the list */
+KV_API void sort_list(LIST *list, int32_t mode, sort_compare_function compare) KV_NOEXCEPT;
+
 KV_END_DECLS
 
 #endif

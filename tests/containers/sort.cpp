@@ -96,4 +96,70 @@ TEST(Sort, Quick) {
     sort_quick(nullptr, 0, 8, descending);
 }
 
+struct Record {
+    LIST_ELEM links;
+    int32_t key;
+};
+
+int32_t compare_keys(LIST_ELEM *earlier, LIST_ELEM *later) {
+    const int32_t a = reinterpret_cast<Record *>(earlier)->key;
+    const int32_t b = reinterpret_cast<Record *>(later)->key;
+    if (a == b) return a % 2 == 0 ? 0 : 77;  // neither
+    return a < b ? 1 : 2;
+}
+
+// What inserting from the front gives.
+std::vector<Record *> inserted(const std::vector<Record *> &input, int32_t mode) {
+    std::vector<Record *> result;
+    for (Record *record : input) {
+        auto at = std::find_if(result.begin(), result.end(), [&](Record *each) {
+            return compare_keys(&each->links, &record->links) != (mode == 1 ? 1 : 2);
+        });
+        result.insert(at, record);
+    }
+    return result;
+}
+
+TEST(SortList, OrdersAsInsertingDoes) {
+    std::mt19937 random(9);
+    for (const std::size_t count : {0, 1, 2, 3, 7, 64, 65, 1000}) {
+        for (const int32_t mode : {1, 2, 0, -7}) {
+            std::vector<Record> records(count);
+            LIST list;
+            list_init(&list);
+            std::vector<Record *> input;
+            for (Record &record : records) {
+                record.key = static_cast<int32_t>(random() % (count / 3 + 1));
+                list_insert_after(&list, nullptr, &record.links);
+                input.push_back(&record);
+            }
+            sort_list(&list, mode, compare_keys);
+            std::vector<Record *> output;
+            LIST_ELEM *previous = nullptr;
+            for (LIST_ELEM *element = list.first; element != nullptr; element = element->next) {
+                EXPECT_EQ(element->prev, previous);
+                previous = element;
+                output.push_back(reinterpret_cast<Record *>(element));
+            }
+            EXPECT_EQ(list.last, previous);
+            EXPECT_EQ(list.count, static_cast<int32_t>(count));
+            EXPECT_EQ(output, inserted(input, mode)) << count << " in mode " << mode;
+        }
+    }
+}
+
+// Whatever the comparison answers, every element stays in the list.
+TEST(SortList, InconsistentComparisons) {
+    std::vector<Record> records(500);
+    LIST list;
+    list_init(&list);
+    for (Record &record : records) list_insert_after(&list, nullptr, &record.links);
+    sort_list(&list, 1, [](LIST_ELEM *, LIST_ELEM *) -> int32_t {
+        static std::mt19937 random(1);
+        return static_cast<int32_t>(random() % 3);
+    });
+    EXPECT_EQ(list.count, 500);
+    for (Record &record : records) EXPECT_EQ(list_isinlist(&list, &record.links), 1);
+}
+
 }  // namespace
