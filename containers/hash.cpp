@@ -3,7 +3,9 @@
 // Removing a key leaves a hole without a mark, and a lookup does not stop at one, so that by the rules a
 // key that is missing has been looked for in every slot. Each slot therefore counts the keys of the table
 // whose home it is: a lookup that has met them all is done. The result is the same.
+#include <cstddef>
 #include <cstring>
+#include <limits>
 
 #include "kv/containers.h"
 #include "kv/frame.h"
@@ -13,13 +15,25 @@
 
 namespace {
 
-struct Slot {
-    char *key;  // null: empty
+// A key with its value, in one block of memory.
+struct Entry {
     kv_value value;
+    char key[1];  // as long as it is
+};
+
+struct Slot {
+    Entry *entry;               // null: empty
     std::int32_t hash;          // of the key
-    std::int32_t home;          // of the key
     std::int32_t keys_at_home;  // keys in the table whose home this slot is
 };
+
+Entry *make_entry(const char *key) {
+    const std::size_t size = offsetof(Entry, key) + std::strlen(key) + 1;
+    if (size > std::numeric_limits<std::uint32_t>::max()) return nullptr;
+    auto *entry = static_cast<Entry *>(heap_malloc(static_cast<std::uint32_t>(size)));
+    if (entry != nullptr) std::memcpy(&entry->key, key, size - offsetof(Entry, key));
+    return entry;
+}
 
 // What a lookup needs of a key in one table.
 struct Wanted {
@@ -54,6 +68,10 @@ std::int32_t prime_from(std::int32_t size) {
     return prime;
 }
 
+bool holds(const Slot &slot, const char *key, std::int32_t hash) {
+    return slot.entry != nullptr && slot.hash == hash && std::strcmp(slot.entry->key, key) == 0;
+}
+
 }  // namespace
 
 struct HASH {
@@ -74,17 +92,13 @@ struct HASH {
     std::int32_t home_of(std::int32_t hash) const;
     std::int32_t after(std::int32_t position, std::int32_t home) const;
     std::int32_t find_place(const Wanted &wanted);
-    void start_lookup(std::int32_t hash);
+    bool start_lookup(const char *key, std::int32_t hash);
     bool probe(const char *key);
     void clear_slot(Slot &slot);
     void clear();
 };
 
 namespace {
-
-bool holds(const Slot &slot, const char *key, std::int32_t hash) {
-    return slot.key != nullptr && slot.hash == hash && std::strcmp(slot.key, key) == 0;
-}
 
 Wanted want(const HASH &table, const char *key) {
     const std::int32_t hash = table.hashfn(key);
@@ -110,39 +124,43 @@ std::int32_t HASH::find_place(const Wanted &wanted) {
     std::int32_t position = wanted.home;
     do {
         const Slot &slot = at(position);
-        if (slot.key == nullptr || holds(slot, wanted.key, wanted.hash)) return position;
+        if (slot.entry == nullptr || holds(slot, wanted.key, wanted.hash)) return position;
         position = after(position, wanted.home);
     } while (position != wanted.home);
     return -1;
 }
 
-inline void HASH::start_lookup(std::int32_t hash) {
+// Whether the home slot holds the key.
+inline bool HASH::start_lookup(const char *key, std::int32_t hash) {
+    const std::int32_t home = home_of(hash);
+    const Slot &slot = at(home);
+    probe_position = home;
+    if (holds(slot, key, hash)) return true;
+    probe_home = home;
     probe_hash = hash;
-    probe_home = home_of(hash);
-    probe_position = probe_home;
-    probe_left = at(probe_home).keys_at_home;
+    probe_left = slot.keys_at_home;
+    if (slot.entry != nullptr && home_of(slot.hash) == home) --probe_left;
+    return false;
 }
 
-// Whether the slot at the probe's position holds the key. Where nothing is left to be met, it is not looked
-// at.
+// Whether the next slot holds the key; some are left to be met.
 inline bool HASH::probe(const char *key) {
-    if (probe_left == 0) return false;
+    probe_position = after(probe_position, probe_home);
     const Slot &slot = at(probe_position);
-    if (slot.key == nullptr || slot.home != probe_home) return false;
-    if (slot.hash == probe_hash && std::strcmp(slot.key, key) == 0) return true;
-    --probe_left;
+    if (holds(slot, key, probe_hash)) return true;
+    if (slot.entry != nullptr && home_of(slot.hash) == probe_home) --probe_left;
     return false;
 }
 
 void HASH::clear_slot(Slot &slot) {
-    --at(slot.home).keys_at_home;
-    heap_free(slot.key);
-    slot.key = nullptr;
+    --at(home_of(slot.hash)).keys_at_home;
+    heap_free(slot.entry);
+    slot.entry = nullptr;
 }
 
 void HASH::clear() {
     for (std::int32_t i = 0; i < size; ++i) {
-        if (at(i).key != nullptr) clear_slot(at(i));
+        if (at(i).entry != nullptr) clear_slot(at(i));
     }
 }
 
@@ -182,14 +200,13 @@ int32_t hash_put(HASH *table, const char *key, kv_value value) noexcept {
     const std::int32_t index = table->find_place(wanted);
     if (index < 0) return -1;
     Slot &slot = table->at(index);
-    if (slot.key == nullptr) {
-        slot.key = str_alloc(key);
-        if (slot.key == nullptr) return -1;
+    if (slot.entry == nullptr) {
+        slot.entry = make_entry(key);
+        if (slot.entry == nullptr) return -1;
         slot.hash = wanted.hash;
-        slot.home = wanted.home;
         ++table->at(wanted.home).keys_at_home;
     }
-    slot.value = value;
+    slot.entry->value = value;
     return index;
 }
 
@@ -204,20 +221,18 @@ int32_t hash_get(HASH *table, const char *key, kv_value *value, int32_t *id) noe
             hashfn = found->hashfn;
             hash = hashfn(key);
         }
-        found->start_lookup(hash);
-        if (found->probe(key)) break;
+        if (found->start_lookup(key, hash)) break;
     }
     for (bool more = true; found == nullptr && more;) {
         more = false;
         for (HASH *each = table; each != nullptr && found == nullptr; each = each->parent) {
             if (each->probe_left == 0) continue;
-            each->probe_position = each->after(each->probe_position, each->probe_home);
-            if (each->probe(key)) found = each;
             more = true;
+            if (each->probe(key)) found = each;
         }
     }
     if (found == nullptr) return -1;
-    if (value != nullptr) *value = found->at(found->probe_position).value;
+    if (value != nullptr) *value = found->at(found->probe_position).entry->value;
     if (id != nullptr) *id = found->id;
     return found->probe_position;
 }
@@ -226,12 +241,12 @@ int32_t hash_get_index(HASH *table, int32_t index, char **key, kv_value *value) 
     if (key != nullptr) *key = nullptr;
     if (table == nullptr || index < 0 || index >= table->size) return -1;
     const Slot &slot = table->at(index);
-    if (slot.key == nullptr) return -1;
+    if (slot.entry == nullptr) return -1;
     if (key != nullptr) {
-        *key = str_alloc(slot.key);
+        *key = str_alloc(slot.entry->key);
         if (*key == nullptr) return -1;
     }
-    if (value != nullptr) *value = slot.value;
+    if (value != nullptr) *value = slot.entry->value;
     return index;
 }
 
@@ -241,7 +256,8 @@ int32_t hash_remove_name(HASH *table, const char *key) noexcept {
 }
 
 int32_t hash_remove_index(HASH *table, int32_t index) noexcept {
-    if (table == nullptr || index < 0 || index >= table->size || table->at(index).key == nullptr) return -1;
+    if (table == nullptr || index < 0 || index >= table->size || table->at(index).entry == nullptr)
+        return -1;
     table->clear_slot(table->at(index));
     return index;
 }

@@ -23,24 +23,51 @@ class Order {
     std::int32_t key_;
 };
 
+// Takes the first element off a chain. The one behind the new first is needed soon: it is fetched ahead,
+// since what a large list costs is waiting for its elements.
+inline LIST_ELEM *take_first(LIST_ELEM *&chain) {
+    LIST_ELEM *first = chain;
+    chain = first->next;
+    if (chain != nullptr) __builtin_prefetch(chain->next);
+    return first;
+}
+
 // Merges two chains along their `next`; those of `earlier` came first in the input.
 LIST_ELEM *merge(LIST_ELEM *earlier, LIST_ELEM *later, const Order &order) {
     LIST_ELEM *first = nullptr;
     LIST_ELEM **link = &first;
     while (earlier != nullptr && later != nullptr) {
-        LIST_ELEM *&chosen = order.keeps(earlier, later) ? earlier : later;
+        LIST_ELEM *chosen = take_first(order.keeps(earlier, later) ? earlier : later);
         *link = chosen;
         link = &chosen->next;
-        chosen = chosen->next;
     }
     *link = earlier != nullptr ? earlier : later;
     return first;
 }
 
-LIST_ELEM *sort(LIST_ELEM *element, const Order &order) {
+// The last merge makes the list, with the links in both directions.
+void merge_into(LIST &list, LIST_ELEM *earlier, LIST_ELEM *later, const Order &order) {
+    list.first = nullptr;
+    list.last = nullptr;
+    LIST_ELEM **link = &list.first;
+    while (earlier != nullptr || later != nullptr) {
+        const bool keep = later == nullptr || (earlier != nullptr && order.keeps(earlier, later));
+        LIST_ELEM *chosen = take_first(keep ? earlier : later);
+        *link = chosen;
+        link = &chosen->next;
+        chosen->prev = list.last;
+        list.last = chosen;
+    }
+    *link = nullptr;
+}
+
+}  // namespace
+
+void sort_list(LIST *list, int32_t mode, sort_compare_function compare) noexcept {
+    const Order order(mode, compare);
     // pieces[i] is a sorted chain of 2^i elements, or none; those with a larger i came earlier.
     std::array<LIST_ELEM *, 32> pieces{};
-    while (element != nullptr) {
+    for (LIST_ELEM *element = list->first; element != nullptr;) {
         LIST_ELEM *piece = element;
         element = element->next;
         piece->next = nullptr;
@@ -51,20 +78,12 @@ LIST_ELEM *sort(LIST_ELEM *element, const Order &order) {
         }
         pieces[i] = piece;
     }
-    LIST_ELEM *all = nullptr;
+    LIST_ELEM *first_part = nullptr;  // merged last, so that the merge that makes the list has two parts
+    LIST_ELEM *rest = nullptr;
     for (LIST_ELEM *piece : pieces) {
-        if (piece != nullptr) all = merge(piece, all, order);
+        if (piece == nullptr) continue;
+        if (first_part != nullptr) rest = merge(first_part, rest, order);
+        first_part = piece;
     }
-    return all;
-}
-
-}  // namespace
-
-void sort_list(LIST *list, int32_t mode, sort_compare_function compare) noexcept {
-    list->first = sort(list->first, Order(mode, compare));
-    list->last = nullptr;
-    for (LIST_ELEM *element = list->first; element != nullptr; element = element->next) {
-        element->prev = list->last;
-        list->last = element;
-    }
+    merge_into(*list, first_part, rest, order);
 }

@@ -41,34 +41,32 @@ void *allocate_block(std::size_t header, std::int32_t cachesize) {
     return heap_malloc(static_cast<std::uint32_t>(size));
 }
 
-void *take(Block &block, std::int32_t size) {
-    void *piece = block.cursor;
-    block.cursor += size;
-    block.remaining -= size;
-    return piece;
-}
-
 }  // namespace
 
 // A pool is its first block; behind that block's header stands what the pool needs besides.
 struct HEAP {
     Block block;
-    Block *last;
+    // Of the last block; its header is behind until another one is appended.
+    char *cursor;
+    std::int32_t remaining;
     std::int32_t most_before;  // the most bytes left in a block before the last; -1: there is none
+    Block *last;
     kv::memory::Vector<Block *> before;
     kv::memory::Vector<std::int32_t> tree;  // [1] is the root, [n] the maximum of [2n] and [2n + 1]
 
-    explicit HEAP(const Block &first) : block(first), last(&block), most_before(-1) {}
+    explicit HEAP(const Block &first)
+        : block(first), cursor(first.cursor), remaining(first.remaining), most_before(-1), last(&block) {}
 
     std::size_t leaves() const { return tree.size() / 2; }
-    void set_leaf(std::size_t index, std::int32_t remaining);
+    void set_leaf(std::size_t index, std::int32_t left);
     std::size_t first_with_more(std::int32_t size) const;
     void append_block();
+    void *take_before(std::int32_t size);
 };
 
-void HEAP::set_leaf(std::size_t index, std::int32_t remaining) {
+void HEAP::set_leaf(std::size_t index, std::int32_t left) {
     std::size_t node = leaves() + index;
-    tree[node] = remaining;
+    tree[node] = left;
     while (node > 1) {
         node /= 2;
         const std::int32_t most = std::max(tree[2 * node], tree[2 * node + 1]);
@@ -99,11 +97,26 @@ void HEAP::append_block() {
     }
     void *memory = allocate_block(sizeof(Block), block.cachesize);
     if (memory == nullptr) throw std::bad_alloc();
+    last->cursor = cursor;
+    last->remaining = remaining;
     before.push_back(last);
-    set_leaf(count - 1, last->remaining);
+    set_leaf(count - 1, remaining);
     char *data = static_cast<char *>(memory) + round_up(sizeof(Block));
     last->next = ::new (memory) Block{block.cachesize, block.cachesize, block.clear, data, nullptr};
     last = last->next;
+    cursor = data;
+    remaining = last->remaining;
+}
+
+// A piece of a block before the last, one of which has enough room.
+void *HEAP::take_before(std::int32_t size) {
+    const std::size_t index = first_with_more(size);
+    Block &serving = *before[index];
+    void *piece = serving.cursor;
+    serving.cursor += size;
+    serving.remaining -= size;
+    set_leaf(index, serving.remaining);
+    return piece;
 }
 
 HEAP *heap_open(int32_t cachesize, int32_t clear) noexcept {
@@ -134,12 +147,9 @@ void *heap_allocate(HEAP *pool, int32_t size) noexcept {
     const auto rounded = static_cast<std::int32_t>(round_up(static_cast<std::size_t>(size)));
     void *piece = nullptr;
     if (pool->most_before > rounded) {
-        const std::size_t index = pool->first_with_more(rounded);
-        Block &block = *pool->before[index];
-        piece = take(block, rounded);
-        pool->set_leaf(index, block.remaining);
+        piece = pool->take_before(rounded);
     } else {
-        if (pool->last->remaining <= rounded) {
+        if (pool->remaining <= rounded) {
             try {
                 pool->append_block();
             } catch (const std::bad_alloc &) {
@@ -147,7 +157,9 @@ void *heap_allocate(HEAP *pool, int32_t size) noexcept {
                 return nullptr;
             }
         }
-        piece = take(*pool->last, rounded);
+        piece = pool->cursor;
+        pool->cursor += rounded;
+        pool->remaining -= rounded;
     }
     if (pool->block.clear != 0 && size != 0) std::memset(piece, 0, static_cast<std::size_t>(size));
     return piece;

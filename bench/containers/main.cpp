@@ -1,0 +1,4 @@
+// Benchmarks of the containers beside comparable libraries.
+#include <benchmark/benchmark.h>
+
+BENCHMARK_MAIN();
