@@ -1,0 +1,38 @@
+// Any text as an expression; one that has a value has the same one inside others.
+#include <cmath>
+#include <cstring>
+
+#include "kv.h"
+
+#include "fuzz/support.hpp"
+
+namespace {
+
+bool evaluate(const std::string &text, double &value) {
+    char ok = 0;
+    const int32_t result = calc_expression(text.c_str(), &value, &ok);
+    KV_REQUIRE(result == ok && (result == 0 || result == 1));
+    return result == 1;
+}
+
+bool same(double a, double b) {
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    const std::string text = kvfuzz::Input(data, size).rest().c_str();
+    double value = 0;
+    double other = 0;
+    if (!evaluate(text, value)) {
+        KV_REQUIRE(!evaluate("-(" + text + ")", other));
+        return 0;
+    }
+    KV_REQUIRE(evaluate("((" + text + "))", other) && same(value, other));
+    KV_REQUIRE(evaluate("MAX(" + text + ")", other) && same(value, other));
+    KV_REQUIRE(evaluate("0?1/0:1?" + text + ":SQRT(-1)", other) && same(value, other));
+    KV_REQUIRE(evaluate("--" + std::string("(") + text + ")", other) && same(value, other));
+    KV_REQUIRE(evaluate("NOT(" + text + ")", other) && other == (value == 0.0 ? 1.0 : 0.0));
+    return 0;
+}
