@@ -76,6 +76,8 @@ Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions
     if (child == 0) {
         redirect(STDOUT_FILENO, out);
         redirect(STDERR_FILENO, err);
+        const int input = open(options.input.empty() ? "/dev/null" : options.input.c_str(), O_RDONLY);
+        dup2(input, STDIN_FILENO);
         if (chdir(directory_.c_str()) != 0) _exit(126);
         if (options.limit >= 0) {
             const rlimit limit = {options.limit_value, options.limit_value};

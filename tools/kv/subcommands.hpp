@@ -5,6 +5,10 @@
 
 namespace kvtool {
 
+/// `kv calc`: expressions.
+int run_calc(std::span<const char *const> words);
+/// `kv scan`: tokens.
+int run_scan(std::span<const char *const> words);
 /// `kv env`: environment files. Gets the words behind "env"; returns the exit code or throws Failure.
 int run_env(std::span<const char *const> words);
 /// `kv timer`: times commands. As run_env().
