@@ -11,8 +11,8 @@
 namespace kv::scan {
 
 struct State {
-    std::int32_t tracing;      // open scanners that trace
-    platform::LogFile *trace;  // owned; null: not open
+    std::int32_t tracing;         // open scanners that trace
+    platform::ReportFile *trace;  // owned; null: not open
 };
 
 extern State state;

@@ -51,7 +51,7 @@ void write(const char *format, ...) {
 
 std::int32_t start_trace() {
     if (state.trace == nullptr) {
-        auto file = memory::make_owned<platform::LogFile>();
+        auto file = memory::make_owned<platform::ReportFile>();
         if (file != nullptr && file->open("trc", true)) state.trace = file.release();
     }
     return ++state.tracing;
@@ -59,7 +59,7 @@ std::int32_t start_trace() {
 
 void end_trace() {
     if (--state.tracing > 0) return;
-    memory::Owned<platform::LogFile>{state.trace}.reset();
+    memory::Owned<platform::ReportFile>{state.trace}.reset();
     state.trace = nullptr;
 }
 
