@@ -1,8 +1,8 @@
 // The registry: a text file that the environment variable KV_REGISTRY names. "[key]" begins the values of a
 // key, "@=text" is its default value; lines that begin with ";" are comments.
+#include <algorithm>
 #include <climits>
 #include <cstdio>
-#include <cstring>
 #include <string_view>
 #include <strings.h>
 
@@ -61,8 +61,7 @@ bool registry_text(const char *key, char *text, std::size_t size) {
             in_key = is_header_of(line, key);
         } else if (in_key && is_default_value(line, value)) {
             if (value.size() >= size || value.find('\0') != value.npos) return false;
-            std::memcpy(text, value.data(), value.size());
-            text[value.size()] = '\0';
+            *std::copy(value.begin(), value.end(), text) = '\0';
             return true;
         }
     }
