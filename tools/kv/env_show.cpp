@@ -6,6 +6,7 @@
 #include "env_file.hpp"
 #include "env_walk.hpp"
 #include "failure.hpp"
+#include "quoting.hpp"
 
 namespace kvtool {
 
@@ -87,14 +88,14 @@ class Json : public Visitor {
 
     void text(const Item &item, std::string_view value) override {
         std::cout << "{\"name\": ";
-        write_string(item.name);
+        std::cout << json_string(item.name);
         std::cout << ", \"value\": ";
-        write_string(value);
+        std::cout << json_string(value);
         std::cout << (item.last ? "}\n" : "},\n");
     }
     void open_block(const Item &item) override {
         std::cout << "{\"name\": ";
-        write_string(item.name);
+        std::cout << json_string(item.name);
         std::cout << ", \"elements\": [\n";
         last_.push_back(item.last);
     }
@@ -104,21 +105,6 @@ class Json : public Visitor {
     }
 
   private:
-    static void write_string(std::string_view text) {
-        std::cout << '"';
-        for (const char c : text) {
-            const unsigned byte = byte_of(c);
-            if (byte < 0x20 || byte >= 0x7f) {
-                std::cout << "\\u00";
-                write_hex(byte);
-            } else {
-                if (c == '"' || c == '\\') std::cout << '\\';
-                std::cout << c;
-            }
-        }
-        std::cout << '"';
-    }
-
     std::vector<bool> last_;
 };
 

@@ -16,4 +16,7 @@ int run_timer(std::span<const char *const> words);
 /// `kv where`: the configuration search. As run_env().
 int run_where(std::span<const char *const> words);
 
+/// `kv record`: record files. As run_env().
+int run_record(std::span<const char *const> words);
+
 }  // namespace kvtool

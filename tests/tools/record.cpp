@@ -1,0 +1,193 @@
+// `kv record`: dumping and writing record files.
+#include <sys/stat.h>
+
+#include "tests/support/support.hpp"
+#include "tests/tools/program.hpp"
+
+namespace kvtest {
+
+namespace {
+
+using namespace std::string_literals;
+
+const std::string kIntel = "1.1  @kvINTEL   ";
+
+class Record : public ProgramTest {
+  protected:
+    void expect_record(std::vector<std::string> words, int code, const std::string &out,
+                       const std::string &err = {}, const std::string &input = {}) const {
+        words.insert(words.begin(), "record");
+        RunOptions options;
+        if (!input.empty()) {
+            write("input", input);
+            options.input = path("input");
+        }
+        std::string line;
+        for (const std::string &word : words) line += " '" + word + "'";
+        SCOPED_TRACE(line);
+        const Outcome outcome = run(words, options);
+        EXPECT_EQ(outcome.code, code) << outcome.err;
+        EXPECT_EQ(outcome.out, out);
+        EXPECT_TRUE(err.empty() ? outcome.err.empty() : outcome.err.find(err) != outcome.err.npos)
+            << "wanted: " << err << "\ngot: " << outcome.err;
+    }
+};
+
+TEST_F(Record, WritesAndDumpsEveryField) {
+    const std::string all = "d l,s6 f\th c";
+    expect_record({"write", "a.rec", all, "-0.1", "-2147483648", "ab c", "1e-3", "-32768", "x", "+1e300",
+                   "2147483647", "", "inf", "32767", "\xE4"},
+                  0, "");
+    EXPECT_EQ(content("a.rec").substr(0, 16), kIntel);
+    EXPECT_EQ(content("a.rec").size(), 16 + 2 * 25U);
+    EXPECT_EQ(content("a.rec").substr(16, 18), "\x9A\x99\x99\x99\x99\x99\xB9\xBF\0\0\0\x80"s + "ab c  ");
+    const std::string lines =
+        "-0.1\t-2147483648\t\"ab c\"\t0.001\t-32768\t\"x\"\n"
+        "1e+300\t2147483647\t\"\"\tinf\t32767\t\"\xE4\"\n";
+    expect_record({"dump", "a.rec", all}, 0, lines);
+    expect_record({"dump", "a.rec", all, "--json"}, 0,
+                  "[\n[-0.1, -2147483648, \"ab c\", 0.001, -32768, \"x\"],\n"
+                  "[1e+300, 2147483647, \"\", \"inf\", 32767, \"\\u00e4\"]\n]\n");
+    // What a dump prints makes the same file again.
+    expect_record({"write", "b.rec", all}, 0, "", "", lines);
+    EXPECT_EQ(content("b.rec"), content("a.rec"));
+    expect_record({"write", "b.rec", all, "--no-header"}, 0, "", "", "\r\n" + lines + " \n");
+    EXPECT_EQ(content("b.rec"), content("a.rec").substr(16));
+    expect_record({"dump", "b.rec", all, "--no-header"}, 0, lines);
+}
+
+TEST_F(Record, TextsOfAnyBytes) {
+    const std::string text = "\"\\\n\r\t\x01\x7F\xFF\0'z"s;
+    write("a.rec", text);
+    const std::string line = "\"\\\"\\\\\\n\\r\\t\\x01\\x7f\xFF\\x00'z\"\n";
+    expect_record({"dump", "a.rec", "s11", "--no-header"}, 0, line);
+    expect_record({"write", "b.rec", "s11", "--no-header"}, 0, "", "", line);
+    EXPECT_EQ(content("b.rec"), text);
+    expect_record({"dump", "a.rec", "s11", "--no-header", "--json"}, 0,
+                  "[\n[\"\\\"\\\\\\u000a\\u000d\\u0009\\u0001\\u007f\\u00ff\\u0000'z\"]\n]\n");
+}
+
+TEST_F(Record, ByteOrdersAndBrokenFiles) {
+    write("big.rec", "1.1  @kvMOTOROLA\x3F\xF0\0\0\0\0\0\0\0\0\0\x07"s);
+    expect_record({"dump", "big.rec", "d l"}, 0, "1\t7\n");
+    expect_record({"dump", "big.rec", "d f"}, 3, "", "big.rec: is big-endian");
+    expect_record({"dump", "big.rec", "h"}, 3, "", "big.rec: is big-endian");
+    expect_record({"dump", "big.rec", "d"}, 3, "1\n", "big.rec: record 2 is cut off");
+    expect_record({"dump", "big.rec", "d", "--json"}, 3, "[\n[1]\n]\n", "big.rec: record 2 is cut off");
+    expect_record({"dump", "big.rec", "s30", "--no-header"}, 3, "", "big.rec: record 1 is cut off");
+    write("none.rec", "12345678");
+    expect_record({"dump", "none.rec", "l"}, 3, "", "none.rec: has no header; --no-header");
+    expect_record({"dump", "none.rec", "l", "--no-header"}, 0, "875770417\n943142453\n");
+    write("none.rec", "");
+    expect_record({"dump", "none.rec", "l"}, 3, "", "none.rec: has no header");
+    expect_record({"dump", "none.rec", "l", "--no-header"}, 0, "");
+    expect_record({"dump", "none.rec", "l", "--no-header", "--json"}, 0, "[\n]\n");
+    write("none.rec", "1.1  @kvINTEL");
+    expect_record({"dump", "none.rec", "l"}, 3, "", "none.rec: the header is cut off");
+    write("none.rec", kIntel);
+    expect_record({"dump", "none.rec", "l"}, 0, "");
+    expect_record({"dump", "missing.rec", "l"}, 3, "", "missing.rec: cannot be read: No such file");
+    expect_record({"dump", ".", "l"}, 3, "", ".: is a directory");
+}
+
+TEST_F(Record, WhatDoesNotFitIsRefusedAndNothingWritten) {
+    write("a.rec", "old");
+    struct Case {
+        std::vector<std::string> words;
+        const char *err;
+        const char *input = "";
+    };
+    const Case cases[] = {
+        {{"l h", "1"}, "record 1: 1 values; a record has 2"},
+        {{"l h", "1", "2", "3"}, "record 2: 1 values; a record has 2"},
+        {{"l", "2147483648"}, "record 1: '2147483648' is too large or too small for a long"},
+        {{"h", "-32769"}, "for a short"},
+        {{"h", "1.5"}, "'1.5' is not a short"},
+        {{"h", ""}, "'' is not a short"},
+        {{"l", "0x10"}, "'0x10' is not a long"},
+        {{"d", "+-1"}, "'+-1' is not a double"},
+        {{"d", "1e999"}, "too large or too small for a double"},
+        {{"f", "1e39"}, "for a float"},
+        {{"s3", "abcd"}, "'abcd' has more than 3 characters"},
+        {{"c", "ab"}, "'ab' has more than 1 characters"},
+        {{"c", ""}, "c wants one character"},
+        {{"l"}, "line 2: 2 values; a record has 1", "1\n2 3\n"},
+        {{"s3"}, "line 1: a quoted text is not closed", "\"a\n"},
+        {{"s3"}, "line 1: a quoted text is not closed", "\"a\"b\n"},
+        {{"s3"}, "line 1: a quoted text", "\"\\q\"\n"},
+        {{"s3"}, "line 1: a quoted text", "\"\\x1\"\n"},
+        {{"", "1"}, "FORMAT names no field"},
+        {{"x", "1"}, "no field 'x' in FORMAT"},
+        {{"dl", "1"}, "no field 'dl'"},
+        {{"s", "1"}, "s needs a width"},
+        {{"s0", "1"}, "s needs a width"},
+        {{"s1000001", "1"}, "s needs a width"},
+        {{"s4x", "1"}, "s needs a width"},
+    };
+    for (const Case &each : cases) {
+        std::vector<std::string> words{"write", "a.rec"};
+        words.insert(words.end(), each.words.begin(), each.words.end());
+        expect_record(words, 2, "", each.err, each.input);
+        EXPECT_EQ(content("a.rec"), "old");
+    }
+    expect_record({}, 2, "", "kv record --help");
+    expect_record({"list"}, 2, "", "no action 'list'");
+    expect_record({"dump", "a.rec"}, 2, "", "wants FILE FORMAT");
+    expect_record({"dump", "a.rec", "l", "1"}, 2, "", "wants FILE FORMAT");
+    expect_record({"dump", "a.rec", "l", "--text"}, 2, "", "unknown option");
+}
+
+TEST_F(Record, AFullDiskLeavesTheFile) {
+    write("a.rec", "old");
+    RunOptions full;
+    full.limit = RLIMIT_FSIZE;
+    full.limit_value = 100;
+    const Outcome outcome = run({"record", "write", "a.rec", "s200", "1"}, full);
+    EXPECT_EQ(outcome.code, 3);
+    EXPECT_NE(outcome.err.find("a.rec: could not be saved"), outcome.err.npos) << outcome.err;
+    EXPECT_EQ(content("a.rec"), "old");
+    expect_record({"write", "/dev/full", "l", "1"}, 3, "", "/dev/full: could not be saved");
+    expect_record({"write", "no/a.rec", "l", "1"}, 3, "", "no/a.rec: could not be saved");
+    ASSERT_EQ(chmod(path("a.rec").c_str(), 0640), 0);
+    expect_record({"write", "a.rec", "l", "1"}, 0, "");
+    struct stat status {};
+    ASSERT_EQ(stat(path("a.rec").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0640U);
+}
+
+TEST_F(Record, HelpAndSamples) {
+    EXPECT_NE(run({"--help"}).out.find("record"), std::string::npos);
+    for (const std::vector<std::string> &words : std::vector<std::vector<std::string>>{
+             {"record", "--help"}, {"record", "dump", "--help"}, {"record", "write", "--help"}}) {
+        const Outcome help = run(words);
+        EXPECT_EQ(help.code, 0);
+        EXPECT_NE(help.out.find("FORMAT names"), std::string::npos);
+    }
+    const std::string examples = KV_TEST_EXAMPLES "/";
+    struct Sample {
+        std::vector<std::string> words;
+        const char *first;
+        const char *last;
+    };
+    const Sample samples[] = {
+        {{"press4.rec", "d l d d s12"},
+         "21600\t184211\t3128.7\t412.647\t\"WZ 4711-A\"\n",
+         "\n23198.152\t184234\t2488.9\t388.208\t\"WZ 0815-C\"\n"},
+        {{"press2.rec", "d l d d s12"},
+         "21600\t902377\t1818.2\t296.387\t\"WZ 3320-B\"\n",
+         "\n21706.459\t902388\t1820.6\t296.398\t\"WZ 3320-B\"\n"},
+        {{"gauge.rec", "h c f", "--no-header"}, "1207\t\"L\"\t1.5007\n", "\n1208\t\"R\"\t1.4943\n"},
+    };
+    for (const Sample &sample : samples) {
+        std::vector<std::string> words{"record", "dump", examples + sample.words[0]};
+        words.insert(words.end(), sample.words.begin() + 1, sample.words.end());
+        const Outcome dump = run(words);
+        EXPECT_EQ(dump.code, 0) << dump.err;
+        EXPECT_TRUE(dump.out.starts_with(sample.first)) << dump.out;
+        EXPECT_TRUE(dump.out.ends_with(sample.last)) << dump.out;
+    }
+}
+
+}  // namespace
+
+}  // namespace kvtest
