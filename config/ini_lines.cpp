@@ -36,7 +36,7 @@ std::string_view header_name(std::string_view text) {
 
 std::string_view without_blanks(std::string_view text) {
     const std::size_t start = text.find_first_not_of(' ');
-    if (start == text.npos) return {};
+    if (start == text.npos) return text.substr(0, 0);
     return text.substr(start, text.find_last_not_of(' ') + 1 - start);
 }
 
