@@ -4,6 +4,7 @@
 // that would lose something (a second hard link, an owner that cannot be kept) or is impossible, the
 // content is collected in memory and written in place at the end, after the room for it has been
 // reserved, so that a full disk leaves the old content.
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -46,6 +47,24 @@ void flush_directory(posix::HostPath &target, std::size_t directory) {
     if (descriptor < 0) return;
     fsync(descriptor);
     posix::close_descriptor(descriptor);
+}
+
+// The room is reserved first, so that a full disk shows before anything is overwritten. Should writing fail
+// all the same, the old content is written back.
+bool overwrite(int descriptor, const struct stat &status, const memory::Vector<char> &bytes) {
+    const auto size = static_cast<off_t>(bytes.size());
+    memory::Vector<char> old(static_cast<std::size_t>(std::min(size, status.st_size)));
+    const bool known = pread(descriptor, old.data(), old.size(), 0) == static_cast<ssize_t>(old.size());
+    const bool reserved =
+        size <= status.st_size || (!posix::io_fails() && posix_fallocate(descriptor, 0, size) == 0);
+    if (reserved && posix::write_all(descriptor, bytes.data(), bytes.size()) &&
+        ftruncate(descriptor, size) == 0) {
+        return flush_to_disk(descriptor);
+    }
+    if (known && lseek(descriptor, 0, SEEK_SET) == 0) posix::write_all(descriptor, old.data(), old.size());
+    // On a failure of this, too, there is nothing left to do.
+    [[maybe_unused]] const int result = ftruncate(descriptor, status.st_size);
+    return false;
 }
 
 }  // namespace
@@ -155,23 +174,20 @@ bool ReplacementFile::commit_temporary() {
 }
 
 bool ReplacementFile::commit_in_place() {
-    const int descriptor = posix::open_descriptor(paths_->target.text, O_WRONLY | O_CREAT | O_NOCTTY);
+    const int flags = O_CREAT | O_NOCTTY;
+    int descriptor = posix::open_descriptor(paths_->target.text, O_RDWR | flags);
+    if (descriptor < 0) descriptor = posix::open_descriptor(paths_->target.text, O_WRONLY | flags);
     struct stat status;
     if (descriptor < 0 || fstat(descriptor, &status) != 0) {
         posix::close_descriptor(descriptor);
         return false;
     }
-    bool done = true;
-    if (S_ISREG(status.st_mode)) {
-        const auto size = static_cast<off_t>(pending_.size());
-        if (size > status.st_size && (posix::io_fails() || posix_fallocate(descriptor, 0, size) != 0)) {
-            done = false;
-            if (ftruncate(descriptor, status.st_size) != 0) done = false;
-        }
-        done = done && posix::write_all(descriptor, pending_.data(), pending_.size()) &&
-               ftruncate(descriptor, size) == 0 && flush_to_disk(descriptor);
-    } else {
-        done = posix::write_all(descriptor, pending_.data(), pending_.size());
+    bool done = false;
+    try {
+        done = S_ISREG(status.st_mode) ? overwrite(descriptor, status, pending_)
+                                       : posix::write_all(descriptor, pending_.data(), pending_.size());
+    } catch (const std::bad_alloc &) {
+        exhausted_ = true;
     }
     return ::close(descriptor) == 0 && done;
 }
