@@ -13,8 +13,7 @@ namespace {
 constexpr std::string_view kBlanks = " \t";
 
 [[noreturn]] void fail_quoting(const std::string &text) {
-    throw Failure{kUsage,
-                  "kv env edit: a quote is not closed, or something stands right behind it: " + text};
+    throw Failure{kUsage, "a quote is not closed, or something stands right behind it: " + text};
 }
 
 // Takes the quoted word at the start of `rest` from it.
@@ -138,7 +137,7 @@ Edit parse_edit(const std::string &text) {
             rest.remove_prefix(end);
         }
     }
-    if (words.empty()) throw Failure{kUsage, "kv env edit: an edit is empty, see 'kv env edit --help'"};
+    if (words.empty()) throw Failure{kUsage, "an edit is empty"};
     Edit edit = {words.front(), {}};
     edit.words.assign(words.begin() + 1, words.end());
     return edit;

@@ -25,6 +25,7 @@ constexpr Subcommand kSubcommands[] = {
     {"calc", "evaluate expressions", run_calc},
     {"env", "read, edit, merge and check environment files", run_env},
     {"record", "print and write files of binary records", run_record},
+    {"ini", "read and change INI files", run_ini},
     {"scan", "show the tokens of a file", run_scan},
     {"timer", "time commands, and write the report of the times", run_timer},
     {"where", "find the main configuration file and others, and tell where it was looked", run_where},

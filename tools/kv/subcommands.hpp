@@ -11,6 +11,8 @@ int run_calc(std::span<const char *const> words);
 int run_scan(std::span<const char *const> words);
 /// `kv env`: environment files. Gets the words behind "env"; returns the exit code or throws Failure.
 int run_env(std::span<const char *const> words);
+/// `kv ini`: INI files. As run_env().
+int run_ini(std::span<const char *const> words);
 /// `kv timer`: times commands. As run_env().
 int run_timer(std::span<const char *const> words);
 /// `kv where`: the configuration search. As run_env().
