@@ -120,8 +120,79 @@ enum class FileKind { none, file, directory };
 
 /// What a path names; links are followed.
 FileKind file_kind(const char *path);
+/// True if the path names anything, a link that leads nowhere included.
+bool is_entry(const char *path);
 /// True if the path exists and may be read and written as far as asked.
 bool accessible(const char *path, bool reading, bool writing);
+
+/// One entry of a directory; of a link, what it leads to.
+struct FoundFile {
+    const char *name;  // until the next search step
+    bool directory;
+    bool hidden;
+    bool read_only;  // nobody may write it
+    std::uint64_t size;
+    std::int64_t modified;  // seconds since 1970
+};
+
+/// The entries of a directory whose names match a pattern, in the order of the system; "." and ".." are
+/// entries like any other.
+class DirectorySearch {
+  public:
+    DirectorySearch();
+    DirectorySearch(const DirectorySearch &) = delete;
+    DirectorySearch &operator=(const DirectorySearch &) = delete;
+    ~DirectorySearch();
+
+    /// `path` is a directory followed by a pattern, with "*" and "?" as DOS understands them. False if
+    /// there is no such directory. Throws std::bad_alloc.
+    bool open(const char *path);
+    /// False at the end.
+    bool next(FoundFile &file);
+
+  private:
+    struct Place;
+    memory::Owned<Place> place_;
+};
+
+enum class CopyResult { done, no_source, no_destination, short_write };
+
+/// Copies the content of a file over a file that may exist. A file copied onto itself stays as it is.
+CopyResult copy_file(const char *from, const char *to);
+/// False, and nothing has changed, if that fails or there is something at the new path. A name may change
+/// its case only.
+bool rename_file(const char *from, const char *to);
+/// False for a directory.
+bool remove_file(const char *path);
+bool make_directory(const char *path);
+/// False if the directory is not empty.
+bool remove_directory(const char *path);
+/// Writes a path that does not exist, beginning with `prefix`, in the directory of the setting TMP if that
+/// exists, else in `directory`; nothing is created, and no path is given twice. False if it does not fit.
+bool temporary_name(const char *directory, const char *prefix, char *name, std::size_t size);
+/// The bytes that the caller may still write to a drive; false if the system does not tell.
+bool free_space(char drive, double &bytes);
+
+/// What the desktop's shell does with a group of files and directories.
+struct ShellOperation {
+    enum class Function { copy, move, remove };
+
+    Function function;
+    const char *from;      // paths, each with its terminator, and an empty one at the end; the last
+                           // component may be a pattern, which stands for the entries that match it
+    const char *to;        // for copy and move: one for each path in `from`; that of a pattern says the
+                           // directory, its own last component being left out if it is a pattern
+    bool files_only;       // a pattern stands for files only, and a directory may not be named
+    bool allow_undo;       // what is removed can be restored by the user
+    const char *progress;  // the title of a window of progress; null for none
+    void *owner;           // the owner of that window
+};
+
+enum class ShellResult { done, aborted, failed };
+
+/// Directories are treated with all that is in them; directories that are missing at the new place are
+/// made. Files there are replaced. Throws std::bad_alloc.
+ShellResult shell_operation(const ShellOperation &operation);
 
 // ---- Drives and current directories. A drive is a capital letter; other characters are no drive.
 

@@ -300,6 +300,150 @@ KV_API int32_t fio_host_exist(const char *name) KV_NOEXCEPT;
  *  @return buf; it is the empty text when there is no such drive or the directory does not fit */
 KV_API char *fio_get_host_cwd(const char *host, char *buf, int32_t size) KV_NOEXCEPT;
 
+/* ---- Files and directories as a whole. They are named as everywhere in this family; a drive C: that has
+ * no directory yet gets one when something is made there. */
+
+/** Results of fio_copy(). */
+enum {
+    FIO_COPY_DONE = 0,           /**< copied */
+    FIO_COPY_NO_SOURCE = 1,      /**< the source could not be opened; nothing has changed */
+    FIO_COPY_NO_DESTINATION = 2, /**< the destination could not be created; nothing has changed */
+    FIO_COPY_SHORT_WRITE = 3     /**< not everything could be read and written */
+};
+
+/** Copies a file, byte for byte. An existing destination is overwritten in place; after
+ *  FIO_COPY_SHORT_WRITE it has the beginning of the source. A file copied onto itself stays as it is.
+ *
+ *  @return one of the FIO_COPY_ results */
+KV_API int32_t fio_copy(const char *srcdir, const char *srcname, const char *dstdir,
+                        const char *dstname) KV_NOEXCEPT;
+
+/** Not there yet: reports "Not yet implemented" (kv_error). The arguments are not read.
+ *
+ *  @retval -1  always */
+KV_API int32_t fio_move(const char *srcdir, const char *srcname, const char *dstdir,
+                        const char *dstname) KV_NOEXCEPT;
+
+/** Renames a file or a directory; both names are joined with dir. The case of a name can be changed.
+ *
+ *  @retval 0   done
+ *  @retval -1  failed, also when the new name is taken; nothing has changed */
+KV_API int32_t fio_rename(const char *dir, const char *oldname, const char *newname) KV_NOEXCEPT;
+
+/** The same as fio_purge_ex(dir, name, 0). */
+KV_API int32_t fio_purge(const char *dir, const char *name) KV_NOEXCEPT;
+
+/** Deletes a file.
+ *
+ *  @param recycle  0 to remove it; otherwise, on kv_get_win32() >= 4, it is put where the user can restore
+ *                  it: the recycle bin, on POSIX the desktop's trash
+ *  @retval 0   done; with recycle also when there is no such file
+ *  @retval -1  failed, also for a directory, and with recycle for a path of 255 characters; the file is
+ *              still there */
+KV_API int32_t fio_purge_ex(const char *dir, const char *name, int32_t recycle) KV_NOEXCEPT;
+
+/** Makes a directory, inside one that exists.
+ *
+ *  @retval 0   done
+ *  @retval -1  failed, also when there is something of that name */
+KV_API int32_t fio_mkdir(const char *dir) KV_NOEXCEPT;
+
+/** The same as fio_rmdir_ex(dir, 0). */
+KV_API int32_t fio_rmdir(const char *dir) KV_NOEXCEPT;
+
+/** Removes a directory.
+ *
+ *  @param recycle  as for fio_purge_ex(); with it the directory goes with all that is in it, without it
+ *                  only an empty one
+ *  @retval 0   done; with recycle also when there is nothing of that name
+ *  @retval -1  failed; the directory is still there */
+KV_API int32_t fio_rmdir_ex(const char *dir, int32_t recycle) KV_NOEXCEPT;
+
+/** Not there yet: reports "Not yet implemented" (kv_error). The argument is not read.
+ *
+ *  @retval -1  always */
+KV_API int32_t fio_islock(FIO *handle) KV_NOEXCEPT;
+
+/** What a directory entry is. */
+enum {
+    FIO_ATTR_FILE = 1,     /**< not a directory */
+    FIO_ATTR_DIR = 2,      /**< a directory */
+    FIO_ATTR_RDONLY = 8,   /**< may not be written; on POSIX: nobody has the permission */
+    FIO_ATTR_HIDDEN = 64,  /**< on POSIX: the name begins with a point, and is not "." or ".." */
+    FIO_ATTR_SYSTEM = 128, /**< never on POSIX */
+    FIO_ATTR_ARCHIVE = 512 /**< changed since the last backup; on POSIX every file that is no directory */
+};
+
+/** One entry of a directory. */
+typedef struct FIO_DIRENTRY {
+    char name[80];     /**< with its extension; of a longer name the first 79 characters */
+    uint32_t attrib;   /**< FIO_ATTR_ flags; the caller may use them as marks */
+    uint32_t size;     /**< in bytes, 0 for a directory, UINT32_MAX for more than that */
+    int32_t time;      /**< the last change, as clock_makevalue() gives it; 315529200 (the beginning of
+                            1980) if it is not known or 32 bits do not hold it */
+    uint32_t reserved; /**< not used */
+} FIO_DIRENTRY;
+
+/** Lists a directory, in the order in which the system gives the entries; "." and ".." are entries like
+ *  any other. On POSIX a link is listed as what it leads to.
+ *
+ *  @param dir      NIL or empty for the current directory
+ *  @param pattern  what the names are to match, without regard to case: "*" is any characters, "?" any one;
+ *                  NIL, empty, "*" and "*.*" are every name, "*." every name without an extension
+ *  @param option   not read
+ *  @param entries  receives an array that the caller frees with heap_free(), or NIL
+ *  @param count    receives the number of its records
+ *  @retval 0   done; with NIL and 0 if the heap was exhausted from the start
+ *  @retval -1  there is no such directory, nothing matches, the path is too long or the heap is exhausted;
+ *              NIL and 0 are stored */
+KV_API int32_t fio_listdir(const char *dir, const char *pattern, int32_t option, FIO_DIRENTRY **entries,
+                           int32_t *count) KV_NOEXCEPT;
+
+/** Operations of fio_group_operation(). */
+enum { FIO_GROUP_COPY = 0, FIO_GROUP_MOVE = 1, FIO_GROUP_DELETE = 2 };
+
+/** Copies, moves or deletes a group of files and directories with all that is in them, through the shell of
+ *  the system. Files that exist at the new place are replaced, directories there are filled, and
+ * directories that are missing above it are made. What is deleted goes where the user can restore it, as
+ * for fio_purge_ex(). On POSIX links are copied, moved and deleted as links, and nothing is shown.
+ *
+ *  A name may be a pattern, for the entries that match it; the new name then says the directory for them.
+ *
+ *  @param fromnames  joined with fromdir each; NIL at the end
+ *  @param tonames    joined with todir each, one for each of fromnames, NIL at the end; NIL to keep the
+ *                    names. Not read for deleting
+ *  @param filesonly  not 0: patterns stand for files only, and directories may not be named
+ *  @param title      the title of a window that shows the progress, or NIL for none
+ *  @param hwnd       the window that owns it, or NIL
+ *  @retval 0  done
+ *  @retval 1  the user has aborted it
+ *  @retval 2  failed, for example because a source is missing, a directory would be copied into itself, or
+ *             after one of the kv_message() "Bad fioOperation", "pFrom == NIL!", "Wrong 'from' names" and
+ *             "Wrong 'to' names" (an empty or too long path, or an exhausted heap). If a source or its new
+ *             place is wrong, nothing has changed; what fails later leaves what was done before */
+KV_API int32_t fio_group_operation(const char *fromdir, const char *const *fromnames, const char *todir,
+                                   const char *const *tonames, int32_t operation, int32_t filesonly,
+                                   const char *title, void *hwnd) KV_NOEXCEPT;
+
+/** Makes up the path of a temporary file that does not exist. It is not created.
+ *
+ *  The path is in the directory that the environment variable TMP names, if that exists, else in the
+ * current directory; the name begins with "kv_". No path is given twice.
+ *
+ *  @param out  receives the path, 257 bytes; may be NIL
+ *  @return the library's own buffer with the path, overwritten by the next call, not to be freed; NIL, with
+ *          both buffers empty, after a kv_error ("Failed _tempnam call", "Too long TmpName"). When the
+ *          current directory cannot be read ("Failed fio_getcwd call") "." is used */
+KV_API char *fio_tmpnam(char *out) KV_NOEXCEPT;
+
+/** The free space of a drive. Writes the line "GetDiskFreeSpaceEx:" to standard output, an empty line
+ * before it, when it succeeds.
+ *
+ *  @param drive  its first character is the drive's letter, in either case
+ *  @return the bytes that the caller may still write there; 0.0 when there is no such drive, the system
+ * does not tell, or drive is NIL */
+KV_API double fio_getdiskfree(const char *drive) KV_NOEXCEPT;
+
 /* ---- The switch for an application's checks of free space: the entry "aktiv" in the section "getdiskfree"
  * of the main configuration file. Nothing in the library consults it. */
 

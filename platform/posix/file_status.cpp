@@ -19,6 +19,12 @@ FileKind file_kind(const char *path) {
     return S_ISDIR(status.st_mode) ? FileKind::directory : FileKind::file;
 }
 
+bool is_entry(const char *path) {
+    HostPath host;
+    struct stat status;
+    return map_path(path, Purpose::read, host) && lstat(host.text, &status) == 0;
+}
+
 bool accessible(const char *path, bool reading, bool writing) {
     HostPath host;
     if (!map_path(path, Purpose::read, host)) return false;
