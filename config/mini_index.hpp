@@ -47,6 +47,7 @@ class Index {
 
     static Place place_for(Node &node);
     static Node *node_at(Place place);
+    static const Node *fetch(Place place);
     std::uint32_t position_of(std::string_view name, std::uint32_t hash) const;
     void allocate(std::uint32_t size);
     void grow();
