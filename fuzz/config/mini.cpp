@@ -171,6 +171,7 @@ void change_section(MINI &cache, Model &model, const char *section, const char *
 }
 
 void calls(MINI &cache, Model &model, Input &in) {
+    bool has_bulk = false;  // once is enough for an index
     for (unsigned count = in.byte() % 20; count > 0 && !in.empty(); --count) {
         const unsigned call = in.byte();
         const char *const section = in.section();
@@ -196,7 +197,9 @@ void calls(MINI &cache, Model &model, Input &in) {
                 change_section(cache, model, section, in.section());
                 break;
             default:
-                for (int i = 0; i < 10; ++i) write(cache, model, section, key + std::to_string(i), key);
+                for (int i = 0; i < 10 && !has_bulk; ++i)
+                    write(cache, model, section, key + std::to_string(i), key);
+                has_bulk = true;
         }
     }
 }
