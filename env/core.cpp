@@ -41,6 +41,7 @@ char *env_set_delimiter(const char *delimiter) noexcept {
         return state.previous_delimiter;
     }
     std::snprintf(state.delimiter, sizeof state.delimiter, "%.*s", kv::env::kDelimiterLength, delimiter);
+    ++state.changes;
     state.is_delimiter.fill(false);
     for (const char *at = state.delimiter; *at != '\0'; ++at)
         state.is_delimiter[static_cast<unsigned char>(*at)] = true;

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "env/index.hpp"
+#include "env/state.hpp"
 #include "memory/owned.hpp"
 
 namespace kv::env {
@@ -100,6 +101,7 @@ void free_element(Element *top) {
 }
 
 void clear_list(List &list) {
+    ++state.changes;
     drop_index(list);
     for (Element *element = list.first; element != nullptr;) {
         Element *next = element->next;

@@ -7,6 +7,7 @@
 
 #include "kv/env.h"
 
+#include "env/address_cache.hpp"
 #include "env/element.hpp"
 #include "env/report.hpp"
 #include "env/state.hpp"
@@ -25,6 +26,8 @@ struct ENV {
     std::int32_t mtime;   // seconds since 1970; -10: never read from a file
     ENV *next_handle;     // all open handles
     ENV *previous_handle;
+
+    kv::env::AddressCache addresses;  // of a root environment
 
     bool is_subenv() const { return root_element != nullptr; }
 };

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "env/index.hpp"
+#include "env/state.hpp"
 #include "memory/owned.hpp"
 
 namespace kv::env {
@@ -63,6 +64,7 @@ void insert_before(Element &where, ElementPointer owned) {
     (where.previous != nullptr ? where.previous->next : list.first) = element;
     where.previous = element;
     ++list.count;
+    ++state.changes;
     link_into_index(list, *element);
 }
 
@@ -72,6 +74,7 @@ ElementPointer unlink(Element &element) {
     (element.previous != nullptr ? element.previous->next : list.first) = element.next;
     (element.next != nullptr ? element.next->previous : list.last) = element.previous;
     --list.count;
+    ++state.changes;
     return ElementPointer(&element);
 }
 

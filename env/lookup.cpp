@@ -63,6 +63,10 @@ Lookup locate(ENV *env, const char *section, const char *path, bool exact) {
             report("bypass Nil section");
             return {ENV_ERROR};
         }
+        if (exact && path != nullptr) {
+            if (Element *known = env->addresses.find(section, path); known != nullptr)
+                return by_type(known);
+        }
         start = find_section(env, section);
         if (start == nullptr) return {ENV_NOT_FOUND};
     }
@@ -71,7 +75,9 @@ Lookup locate(ENV *env, const char *section, const char *path, bool exact) {
     if (!split.split(path)) return {ENV_BAD_PATH};
     if (exact) {
         const Resolution resolution = resolve_exact(*start, split.steps());
-        return by_type(resolution.rest.empty() ? resolution.last : nullptr);
+        if (!resolution.rest.empty()) return {ENV_NOT_FOUND};
+        if (!env->is_subenv()) env->addresses.keep(section, path, *resolution.last);
+        return by_type(resolution.last);
     }
     Element *element = start;
     for (const Step &step : split.steps()) {

@@ -27,7 +27,8 @@ constinit State state{.delimiter = "@",
                       .is_delimiter = only('@'),
                       .iteration = {},
                       .syntax_error = {},
-                      .first_handle = nullptr};
+                      .first_handle = nullptr,
+                      .changes = 0};
 
 Lock::Lock() : taken_(kv_get_win32() >= 3) {
     if (taken_) lock().lock();

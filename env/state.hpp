@@ -36,6 +36,9 @@ struct State {
     Iteration iteration;
     SyntaxError syntax_error;
     ENV *first_handle;  // all open environments and sub-environments
+    // Counts what may lead an address to another element than before, or to one that is gone: elements
+    // taken out or inserted in any tree, another delimiter. Elements that are appended do not.
+    std::uint64_t changes;
 };
 
 extern State state;
