@@ -40,10 +40,13 @@ std::uint32_t hash_of(const Address &address) {
 
 // True if a search for the element went through several tables.
 bool is_behind_tables(const Element &element) {
-    int tables = 0;
-    for (const Element *each = &element; each != nullptr && tables < 2; each = each->parent->owner)
-        tables += each->parent->names.is_built() ? 1 : 0;
-    return tables == 2;
+    bool one = false;
+    for (const Element *each = &element; each != nullptr; each = each->parent->owner) {
+        if (!each->parent->names.is_built()) continue;
+        if (one) return true;
+        one = true;
+    }
+    return false;
 }
 
 }  // namespace
@@ -72,18 +75,16 @@ Element *AddressCache::find_in_places(const char *section, const char *path) {
     for (std::size_t at = hash & mask; places_[at].record != kFree; at = (at + 1) & mask) {
         if (places_[at].hash != hash) continue;
         auto &record = reinterpret_cast<Record &>(words_[places_[at].record]);
-        // What is read next may lie in two cache lines: both are fetched while the address is compared.
-        __builtin_prefetch(record.element);
-        __builtin_prefetch(record.element->name() + 1);
+        prefetch(*record.element);
         if (record.is_of(address)) return record.element;
     }
     return nullptr;
 }
 
 void AddressCache::keep_searched(const char *section, const char *path, Element &element) {
+    if (!is_behind_tables(element)) return;
     const Address address{section, path};
-    if (!is_behind_tables(element) || address.section.size() + address.path.size() > kLongestAddress)
-        return;
+    if (address.section.size() + address.path.size() > kLongestAddress) return;
     if (count_ == kMostAddresses) {
         clear();
         given_up_ = true;

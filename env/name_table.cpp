@@ -42,11 +42,8 @@ Element *Namesakes::first() const {
     return all_ != nullptr ? all_->front() : only_;
 }
 
-// The record and the name are read next, the text behind them soon: where they lie in two cache lines, both
-// are fetched at once.
-void Namesakes::prefetch() const {
-    constexpr std::size_t kCacheLine = 64;
-    if (only_ != nullptr) __builtin_prefetch(reinterpret_cast<const char *>(only_) + kCacheLine);
+void Namesakes::prefetch_only() const {
+    if (only_ != nullptr) prefetch(*only_);
 }
 
 std::int32_t Namesakes::count() const {
@@ -98,7 +95,7 @@ std::size_t NameTable::place_of(std::string_view name, std::uint32_t hash) const
         if (tag == kFree) return place;
         if ((tag & ~kRepeated) != wanted) continue;
         const Namesakes found = namesakes(place);
-        found.prefetch();
+        found.prefetch_only();
         if (found.first()->is_named(name)) return place;
     }
 }

@@ -23,7 +23,7 @@ class Namesakes {
     Namesakes(void *reference, bool repeated);
 
     /// Lets the processor fetch the only one, which is about to be read.
-    void prefetch() const;
+    void prefetch_only() const;
     /// The first of them; null if there are none.
     Element *first() const;
     std::int32_t count() const;

@@ -88,9 +88,16 @@ void Ordered::settle(std::size_t chunk) {
 
 Element *Ordered::at(std::size_t position) {
     settle(chunks_.size() - 1);
-    const auto behind = std::upper_bound(starts_.begin(), starts_.end(), position);
-    const auto chunk = static_cast<std::size_t>(behind - starts_.begin()) - 1;
-    return chunks_[chunk][position - starts_[chunk]];
+    // Where all were appended, the chunks before are full.
+    std::size_t chunk = position / kChunkSize;
+    if (chunk >= chunks_.size() || position < starts_[chunk] ||
+        position - starts_[chunk] >= chunks_[chunk].size()) {
+        const auto behind = std::upper_bound(starts_.begin(), starts_.end(), position);
+        chunk = static_cast<std::size_t>(behind - starts_.begin()) - 1;
+    }
+    Element *const found = chunks_[chunk][position - starts_[chunk]];
+    prefetch(*found);
+    return found;
 }
 
 std::size_t Ordered::position(const Element &element) {

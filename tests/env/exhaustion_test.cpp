@@ -164,6 +164,33 @@ TEST(Exhaustion, Lookups) {
     for (const Operation &operation : operations) sweep(operation);
 }
 
+// Addresses are kept while they are looked up again and again; without memory for that nothing else
+// changes.
+TEST(Exhaustion, KeptAddresses) {
+    std::string text;
+    for (int i = 0; i < 400; ++i) {
+        if (i % 40 == 0) text += numbered("[s", i / 40) + "]\n";
+        text += numbered("n", i % 40) + numbered(" =", i) + "\n";
+    }
+    sweep_allocation_failures([&](std::int64_t successes) {
+        SCOPED_TRACE(testing::Message() << successes << " allocations succeed");
+        std::unique_ptr<Respite> respite = std::make_unique<Respite>();
+        const Env env = tree(text);
+        respite.reset();
+        int wrong = 0;
+        for (int i = 0; i < 1200; ++i) {
+            const int s = i % 10, n = i / 10 % 10;
+            const char section[] = {'s', static_cast<char>('0' + s), '\0'};
+            const char name[] = {'n', static_cast<char>('0' + n), '\0'};
+            int32_t value = -1;
+            env_get_long(env.get(), section, name, 1, &value);
+            wrong += value != s * 40 + n ? 1 : 0;
+        }
+        respite = std::make_unique<Respite>();
+        EXPECT_EQ(wrong, 0);
+    });
+}
+
 TEST(Exhaustion, Merging) {
     const Env source = tree(kTree);
     for (const int32_t mode : {ENV_SINK_ADD, ENV_SINK_APPEND, ENV_SINK_REPLACE, ENV_SINK_UPDATE}) {

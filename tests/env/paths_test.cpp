@@ -263,4 +263,88 @@ TEST(Paths, Delimiter) {
     EXPECT_STREQ(env_get_delimiter(), "@");
 }
 
+// Ten sections with a block of ten names each in ten blocks; every leaf has the value "section.block.name",
+// and a second leaf of its name the value "again".
+constexpr int kMany = 10;
+
+Env many_addresses() {
+    std::string text;
+    for (int s = 0; s < kMany; ++s) {
+        text += numbered("[s", s) + "]\n";
+        for (int b = 0; b < kMany; ++b) {
+            text += numbered("b", b) + " ={\n";
+            for (int n = 0; n < kMany; ++n) {
+                const std::string name = numbered("n", n);
+                text += name + numbered(" =", s) + numbered(".", b) + numbered(".", n) + "\n" + name +
+                        " =again\n";
+            }
+            text += "}\n";
+        }
+    }
+    return tree(text);
+}
+
+// Every address twice, so that the second time it may be known.
+void expect_all(ENV *env) {
+    for (int i = 0; i < 2 * kMany * kMany * kMany; ++i) {
+        const int s = i / 100 % 10, b = i / 10 % 10, n = i % 10;
+        const std::string section = numbered("s", s), path = numbered("b", b) + numbered("@n", n);
+        ASSERT_EQ(get(env, section.c_str(), path.c_str()),
+                  numbered("", s) + numbered(".", b) + numbered(".", n));
+        ASSERT_EQ(get(env, section.c_str(), (path + "@2").c_str()), "again");
+    }
+}
+
+TEST(Paths, KnownAddressesFollowEveryChange) {
+    const std::string missing = testing::PrintToString(ENV_NOT_FOUND);
+    const struct {
+        const char *change;
+        std::function<int32_t(ENV *)> make;
+        const char *path;
+        std::string value;
+    } cases[] = {
+        {"delete", [](ENV *e) { return env_delete(e, "s3", "b4@n5"); }, "b4@n5", "again"},
+        {"delete a block", [](ENV *e) { return env_delete(e, "s3", "b4"); }, "b4@n5", missing},
+        {"delete a section", [](ENV *e) { return env_delete(e, "s3", nullptr); }, "b4@n5", missing},
+        {"insert a leaf", [](ENV *e) { return env_insert_before(e, "s3", "b4@n5", "n5"); }, "b4@n5@2",
+         "3.4.5"},
+        {"insert a block", [](ENV *e) { return env_insert_before(e, "s3", "b0", "b4"); }, "b4@n5", missing},
+        {"insert a section", [](ENV *e) { return env_insert_before(e, "s0", nullptr, "s3"); }, "b4@n5",
+         missing},
+        {"put", [](ENV *e) { return env_put(e, "s3", "b4@n5", "a longer text than before"); }, "b4@n5",
+         "a longer text than before"},
+        {"put over a block", [](ENV *e) { return env_put(e, "s3", "b4", "leaf"); }, "b4@n5", missing},
+        {"put a block", [](ENV *e) { return env_put(e, "s3", "b4@n5@below", "1"); }, "b4@n5@below", "1"},
+        {"append", [](ENV *e) { return env_put(e, "s3", "b4@n5@3", "third"); }, "b4@n5", "3.4.5"},
+        {"read", [](ENV *e) { return read_text(e, "[s3]\nb4 ={\nn5 =read\n}\n"); }, "b4@n5", "read"},
+        {"delimiter", [](ENV *) { return env_set_delimiter("/") != nullptr ? ENV_OK : ENV_ERROR; }, "b4@n5",
+         missing},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.change);
+        const Env env = many_addresses();
+        expect_all(env.get());
+        EXPECT_EQ(row.make(env.get()), ENV_OK);
+        EXPECT_EQ(get(env.get(), "s3", row.path), row.value);
+        env_set_delimiter("@");
+        EXPECT_EQ(get(env.get(), "s2", "b4@n5"), row.change == std::string("read") ? missing : "2.4.5");
+    }
+}
+
+// More addresses than are worth keeping.
+TEST(Paths, VeryManyAddresses) {
+    const Env env = open_env();
+    const auto each = [](auto act) {
+        for (int i = 0; i < 20000; ++i) act(numbered("s", i % 20), numbered("n", i), numbered("", i));
+    };
+    each([&](const std::string &section, const std::string &path, const std::string &value) {
+        ASSERT_EQ(env_put(env.get(), section.c_str(), path.c_str(), value.c_str()), ENV_OK);
+    });
+    for (int round = 0; round < 2; ++round) {
+        each([&](const std::string &section, const std::string &path, const std::string &value) {
+            ASSERT_EQ(get(env.get(), section.c_str(), path.c_str()), value);
+        });
+    }
+}
+
 }  // namespace
