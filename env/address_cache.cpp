@@ -38,21 +38,11 @@ std::uint32_t hash_of(const Address &address) {
     return kv::env::hash_of(address.section) * kMultiplier ^ kv::env::hash_of(address.path);
 }
 
-// True if a search for the element went through several tables.
-bool is_behind_tables(const Element &element) {
-    bool one = false;
-    for (const Element *each = &element; each != nullptr; each = each->parent->owner) {
-        if (!each->parent->names.is_built()) continue;
-        if (one) return true;
-        one = true;
-    }
-    return false;
-}
-
 }  // namespace
 
 bool AddressCache::is_warming_up() {
     if (changes_ == state.changes) return ++searches_ < kWarmUp;
+    clear();
     changes_ = state.changes;
     searches_ = 0;
     return true;
@@ -65,10 +55,7 @@ void AddressCache::clear() {
 }
 
 Element *AddressCache::find_in_places(const char *section, const char *path) {
-    if (changes_ != state.changes) {
-        clear();
-        return nullptr;
-    }
+    if (changes_ != state.changes) return nullptr;
     const Address address{section, path};
     const std::uint32_t hash = hash_of(address);
     const std::size_t mask = places_.size() - 1;
@@ -82,7 +69,6 @@ Element *AddressCache::find_in_places(const char *section, const char *path) {
 }
 
 void AddressCache::keep_searched(const char *section, const char *path, Element &element) {
-    if (!is_behind_tables(element)) return;
     const Address address{section, path};
     if (address.section.size() + address.path.size() > kLongestAddress) return;
     if (count_ == kMostAddresses) {

@@ -28,7 +28,7 @@ class AddressCache {
     Element *find(const char *section, const char *path) {
         return places_.empty() ? nullptr : find_in_places(section, path);
     }
-    /// Keeps the outcome of an exact search, if that helps.
+    /// Keeps the outcome of an exact search, if there is room and no change was made lately.
     void keep(const char *section, const char *path, Element &element) {
         if (!given_up_ && !is_warming_up()) keep_searched(section, path, element);
     }

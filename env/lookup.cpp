@@ -43,17 +43,19 @@ Element *find_section(ENV *env, const char *section) {
 
 Resolution resolve_exact(Element &start, std::span<const Step> steps) {
     Element *element = &start;
+    std::int32_t tables = 0;
     for (; !steps.empty(); steps = steps.subspan(1)) {
         const Step &step = steps.front();
         List *list = element->list();
         Element *next = list != nullptr ? find(*list, step.name(), step.index) : nullptr;
         if (next == nullptr) {
             const std::int32_t present = list != nullptr ? count_named(*list, step.name()) : 0;
-            return {element, steps, step.index - present};
+            return {element, steps, step.index - present, tables};
         }
+        tables += list->names.is_built() ? 1 : 0;
         element = next;
     }
-    return {element, {}, 0};
+    return {element, {}, 0, tables};
 }
 
 Lookup locate(ENV *env, const char *section, const char *path, bool exact) {
@@ -76,7 +78,9 @@ Lookup locate(ENV *env, const char *section, const char *path, bool exact) {
     if (exact) {
         const Resolution resolution = resolve_exact(*start, split.steps());
         if (!resolution.rest.empty()) return {ENV_NOT_FOUND};
-        if (!env->is_subenv()) env->addresses.keep(section, path, *resolution.last);
+        // Behind a single long list its table is as good.
+        if (!env->is_subenv() && resolution.tables + (env->sections.names.is_built() ? 1 : 0) > 1)
+            env->addresses.keep(section, path, *resolution.last);
         return by_type(resolution.last);
     }
     Element *element = start;

@@ -29,6 +29,7 @@ struct Resolution {
     Element *last;
     std::span<const Step> rest;  // empty if the element was found, else the steps from the missing one on
     std::int32_t missing;        // how many more elements of the first of them there would have to be
+    std::int32_t tables;         // how many long lists were searched
 };
 Resolution resolve_exact(Element &start, std::span<const Step> steps);
 
