@@ -77,7 +77,7 @@ void AddressCache::keep_searched(const char *section, const char *path, Element 
         return;
     }
     try {
-        if ((count_ + 1) * 3 > places_.size() * 2) grow();
+        if ((std::size_t{count_} + 1) * 3 > places_.size() * 2) grow();
         put({hash_of(address), add_record(address, element)});
         ++count_;
     } catch (const std::bad_alloc &) {
