@@ -1,4 +1,5 @@
 // What becomes of an INI file when a change fails, is killed, or meets another one.
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -239,17 +240,34 @@ TEST_F(IniSafety, AKilledChangeLeavesOldOrNew) {
     int changed = 0;
     reset(versions[0]);
     std::string before = versions[0];
+    int latest = 500;  // microseconds until the kill; as many as changes take here
     for (int run = 0; run < 1000; ++run) {
+        int ready[2];
+        ASSERT_EQ(pipe(ready), 0);
         const pid_t child = fork();
         if (child == 0) {
-            for (int i = run;; ++i) ini_write_string(file.c_str(), "", "n", i % 2 == 0 ? "22" : "1");
+            // The first change is slow, as a new process is.
+            ini_write_string(file.c_str(), "", "n", before == versions[0] ? "1" : "22");
+            static_cast<void>(!write(ready[1], "r", 1));
+            for (int i = before == versions[0] ? 0 : 1;; ++i)
+                ini_write_string(file.c_str(), "", "n", i % 2 == 0 ? "22" : "1");
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 1500));
+        char byte = 0;
+        ASSERT_EQ(read(ready[0], &byte, 1), 1);
+        close(ready[0]);
+        close(ready[1]);
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % static_cast<unsigned>(latest)));
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         const std::string now = content();
         ASSERT_TRUE(now == versions[0] || now == versions[1]) << "run " << run << ": " << now.size();
-        changed += now != before ? 1 : 0;
+        // Seldom changed: the changes are slower.
+        if (now != before) {
+            ++changed;
+            latest = std::max(latest - 20, 100);
+        } else {
+            latest = std::min(latest + 20, 10000);
+        }
         before = now;
     }
     EXPECT_GT(changed, 50);  // the children did get to their work
