@@ -88,6 +88,8 @@ FIO *fio_open(const char *dir, const char *name, uint32_t flags) noexcept {
             write_header(stream.file);
         } else {
             handle->byteorder = read_header(stream.file);
+            // The first thing on a handle that is to be updated may be a write.
+            if (mode->update) kv::platform::stream_seek(stream, 0, SEEK_CUR);
         }
     }
     return handle.release();

@@ -24,8 +24,10 @@ constexpr char kCtrlZ = 26;
 }
 
 struct TextLayer {
+    explicit TextLayer(bool appends) : append(appends) {}
+
     int descriptor = -1;
-    bool append = false;
+    const bool append;
     bool seekable = false;
     bool line_end = false;     // the last piece was a CR LF
     std::int64_t offset = 0;   // of the descriptor; the block that was read ends there
@@ -215,7 +217,6 @@ void remove_end_mark(int descriptor, const struct stat &status) {
 
 std::FILE *open_text(TextLayer &layer, int descriptor, const StreamMode &mode) {
     layer.descriptor = descriptor;
-    layer.append = mode.access == StreamMode::Access::append;
     layer.seekable = lseek(descriptor, 0, SEEK_CUR) >= 0;
     return fopencookie(&layer, mode_text(mode), {read_text, write_text, seek_text, close_text});
 }
@@ -224,7 +225,8 @@ std::FILE *open_text(TextLayer &layer, int descriptor, const StreamMode &mode) {
 
 Stream open_stream(const char *path, const StreamMode &mode) {
     // Before the file, which opening may empty.
-    memory::Owned<TextLayer> layer = mode.text ? memory::make_owned<TextLayer>() : nullptr;
+    memory::Owned<TextLayer> layer =
+        mode.text ? memory::make_owned<TextLayer>(mode.access == StreamMode::Access::append) : nullptr;
     if (mode.text && layer == nullptr) return {};
     posix::HostPath host;
     const bool reads = mode.access == StreamMode::Access::read;

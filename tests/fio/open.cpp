@@ -143,6 +143,11 @@ TEST(Open, HeaderRead) {
             EXPECT_EQ(std::memcmp(&number, each.content.data(), 4), 0);
         }
     }
+    // A file that is to be updated can be written at once.
+    File changed = open_content("1.1  @kvMOTOROLA1234", FIO_READ | FIO_UPDATE | FIO_HEADER);
+    EXPECT_EQ(fio_putlong(changed.get(), 0x64636261), 0);
+    changed.reset();
+    EXPECT_EQ(written_content(), "1.1  @kvMOTOROLAabcd");
     // It is not looked for without the flag, nor in text or when appending.
     for (const uint32_t flags : {1, 49, 12 + 32}) {
         const File file = open_content("1.1  @kvMOTOROLA", flags);
