@@ -65,7 +65,7 @@ TEST(Open, Flags) {
 
 TEST(Open, WhatCannotBeOpened) {
     std::filesystem::create_directory(drive_c() / "folder");
-    for (const uint32_t flags : {1, 2, 4, 9, 17, 25}) {
+    for (const uint32_t flags : {1U, 2U, 4U, 9U, 17U, 25U}) {
         EXPECT_EQ(fio_open("C:\\", "folder", flags), nullptr) << flags;
         EXPECT_EQ(fio_open("C:\\no\\such", "t.dat", flags), nullptr) << flags;
         EXPECT_EQ(fio_open("Q:\\", "t.dat", flags), nullptr) << flags;
@@ -149,7 +149,7 @@ TEST(Open, HeaderRead) {
     changed.reset();
     EXPECT_EQ(written_content(), "1.1  @kvMOTOROLAabcd");
     // It is not looked for without the flag, nor in text or when appending.
-    for (const uint32_t flags : {1, 49, 12 + 32}) {
+    for (const uint32_t flags : {1U, 49U, 44U}) {
         const File file = open_content("1.1  @kvMOTOROLA", flags);
         EXPECT_EQ(fio_tell(file.get()), 0) << flags;
         EXPECT_EQ(fio_seek(file.get(), 12, 0), 0);

@@ -101,8 +101,8 @@ struct Model {
 // Line ends of every kind around the borders of blocks: 4096 and 8192 characters, 16384 bytes.
 std::vector<std::string> contents_at_borders() {
     std::vector<std::string> contents;
-    for (const size_t border : {4096, 8192, 16384, 32768}) {
-        for (const size_t before : {0, 1, 2}) {
+    for (const size_t border : {4096U, 8192U, 16384U, 32768U}) {
+        for (const size_t before : {0U, 1U, 2U}) {
             contents.push_back(std::string(border - before, 'a') + "\r\nb\r\r\nc\rd\r\n\x1Az");
         }
     }
