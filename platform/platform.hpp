@@ -231,6 +231,12 @@ struct Stream {
 ///
 /// The stream belongs to one thread at a time: its functions do not lock it.
 Stream open_stream(const char *path, const StreamMode &mode);
+enum class LockResult { done, denied, bad_file, no_position, failed };
+
+/// Locks the bytes that the file has, without waiting: other streams, of other processes too, are denied
+/// the lock until unlock_stream() or the end of this stream. Streams that only read may share it.
+LockResult lock_stream(const Stream &stream);
+LockResult unlock_stream(const Stream &stream);
 /// The offset in the file, in bytes on disk, in text streams too; -1 if there is none.
 std::int64_t stream_tell(const Stream &stream);
 /// Moves to an offset in bytes on disk; `origin` as for fseek(). False if that fails.

@@ -359,6 +359,29 @@ KV_API int32_t fio_rmdir(const char *dir) KV_NOEXCEPT;
  *  @retval -1  failed; the directory is still there */
 KV_API int32_t fio_rmdir_ex(const char *dir, int32_t recycle) KV_NOEXCEPT;
 
+/** Results of fio_lock(). */
+enum {
+    FIO_LOCK_DONE = 0,      /**< locked */
+    FIO_LOCK_DENIED = -1,   /**< somebody else has locked it */
+    FIO_LOCK_BAD_FILE = -4, /**< the handle is NIL, or its file is none */
+    FIO_LOCK_FAILED = -5    /**< anything else, for example a file without positions */
+};
+
+/** Locks the bytes that the file has now against other processes and other handles, without waiting. The
+ *  lock lasts until fio_unlock() or fio_close(); the position stays. An empty file has no bytes to lock.
+ *
+ *  On POSIX the lock keeps away only those who ask for it, and handles that only read may share it.
+ *
+ *  @return one of the FIO_LOCK_ results */
+KV_API int32_t fio_lock(FIO *handle) KV_NOEXCEPT;
+
+/** Ends the lock of fio_lock(); the position stays.
+ *
+ *  @retval 0   unlocked; on POSIX also when it was not locked
+ *  @retval -1  the handle is NIL, or its file is none or has no positions
+ *  @retval -2  anything else */
+KV_API int32_t fio_unlock(FIO *handle) KV_NOEXCEPT;
+
 /** Not there yet: reports "Not yet implemented" (kv_error). The argument is not read.
  *
  *  @retval -1  always */
