@@ -425,10 +425,10 @@ KV_API int32_t fio_listdir(const char *dir, const char *pattern, int32_t option,
 /** Operations of fio_group_operation(). */
 enum { FIO_GROUP_COPY = 0, FIO_GROUP_MOVE = 1, FIO_GROUP_DELETE = 2 };
 
-/** Copies, moves or deletes a group of files and directories with all that is in them, through the shell of
- *  the system. Files that exist at the new place are replaced, directories there are filled, and
- * directories that are missing above it are made. What is deleted goes where the user can restore it, as
- * for fio_purge_ex(). On POSIX links are copied, moved and deleted as links, and nothing is shown.
+/** Copies, moves or deletes a group of files and directories with all that is in them, through the shell
+ *  of the system. Files that exist at the new place are replaced, directories there are filled, and
+ *  directories that are missing above it are made. What is deleted goes where the user can restore it,
+ *  as for fio_purge_ex(). On POSIX links are copied, moved and deleted as links, and nothing is shown.
  *
  *  A name may be a pattern, for the entries that match it; the new name then says the directory for them.
  *
@@ -451,7 +451,7 @@ KV_API int32_t fio_group_operation(const char *fromdir, const char *const *fromn
 /** Makes up the path of a temporary file that does not exist. It is not created.
  *
  *  The path is in the directory that the environment variable TMP names, if that exists, else in the
- * current directory; the name begins with "kv_". No path is given twice.
+ *  current directory; the name begins with "kv_". No path is given twice to a process.
  *
  *  @param out  receives the path, 257 bytes; may be NIL
  *  @return the library's own buffer with the path, overwritten by the next call, not to be freed; NIL, with
@@ -459,16 +459,16 @@ KV_API int32_t fio_group_operation(const char *fromdir, const char *const *fromn
  *          current directory cannot be read ("Failed fio_getcwd call") "." is used */
 KV_API char *fio_tmpnam(char *out) KV_NOEXCEPT;
 
-/** The free space of a drive. Writes the line "GetDiskFreeSpaceEx:" to standard output, an empty line
- * before it, when it succeeds.
+/** The free space of a drive. Writes the line "GetDiskFreeSpaceEx:" to standard output, an empty
+ *  line before it, when it succeeds.
  *
  *  @param drive  its first character is the drive's letter, in either case
- *  @return the bytes that the caller may still write there; 0.0 when there is no such drive, the system
- * does not tell, or drive is NIL */
+ *  @return the bytes that the caller may still write there; 0.0 when there is no such drive, the
+ *          system does not tell, or drive is NIL */
 KV_API double fio_getdiskfree(const char *drive) KV_NOEXCEPT;
 
-/* ---- The switch for an application's checks of free space: the entry "aktiv" in the section "getdiskfree"
- * of the main configuration file. Nothing in the library consults it. */
+/* ---- The switch for an application's checks of free space: the entry "aktiv" in the section
+ * "getdiskfree" of the main configuration file. Nothing in the library consults it. */
 
 /** Reads the switch.
  *
@@ -479,8 +479,8 @@ KV_API int32_t fio_getdiskfree_aktiv(void) KV_NOEXCEPT;
 
 /** Writes the switch: 1 for yes, 0 for no.
  *
- *  @return the status of ini_write_long(NIL, "getdiskfree", "aktiv", value); INI_FAILED (-1) also when
- * there is no main configuration file */
+ *  @return the status of ini_write_long(NIL, "getdiskfree", "aktiv", value); INI_FAILED (-1) also
+ *          when there is no main configuration file */
 KV_API int32_t fio_setdiskfree_aktiv(int32_t value) KV_NOEXCEPT;
 
 KV_END_DECLS

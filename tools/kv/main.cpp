@@ -26,6 +26,7 @@ constexpr Subcommand kSubcommands[] = {
     {"env", "read, edit, merge and check environment files", run_env},
     {"record", "print and write files of binary records", run_record},
     {"ini", "read and change INI files", run_ini},
+    {"ls", "list a directory", run_ls},
     {"scan", "show the tokens of a file", run_scan},
     {"timer", "time commands, and write the report of the times", run_timer},
     {"where", "find the main configuration file and others, and tell where it was looked", run_where},

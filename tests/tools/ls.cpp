@@ -1,0 +1,80 @@
+// `kv ls`.
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include "tests/tools/program.hpp"
+
+namespace kvtest {
+
+namespace {
+
+class Ls : public ProgramTest {
+  protected:
+    Ls() {
+        setenv("TZ", "UTC", 1);
+        std::filesystem::create_directories(path("d/Sub"));
+        for (const char *name : {"d/b.env", "d/A.ENV", "d/.hidden", "d/read \"only\""})
+            write(name, "12345");
+        std::filesystem::permissions(path("d/read \"only\""), std::filesystem::perms{0444});
+        const timespec times[] = {{1000000000, 0}, {1000000000, 0}};
+        for (const char *name : {"d/b.env", "d/A.ENV", "d/.hidden", "d/read \"only\"", "d/Sub"}) {
+            EXPECT_EQ(utimensat(AT_FDCWD, path(name).c_str(), times, 0), 0);
+        }
+    }
+    ~Ls() override { unsetenv("TZ"); }
+};
+
+TEST_F(Ls, Lists) {
+    const std::string a = "----a          5 2001-09-09 01:46:40 A.ENV\n";
+    const std::string b = "----a          5 2001-09-09 01:46:40 b.env\n";
+    const std::string all = "--h-a          5 2001-09-09 01:46:40 .hidden\n" + a +
+                            "d----          0 2001-09-09 01:46:40 Sub\n" + b +
+                            "-r--a          5 2001-09-09 01:46:40 read \"only\"\n";
+    const struct {
+        std::vector<std::string> words;
+        int code;
+        std::string out;
+    } cases[] = {
+        {{"d"}, 0, all},
+        {{"D", "*.*"}, 0, all},
+        {{"d", "*.Env"}, 0, a + b},
+        {{"d/?.env"}, 0, a + b},
+        {{"d/b.env"}, 0, b},
+        {{"d\\sub"}, 0, ""},
+        {{"d", "*.none"}, 1, ""},
+        {{"d/none"}, 1, ""},
+        {{"none", "*"}, 3, ""},
+        {{"none/*"}, 3, ""},
+        {{"q:\\"}, 3, ""},
+        {{"d", "a", "b"}, 2, ""},
+        {{"--long"}, 2, ""},
+        {{"d/Sub", "--json"}, 0, "[\n]\n"},
+        {{"d", "r*", "--json"},
+         0,
+         "[\n{\"name\": \"read \\\"only\\\"\", \"attributes\": [\"read-only\", \"archive\"], \"size\": 5, "
+         "\"time\": \"2001-09-09T01:46:40\"}\n]\n"},
+    };
+    for (const auto &row : cases) {
+        std::vector<std::string> words{"ls"};
+        words.insert(words.end(), row.words.begin(), row.words.end());
+        const Outcome outcome = run(words);
+        EXPECT_EQ(outcome.code, row.code) << row.words[0] << ": " << outcome.err;
+        EXPECT_EQ(outcome.out, row.out) << row.words[0];
+        EXPECT_EQ(outcome.err.empty(), row.code == 0) << outcome.err;
+    }
+    EXPECT_NE(run({"ls"}).out.find(" d\n"), std::string::npos);
+    EXPECT_NE(run({"ls", "--help"}).out.find("Usage: kv ls"), std::string::npos);
+}
+
+TEST_F(Ls, ADirectoryThatMayNotBeReadIsAFailure) {
+    std::filesystem::permissions(path("d"), std::filesystem::perms{0300});
+    const Outcome outcome = run({"ls", "d"}, {.as_nobody = true});
+    EXPECT_EQ(outcome.code, 3);
+    EXPECT_NE(outcome.err.find("'d' cannot be read"), std::string::npos) << outcome.err;
+    std::filesystem::permissions(path("d"), std::filesystem::perms{0755});
+}
+
+}  // namespace
+
+}  // namespace kvtest

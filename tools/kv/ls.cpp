@@ -1,0 +1,147 @@
+// `kv ls`: directories as the library lists them.
+#include <algorithm>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "kv/clock.h"
+#include "kv/fio.h"
+#include "kv/memory.h"
+
+#include "arguments.hpp"
+#include "failure.hpp"
+#include "quoting.hpp"
+#include "subcommands.hpp"
+
+namespace kvtool {
+
+namespace {
+
+constexpr char kCommand[] = "kv ls";
+
+constexpr Option kOptions[] = {{"--json", "", ""}, {"--help", "", ""}, {"-h", "", ""}};
+
+void print_help() {
+    std::cout << R"(Usage: kv ls [DIR] [PATTERN] [--json]
+
+Lists a directory (the current one without DIR), or the names in it that match PATTERN: * is any
+characters, ? any one, *.* every name, and case does not matter. DIR alone may also end in a
+pattern or name a file. Quote patterns, so that the shell leaves them alone.
+
+A line has the attributes (d directory, r read-only, h hidden, s system, a archive: not saved since
+it was changed), the size in bytes, the local time of the last change, and the name. Names are
+sorted; . and .. are left out. The library gives the first 79 characters of a name, 4294967295 for
+larger sizes, and 1980-01-01 in Germany for times that 32 bits do not hold.
+
+Options:
+  --json               print JSON: an array of objects
+  --help               this text
+
+Exit codes: 0 done; 1 nothing matches; 2 wrong usage; 3 the directory cannot be read.
+)";
+}
+
+struct Attribute {
+    std::uint32_t flag;
+    char letter;
+    const char *name;
+};
+
+constexpr Attribute kAttributes[] = {{FIO_ATTR_DIR, 'd', "directory"},
+                                     {FIO_ATTR_RDONLY, 'r', "read-only"},
+                                     {FIO_ATTR_HIDDEN, 'h', "hidden"},
+                                     {FIO_ATTR_SYSTEM, 's', "system"},
+                                     {FIO_ATTR_ARCHIVE, 'a', "archive"}};
+
+std::string time_text(std::int32_t time, char separator) {
+    CLOCK_RECORD fields;
+    clock_makestruct(time != 0 ? time : 1, &fields);  // 0 would be now
+    char text[64];
+    std::snprintf(text, sizeof text, "%04d-%02d-%02d%c%02d:%02d:%02d", fields.year + 1900, fields.mon + 1,
+                  fields.mday, separator, fields.hour, fields.min, fields.sec);
+    return text;
+}
+
+void print(const FIO_DIRENTRY &entry) {
+    for (const Attribute &attribute : kAttributes) {
+        std::cout << ((entry.attrib & attribute.flag) != 0 ? attribute.letter : '-');
+    }
+    std::cout << ' ' << std::right << std::setw(10) << entry.size << ' ' << time_text(entry.time, ' ')
+              << ' ' << entry.name << '\n';
+}
+
+void print_json(const FIO_DIRENTRY &entry) {
+    std::cout << "{\"name\": " << json_string(entry.name) << ", \"attributes\": [";
+    const char *separator = "";
+    for (const Attribute &attribute : kAttributes) {
+        if ((entry.attrib & attribute.flag) == 0) continue;
+        std::cout << separator << '"' << attribute.name << '"';
+        separator = ", ";
+    }
+    std::cout << "], \"size\": " << entry.size << ", \"time\": \"" << time_text(entry.time, 'T') << "\"}";
+}
+
+std::vector<FIO_DIRENTRY> list(const std::string &directory, const std::string &pattern) {
+    FIO_DIRENTRY *records = nullptr;
+    std::int32_t count = 0;
+    if (fio_listdir(directory.c_str(), pattern.c_str(), 0, &records, &count) != 0) return {};
+    if (records == nullptr) throw std::bad_alloc();
+    const std::unique_ptr<FIO_DIRENTRY, decltype(&heap_free)> owner(records, heap_free);
+    std::vector<FIO_DIRENTRY> entries;
+    for (std::int32_t i = 0; i < count; ++i) {
+        const std::string_view name = records[i].name;
+        if (name != "." && name != "..") entries.push_back(records[i]);
+    }
+    std::sort(entries.begin(), entries.end(), [](const FIO_DIRENTRY &a, const FIO_DIRENTRY &b) {
+        return std::string_view(a.name) < std::string_view(b.name);
+    });
+    return entries;
+}
+
+}  // namespace
+
+int run_ls(std::span<const char *const> words) {
+    const Arguments arguments = Arguments::parse(kCommand, words, kOptions);
+    if (arguments.has("--help") || arguments.has("-h")) {
+        print_help();
+        return kDone;
+    }
+    const std::vector<std::string> &operands = arguments.operands();
+    if (operands.size() > 2) fail_usage(kCommand, "a directory and a pattern, no more");
+    std::string directory = operands.empty() ? "." : operands[0];
+    std::string pattern = operands.size() < 2 ? "" : operands[1];
+    if (operands.size() == 1 && fio_ispath(directory.c_str()) == 0) {
+        pattern.swap(directory);  // the library takes a pattern with a directory before it
+        char drive[3];
+        char above[256];
+        char name[256];
+        fio_divide(pattern.c_str(), drive, above, name);
+        const std::string place = std::string(drive) + above;
+        if (!place.empty() && fio_ispath(place.c_str()) == 0) directory = place;  // not there
+    }
+    if (!directory.empty() &&
+        (fio_ispath(directory.c_str()) == 0 || fio_access(directory.c_str(), "", 4) == 0)) {
+        throw Failure{kFile, std::string(kCommand) + ": the directory '" + directory + "' cannot be read"};
+    }
+    const std::vector<FIO_DIRENTRY> entries = list(directory, pattern);
+    if (entries.empty() && !pattern.empty()) {
+        throw Failure{kNotFound, std::string(kCommand) + ": nothing matches '" + pattern + "'"};
+    }
+    const bool json = arguments.has("--json");
+    const char *separator = "[\n";
+    for (const FIO_DIRENTRY &entry : entries) {
+        if (!json) {
+            print(entry);
+            continue;
+        }
+        std::cout << separator;
+        print_json(entry);
+        separator = ",\n";
+    }
+    if (json) std::cout << (entries.empty() ? "[\n]\n" : "\n]\n");
+    return kDone;
+}
+
+}  // namespace kvtool
