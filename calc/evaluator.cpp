@@ -20,7 +20,7 @@ constexpr int kPowerLevel = 5;
 constexpr std::array<std::int8_t, SCAN_EOF + 1> kLevels = [] {
     std::array<std::int8_t, SCAN_EOF + 1> levels{};
     for (const int kind : {SCAN_EQ, SCAN_NE, SCAN_LT, SCAN_GT, SCAN_LE, SCAN_GE})
-        levels[kind] = kComparisonLevel;
+        levels[static_cast<std::size_t>(kind)] = kComparisonLevel;
     levels[SCAN_PLUS] = levels[SCAN_MINUS] = kAdditiveLevel;
     levels[SCAN_STAR] = levels[SCAN_SLASH] = kTermLevel;
     levels[SCAN_CARET] = kPowerLevel;
