@@ -118,7 +118,7 @@ bool change_directory(const char *path) {
         posix::PathBuilder root(drive_directory);
         if (!posix::append_drive(drive, root)) return false;
         std::string_view directory(host.text + root.length());
-        if (directory == "/") directory = {};
+        if (directory == "/") directory.remove_prefix(1);
         if (directory.size() > kLongestDirectory || !is_directory(host.text) ||
             faccessat(AT_FDCWD, host.text, X_OK, AT_EACCESS) != 0)
             return false;
