@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <limits>
 #include <random>
 #include <type_traits>
@@ -52,7 +53,7 @@ TYPED_TEST_SUITE(SortVectors, Numbers);
 // In short and in long vectors, and where the heap has no room.
 TYPED_TEST(SortVectors, AscendAndKeepEveryValue) {
     std::mt19937_64 random(3);
-    for (const std::size_t count : {0, 1, 2, 3, 100, 999, 1000, 5000}) {
+    for (const std::size_t count : std::initializer_list<std::size_t>{0, 1, 2, 3, 100, 999, 1000, 5000}) {
         std::vector<TypeParam> values = numbers<TypeParam>(count, random);
         std::vector<TypeParam> expected = values;
         std::sort(expected.begin(), expected.end());
@@ -122,7 +123,7 @@ std::vector<Record *> inserted(const std::vector<Record *> &input, int32_t mode)
 
 TEST(SortList, OrdersAsInsertingDoes) {
     std::mt19937 random(9);
-    for (const std::size_t count : {0, 1, 2, 3, 7, 64, 65, 1000}) {
+    for (const std::size_t count : std::initializer_list<std::size_t>{0, 1, 2, 3, 7, 64, 65, 1000}) {
         for (const int32_t mode : {1, 2, 0, -7}) {
             std::vector<Record> records(count);
             LIST list;
