@@ -39,7 +39,7 @@ int wrong_as_nobody(Check check) {
 
 TEST(Copy, KeepsEveryByte) {
     std::string content;
-    for (const std::size_t size : {0, 1, 511, 512, 1024, 1 << 20}) {
+    for (const std::size_t size : std::initializer_list<std::size_t>{0, 1, 511, 512, 1024, 1 << 20}) {
         content.resize(size);
         for (std::size_t at = 0; at < size; ++at) content[at] = static_cast<char>(at * 31 + at / 251);
         kvtest::write_file(in_c("from.bin"), content);

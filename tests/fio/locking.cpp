@@ -10,14 +10,14 @@
 
 namespace {
 
-FIO *open(const char *name, int32_t flags = FIO_READ | FIO_UPDATE) {
+FIO *open(const char *name, uint32_t flags = FIO_READ | FIO_UPDATE) {
     FIO *handle = fio_open("c:\\", name, flags);
     EXPECT_NE(handle, nullptr) << name;
     return handle;
 }
 
 // What another process gets.
-int32_t lock_elsewhere(const char *name, int32_t flags = FIO_READ | FIO_UPDATE) {
+int32_t lock_elsewhere(const char *name, uint32_t flags = FIO_READ | FIO_UPDATE) {
     const pid_t child = fork();
     if (child == 0) {
         FIO *handle = fio_open("c:\\", name, flags);
