@@ -10,6 +10,7 @@
 #include "kv/config.h"
 #include "kv/ini.h"
 #include "kv/numeric.h"
+#include "kv/strings.h"
 
 #include "calc/evaluator.hpp"
 #include "calc/state.hpp"
@@ -90,7 +91,7 @@ int32_t calc_error(int32_t *code, int32_t *line, int32_t *column, char *message)
     *code = state.ending.error;
     *line = state.ending.line;
     *column = state.ending.column;
-    std::strcpy(message, "Error in expression");
+    str_cpy(message, "Error in expression");
     char entry[16];
     std::snprintf(entry, sizeof entry, "f%d", *code);
     std::int32_t size = kv::calc::kMessageLength;

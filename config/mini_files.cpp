@@ -4,6 +4,7 @@
 
 #include "kv/config.h"
 #include "kv/fio.h"
+#include "kv/strings.h"
 
 #include "config/mini_cache.hpp"
 #include "config/whole_file.hpp"
@@ -28,7 +29,7 @@ bool fits(const char *text) {
 void divide(const char *path, Parts &parts) {
     char directory[Path::kSize];
     fio_divide(path, parts.directory, directory, parts.name);
-    std::strcat(parts.directory, directory);
+    str_cat(parts.directory, directory);
 }
 
 // False if a path is too long.
@@ -49,7 +50,7 @@ bool find_parts(const char *dir, const char *name, Parts &parts) {
     if (parts.directory[0] != '\0') return true;
     if (dir != nullptr && dir[0] != '\0') {
         if (!fits(dir)) return false;
-        std::strcpy(parts.directory, dir);
+        str_cpy(parts.directory, dir);
         return true;
     }
     return fio_getcwd(parts.directory, Path::kSize) != nullptr;

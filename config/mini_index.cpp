@@ -55,7 +55,8 @@ Index::Place Index::place_for(Node &node) {
 }
 
 Node *Index::node_at(Place place) {
-    return reinterpret_cast<Node *>(static_cast<std::uintptr_t>(place & kAddressMask));
+    const auto address = static_cast<std::uintptr_t>(place & kAddressMask);
+    return reinterpret_cast<Node *>(address);  // NOLINT(performance-no-int-to-ptr)
 }
 
 void Index::clear() {

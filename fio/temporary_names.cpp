@@ -3,6 +3,7 @@
 
 #include "kv/fio.h"
 #include "kv/frame.h"
+#include "kv/strings.h"
 
 #include "fio/handle.hpp"
 #include "fio/path_join.hpp"
@@ -39,7 +40,7 @@ char *fio_tmpnam(char *out) noexcept {
     }
     if (std::strlen(name) >= kv::fio::kTemporaryNameSize)
         return kv::fio::fail("Too long TmpName", __LINE__);
-    std::strcpy(buffer, name);
-    if (out != nullptr) std::strcpy(out, name);
+    str_cpy(buffer, name);
+    if (out != nullptr) str_cpy(out, name);
     return buffer;
 }

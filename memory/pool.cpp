@@ -49,13 +49,13 @@ struct HEAP {
     // Of the last block; its header is behind until another one is appended.
     char *cursor;
     std::int32_t remaining;
-    std::int32_t most_before;  // the most bytes left in a block before the last; -1: there is none
+    std::int32_t most_before = -1;  // the most bytes left in a block before the last; -1: there is none
     Block *last;
     kv::memory::Vector<Block *> before;
     kv::memory::Vector<std::int32_t> tree;  // [1] is the root, [n] the maximum of [2n] and [2n + 1]
 
     explicit HEAP(const Block &first)
-        : block(first), cursor(first.cursor), remaining(first.remaining), most_before(-1), last(&block) {}
+        : block(first), cursor(first.cursor), remaining(first.remaining), last(&block) {}
 
     std::size_t leaves() const { return tree.size() / 2; }
     void set_leaf(std::size_t index, std::int32_t left);

@@ -48,7 +48,7 @@ class Number {
         constexpr bool kRoundsOnce = FLT_EVAL_METHOD == 0;
         if (!kRoundsOnce || significant_ > kExact || exponent_ > kMostPower || exponent_ < -kMostPower)
             return convert_slowly(*this);
-        double value = static_cast<double>(mantissa_);
+        auto value = static_cast<double>(mantissa_);
         value = exponent_ < 0 ? value / kPowers[-exponent_] : value * kPowers[exponent_];
         return negative_ ? -value : value;
     }

@@ -67,7 +67,7 @@ bool DirectorySearch::next(FoundFile &file) {
         if (fstatat(directory, entry->d_name, &status, 0) != 0 &&
             fstatat(directory, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
             continue;  // it has vanished meanwhile
-        std::strcpy(place_->found, entry->d_name);
+        std::memcpy(place_->found, entry->d_name, std::strlen(entry->d_name) + 1);
         file.name = place_->found;
         file.directory = S_ISDIR(status.st_mode);
         file.hidden = is_hidden(entry->d_name);

@@ -25,6 +25,7 @@ bool is_free(const char *path) {
 // of the system's own is on drive Z, whatever the current drive is.
 bool preferred_directory(posix::HostPath &directory) {
     const char *setting = std::getenv("TMP");
+    directory.text[0] = '\0';
     if (setting == nullptr || *setting == '\0') return false;
     posix::PathBuilder builder(directory);
     if (*setting == '/' && !builder.append("Z:")) return false;

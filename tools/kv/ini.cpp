@@ -65,7 +65,7 @@ void print_help(const Action &action) {
 }  // namespace
 
 std::string ini_file(const Arguments &arguments) {
-    const std::string file = arguments.value("--file", "");
+    std::string file = arguments.value("--file", "");
     if (!file.empty()) return file;
     if (arguments.has("--file")) throw Failure{kUsage, "kv ini: --file needs a name"};
     char found[256];

@@ -80,7 +80,8 @@ void print_json(const FIO_DIRENTRY &entry) {
         std::cout << separator << '"' << attribute.name << '"';
         separator = ", ";
     }
-    std::cout << "], \"size\": " << entry.size << ", \"time\": \"" << time_text(entry.time, 'T') << "\"}";
+    std::cout << R"(], "size": )" << entry.size << R"(, "time": ")" << time_text(entry.time, 'T')
+              << R"("})";
 }
 
 std::vector<FIO_DIRENTRY> list(const std::string &directory, const std::string &pattern) {

@@ -148,6 +148,7 @@ int run_scan(std::span<const char *const> words) {
     std::vector<std::string> keywords;
     if (arguments.has("--keywords")) keywords = read_lines(arguments.value("--keywords", ""));
     std::vector<const char *> table;
+    table.reserve(keywords.size() + 1);
     for (const std::string &keyword : keywords) table.push_back(keyword.c_str());
     table.push_back(nullptr);
     g_text = read_file(arguments.operands().front());
