@@ -45,9 +45,12 @@ std::string new_name(const Case &c) {
     return kvfuzz::without_blanks(c.text.substr(0, 79));
 }
 
-// A renamed section is found by its name without blanks, any other by the name as it stands.
+// Renaming takes the section's name without blanks, the others as it stands. Renaming looks at the first 79
+// characters to tell a name from none.
 std::string searched(const Case &c) {
-    return c.renames() ? kvfuzz::without_blanks(c.section) : c.section;
+    if (!c.renames()) return c.section;
+    const bool named = !kvfuzz::without_blanks(c.section.substr(0, 79)).empty();
+    return named ? kvfuzz::without_blanks(c.section) : std::string();
 }
 
 int32_t apply_to_section(const Case &c, Model &model, std::size_t at) {
