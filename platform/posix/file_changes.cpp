@@ -44,7 +44,7 @@ bool respell_last(const char *path, HostPath &host) {
     while (name > path && name[-1] != '/' && name[-1] != '\\' && name[-1] != ':') --name;
     char *last = std::strrchr(host.text, '/');
     if (last == nullptr || std::strlen(name) != std::strlen(last + 1)) return false;
-    std::memcpy(last + 1, name, std::strlen(name));  // of the same length
+    std::memcpy(last + 1, name, std::strlen(name) + 1);  // of the same length
     return true;
 }
 
