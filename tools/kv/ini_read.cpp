@@ -2,6 +2,8 @@
 #include <iostream>
 #include <set>
 
+#include "kv/mini.h"
+
 #include "failure.hpp"
 #include "ini_action.hpp"
 #include "quoting.hpp"
@@ -75,14 +77,39 @@ int run_keys(std::string_view, const Arguments &arguments) {
     return kDone;
 }
 
-void list_section(const std::string &file, const std::string &section) {
+// The values of a whole file, which is read once.
+class Values {
+  public:
+    explicit Values(std::string file)
+        : file_(std::move(file)), cache_(mini_open(nullptr, file_.c_str(), MINI_LOADALL | MINI_READONLY)) {}
+    Values(const Values &) = delete;
+    Values &operator=(const Values &) = delete;
+    ~Values() { mini_close(&cache_); }
+
+    std::string value(const std::string &section, const std::string &key) const {
+        char value[513];
+        int32_t size = sizeof value - 1;
+        const int32_t status = mini_read_string(cache_, section.c_str(), key.c_str(), value, &size);
+        // A cache cuts lines at another length than reading the file does.
+        const bool whole = status == INI_OK && key.size() + static_cast<std::size_t>(size) < kSurelyWhole;
+        return whole ? value : value_of(file_, section, key);
+    }
+
+  private:
+    static constexpr std::size_t kSurelyWhole = 256;
+
+    std::string file_;
+    MINI *cache_;
+};
+
+void list_section(const std::string &file, const Values &values, const std::string &section) {
     if (!section.empty()) std::cout << '[' << section << "]\n";
     for (const std::string &key : keys_of(file, section)) {
-        std::cout << key << '=' << value_of(file, section, key) << '\n';
+        std::cout << key << '=' << values.value(section, key) << '\n';
     }
 }
 
-void list_section_as_json(const std::string &file, const std::string &section) {
+void list_section_as_json(const std::string &file, const Values &values, const std::string &section) {
     std::cout << "{\"section\": ";
     std::cout << json_string(section);
     std::cout << ", \"entries\": [";
@@ -91,7 +118,7 @@ void list_section_as_json(const std::string &file, const std::string &section) {
         std::cout << separator << "{\"key\": ";
         std::cout << json_string(key);
         std::cout << ", \"value\": ";
-        std::cout << json_string(value_of(file, section, key));
+        std::cout << json_string(values.value(section, key));
         std::cout << '}';
         separator = ",\n";
     }
@@ -109,14 +136,15 @@ int run_list(std::string_view, const Arguments &arguments) {
         if (!keys_of(file, "").empty()) sections.insert(sections.begin(), "");
     }
     const bool json = arguments.has("--json");
+    const Values values(file);
     if (json) std::cout << "[\n";
     for (std::size_t i = 0; i < sections.size(); ++i) {
         if (json) {
-            list_section_as_json(file, sections[i]);
+            list_section_as_json(file, values, sections[i]);
             std::cout << (i + 1 < sections.size() ? ",\n" : "\n");
         } else {
             if (i > 0) std::cout << '\n';
-            list_section(file, sections[i]);
+            list_section(file, values, sections[i]);
         }
     }
     if (json) std::cout << "]\n";
