@@ -44,6 +44,13 @@ class Input {
     }
     /// Below `limit`.
     std::size_t below(std::size_t limit) { return byte() % limit; }
+    /// What the first `size` bytes hold, which are taken.
+    Input split(std::size_t size) {
+        const Input first(data_, size < size_ ? size : size_);
+        data_ += first.size_;
+        size_ -= first.size_;
+        return first;
+    }
     std::string rest() {
         const std::string result(reinterpret_cast<const char *>(data_), size_);
         size_ = 0;

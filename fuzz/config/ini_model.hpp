@@ -13,22 +13,9 @@
 
 #include "kv.h"
 
-#define KV_REQUIRE(condition)                                                    \
-    do {                                                                         \
-        if (!(condition)) {                                                      \
-            std::fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condition); \
-            std::abort();                                                        \
-        }                                                                        \
-    } while (false)
+#include "fuzz/support.hpp"
 
 namespace kvfuzz {
-
-// Reports go nowhere: the log would be most of the run.
-inline void quiet() {
-    kv_error_onoff(0);
-    unsetenv("KV_DEBUG_OUTPUT");
-    setenv("KV_DRIVE_C", "/nonexistent", 1);
-}
 
 struct Section {
     std::string name;

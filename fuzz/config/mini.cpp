@@ -14,15 +14,8 @@
 #include "kv.h"
 
 #include "config/mini_cache.hpp"
+#include "fuzz/support.hpp"
 #include "memory/failpoint.hpp"
-
-#define KV_REQUIRE(condition)                                                    \
-    do {                                                                         \
-        if (!(condition)) {                                                      \
-            std::fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condition); \
-            std::abort();                                                        \
-        }                                                                        \
-    } while (false)
 
 namespace {
 

@@ -14,11 +14,9 @@
 #include "kv/fio.h"
 #include "kv/frame.h"
 
-namespace {
+#include "fuzz/support.hpp"
 
-void check(bool holds) {
-    if (!holds) std::abort();
-}
+namespace {
 
 struct Files {
     Files() {
@@ -30,14 +28,14 @@ struct Files {
         setenv("kv", (directory + "/kv3.ini").c_str(), 1);
         setenv("KV_REGISTRY", (directory + "/registry").c_str(), 1);
         setenv("KV_DRIVE_C", "/nonexistent", 1);
-        check(chdir(directory.c_str()) == 0);
+        KV_REQUIRE(chdir(directory.c_str()) == 0);
         std::filesystem::remove("kv3.ini");
         write("sub/there", "");
     }
     ~Files() { std::filesystem::remove_all(directory); }
     static void write(const char *name, std::string_view content) {
         std::FILE *file = std::fopen(name, "wb");
-        check(file != nullptr);
+        KV_REQUIRE(file != nullptr);
         std::fwrite(content.data(), 1, content.size(), file);
         std::fclose(file);
     }
@@ -49,11 +47,11 @@ void search(const char *section, const char *entry, const char *name) {
     std::array<char, 256> out{};
     out.fill('#');
     if (kv_suche_datei(section, entry, name, out.data()) != 0) {
-        for (const char c : out) check(c == '#');
+        for (const char c : out) KV_REQUIRE(c == '#');
         return;
     }
-    check(std::memchr(out.data(), '\0', out.size()) != nullptr);
-    check(fio_exist(nullptr, out.data()) == 1);
+    KV_REQUIRE(std::memchr(out.data(), '\0', out.size()) != nullptr);
+    KV_REQUIRE(fio_exist(nullptr, out.data()) == 1);
 }
 
 }  // namespace
@@ -72,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     search("s", "e", "there");
     std::array<char, 256> path{};
     kv_suche_pfad("s", "e", path.data());
-    check(std::memchr(path.data(), '\0', path.size()) != nullptr);
-    check(std::strlen(kv_getinipath("e")) < 256);
+    KV_REQUIRE(std::memchr(path.data(), '\0', path.size()) != nullptr);
+    KV_REQUIRE(std::strlen(kv_getinipath("e")) < 256);
     return 0;
 }

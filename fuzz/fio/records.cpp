@@ -13,13 +13,7 @@
 
 #include "kv.h"
 
-#define KV_REQUIRE(condition)                                                    \
-    do {                                                                         \
-        if (!(condition)) {                                                      \
-            std::fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condition); \
-            std::abort();                                                        \
-        }                                                                        \
-    } while (false)
+#include "fuzz/support.hpp"
 
 namespace {
 
@@ -53,28 +47,7 @@ const MemoryFile &file() {
     return file;
 }
 
-// The input, taken byte by byte; zeros behind its end.
-class Input {
-  public:
-    Input(const uint8_t *data, size_t size) : data_(data), size_(size) {}
-    bool empty() const { return size_ == 0; }
-    unsigned next() {
-        if (size_ == 0) return 0;
-        --size_;
-        return *data_++;
-    }
-    Input split(size_t size) {
-        const Input first(data_, std::min(size, size_));
-        data_ += first.size_;
-        size_ -= first.size_;
-        return first;
-    }
-    std::string text() const { return {reinterpret_cast<const char *>(data_), size_}; }
-
-  private:
-    const uint8_t *data_;
-    size_t size_;
-};
+using kvfuzz::Input;
 
 class Handle {
   public:
@@ -127,14 +100,14 @@ void check_value(FIO *handle, BinaryModel &model, int32_t (*get)(FIO *, Value *)
 }
 
 void check_records(Input input) {
-    Input steps = input.split(input.next() % 32);
-    const std::string content = input.text();
+    Input steps = input.split(input.byte() % 32);
+    const std::string content = input.rest();
     file().set(content);
     const Handle handle(FIO_READ | FIO_HEADER);
     BinaryModel model(content);
     KV_REQUIRE(fio_tell(handle) == static_cast<int32_t>(model.position));
     while (!steps.empty()) {
-        switch (steps.next() % 6) {
+        switch (steps.byte() % 6) {
             case 0:
                 check_value(handle, model, fio_getdouble, true);
                 break;
@@ -155,7 +128,7 @@ void check_records(Input input) {
                 break;
             }
             default: {
-                const size_t target = steps.next();
+                const size_t target = steps.byte();
                 KV_REQUIRE(fio_seek(handle, static_cast<int32_t>(target), 0) == 0);
                 model.position = std::min(target, content.size());
                 if (target > content.size()) return;
@@ -199,7 +172,7 @@ struct TextModel {
 void check_text_step(FIO *handle, TextModel &model, Input &steps) {
     const bool ended = model.position == model.text.size();
     char buffer[64] = "~";
-    switch (const unsigned step = steps.next(); step % 6) {
+    switch (const unsigned step = steps.byte(); step % 6) {
         case 0:
             KV_REQUIRE(fio_getchar(handle, nullptr) ==
                        (ended ? -1 : static_cast<unsigned char>(model.text[model.position])));
@@ -223,7 +196,7 @@ void check_text_step(FIO *handle, TextModel &model, Input &steps) {
             break;
         }
         case 4: {  // to where a character was, from the beginning or from here
-            const size_t target = model.text.size() - steps.next() % model.offsets.size();
+            const size_t target = model.text.size() - steps.byte() % model.offsets.size();
             const int32_t from = step / 6 % 2 != 0 ? fio_tell(handle) : 0;
             KV_REQUIRE(fio_seek(handle, model.offsets[target] - from, from != 0 ? 1 : 0) == 0);
             model.position = target;
@@ -236,8 +209,8 @@ void check_text_step(FIO *handle, TextModel &model, Input &steps) {
 }
 
 void check_reading(Input input, size_t padding) {
-    Input steps = input.split(input.next() % 64);
-    const std::string content = std::string(padding, '.') + input.text();
+    Input steps = input.split(input.byte() % 64);
+    const std::string content = std::string(padding, '.') + input.rest();
     file().set(content);
     const Handle handle(FIO_READ | FIO_TEXT);
     TextModel model(content);
@@ -253,15 +226,15 @@ void check_reading(Input input, size_t padding) {
 
 // Writing in pieces, overwriting some of it, and reading it back.
 void check_writing(Input input, size_t padding) {
-    Input pieces = input.split(input.next() % 16);
-    const std::string content = std::string(padding, '.') + input.text();
+    Input pieces = input.split(input.byte() % 16);
+    const std::string content = std::string(padding, '.') + input.rest();
     file().set("old");
     std::string disk;
     {
         const Handle handle(FIO_WRITE | FIO_UPDATE | FIO_TEXT);
         size_t done = 0;
         while (done < content.size()) {
-            const size_t room = pieces.empty() ? content.size() : padding * (done == 0) + pieces.next();
+            const size_t room = pieces.empty() ? content.size() : padding * (done == 0) + pieces.byte();
             const size_t size = std::min(content.size() - done, room + 1);
             KV_REQUIRE(fio_fwrite(content.data() + done, 1, static_cast<uint32_t>(size), handle) == size);
             for (size_t i = done; i < done + size; ++i) {
@@ -294,7 +267,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     KV_REQUIRE(ready);
     Input input(data, size);
     // A few runs begin just before the end of a block: the C library's, and the text layer's.
-    const unsigned kind = input.next();
+    const unsigned kind = input.byte();
     constexpr size_t kPaddings[] = {4090, 8190, 16380};
     const size_t padding = kind / 4 < 61 ? 0 : kPaddings[kind / 4 - 61];
     if (kind % 4 == 0) {

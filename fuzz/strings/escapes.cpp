@@ -9,6 +9,8 @@
 
 #include "kv/strings.h"
 
+#include "fuzz/support.hpp"
+
 namespace {
 
 using Conversion = char *(*)(char *, const char *);
@@ -21,19 +23,15 @@ Buffer make_text(std::string_view text, std::size_t room) {
     return buffer;
 }
 
-void check(bool holds) {
-    if (!holds) std::abort();
-}
-
 // The text converted into a buffer for `length` characters, after the conversion in place gave the same.
 Buffer convert(Conversion conversion, const Buffer &text, std::size_t length) {
     Buffer out(new char[length + 1]);
-    check(conversion(out.get(), text.get()) == out.get());
-    check(std::strlen(out.get()) == length);
+    KV_REQUIRE(conversion(out.get(), text.get()) == out.get());
+    KV_REQUIRE(std::strlen(out.get()) == length);
     const std::string_view original = text.get();
     const Buffer in_place = make_text(original, std::max(original.size(), length));
-    check(conversion(nullptr, in_place.get()) == in_place.get());
-    check(std::strcmp(in_place.get(), out.get()) == 0);
+    KV_REQUIRE(conversion(nullptr, in_place.get()) == in_place.get());
+    KV_REQUIRE(std::strcmp(in_place.get(), out.get()) == 0);
     return out;
 }
 
@@ -69,7 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const Buffer text = make_text(input, input.size());
     const Buffer escaped = convert(str_etos, text, escaped_length(input));
     const Buffer restored = convert(str_stoe, escaped, input.size());
-    check(input == restored.get());
+    KV_REQUIRE(input == restored.get());
     convert(str_stoe, text, resolved_length(input));  // escapes that nobody wrote
     return 0;
 }
