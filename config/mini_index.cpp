@@ -48,10 +48,10 @@ std::uint64_t tag_of(std::uint32_t hash) {
 
 }  // namespace
 
-Index::Place Index::place_for(Node &node) {
+Index::Place Index::place_for(Node &node, std::uint32_t hash) {
     const auto address = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(&node));
     if ((address & ~kAddressMask) != 0) throw std::bad_alloc();  // an address that needs all its bits
-    return address | tag_of(node.hash);
+    return address | tag_of(hash);
 }
 
 Node *Index::node_at(Place place) {
@@ -115,7 +115,7 @@ void Index::grow() {
     }
     for (std::uint32_t i = 0; i < old_size; ++i) {
         if (old[i] == 0) continue;
-        std::uint32_t position = node_at(old[i])->hash & mask_;
+        std::uint32_t position = hash_of(node_at(old[i])->key()) & mask_;
         while (places_[position] != 0) position = (position + 1) & mask_;
         places_[position] = old[i];
     }
@@ -124,9 +124,9 @@ void Index::grow() {
 
 void Index::insert(Node &node) {
     if (used_ >= most_used(mask_ + 1)) grow();
-    node.hash = hash_of(node.key());
-    const std::uint32_t position = position_of(node.key(), node.hash);
-    const Place place = place_for(node);
+    const std::uint32_t hash = hash_of(node.key());
+    const std::uint32_t position = position_of(node.key(), hash);
+    const Place place = place_for(node, hash);
     if (places_[position] == 0) {
         node.namesake = &node;
         places_[position] = place;
@@ -145,7 +145,8 @@ void Index::insert(Node &node) {
 }
 
 void Index::remove(const Node &node) {
-    const std::uint32_t position = position_of(node.key(), node.hash);
+    const std::uint32_t hash = hash_of(node.key());
+    const std::uint32_t position = position_of(node.key(), hash);
     Node *const last = node_at(places_[position]);
     if (last->namesake == last) {
         free_position(position);
@@ -154,13 +155,13 @@ void Index::remove(const Node &node) {
     Node *before = last;
     while (before->namesake != &node) before = before->namesake;
     before->namesake = node.namesake;
-    if (last == &node) places_[position] = place_for(*before);
+    if (last == &node) places_[position] = place_for(*before, hash);
 }
 
 // Moves those behind the position up that are not where they belong, so that no search ends too early.
 void Index::free_position(std::uint32_t position) {
     for (std::uint32_t i = (position + 1) & mask_; places_[i] != 0; i = (i + 1) & mask_) {
-        const std::uint32_t home = node_at(places_[i])->hash & mask_;
+        const std::uint32_t home = hash_of(node_at(places_[i])->key()) & mask_;
         if (((i - home) & mask_) < ((i - position) & mask_)) continue;
         places_[position] = places_[i];
         position = i;

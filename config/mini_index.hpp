@@ -15,8 +15,7 @@ struct Node {
     Node *previous;
     Node *namesake;  ///< in an index: the next node of this name; the last one's is the first one
     char *name;
-    std::int64_t order;  ///< grows along the list
-    std::uint32_t hash;  ///< of the name, in an index
+    std::int32_t order;  ///< grows along the list
     std::uint32_t name_size : 31;
     std::uint32_t owns_name : 1;  ///< the name is a block of its own
 
@@ -45,7 +44,7 @@ class Index {
   private:
     using Place = std::uint64_t;
 
-    static Place place_for(Node &node);
+    static Place place_for(Node &node, std::uint32_t hash);
     static Node *node_at(Place place);
     static const Node *fetch(Place place);
     std::uint32_t position_of(std::string_view name, std::uint32_t hash) const;

@@ -19,7 +19,14 @@ void NodeList::index(Node &node) {
     }
 }
 
+// Gives all nodes their order anew, the first one's far from both ends of what an order can be.
+void NodeList::renumber() {
+    std::int32_t order = 0;
+    for (Node *node = first_; node != nullptr; node = node->next) node->order = order++;
+}
+
 void NodeList::append(Node &node) {
+    if (last_ != nullptr && last_->order == INT32_MAX) renumber();
     node.order = last_ != nullptr ? last_->order + 1 : 0;
     node.previous = last_;
     node.next = nullptr;
@@ -34,6 +41,7 @@ void NodeList::prepend(Node &node) {
         append(node);
         return;
     }
+    if (first_->order == INT32_MIN) renumber();
     node.order = first_->order - 1;
     node.previous = nullptr;
     node.next = first_;

@@ -33,6 +33,7 @@ class NodeList {
 
   private:
     void index(Node &node);
+    void renumber();
 
     std::uint32_t count_ = 0;
     Index index_;

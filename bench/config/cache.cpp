@@ -138,6 +138,7 @@ void measure_load(benchmark::State &state, Load load) {
         state.SkipWithError("a value is missing");
         return;
     }
+    state.SetItemsProcessed(state.iterations());
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
 }
 
