@@ -52,7 +52,7 @@ void kv_end() noexcept {
         }
         return;
     }
-    kv::platform::message_box(kMismatchText, kMismatchCaption);
+    kv::platform::message_box(kMismatchText, kMismatchCaption, kv::platform::BoxOwner::focused_window);
     kv::frame::LogEntry entry;
     entry.text("> ");
     entry.text(kMismatchCaption);

@@ -85,7 +85,7 @@ void kv_exit(const char *text1, const char *text2, const char *text3, const char
     for (const char *text : texts.text) {
         if (text != nullptr) std::strncat(joined, text, sizeof joined - 1 - std::strlen(joined));
     }
-    kv::platform::message_box(joined, "EXIT :");
+    kv::platform::message_box(joined, "EXIT :", kv::platform::BoxOwner::focused_window);
     {
         LogEntry entry;
         write_header(entry, "> EXIT    in ", nullptr, file, line);

@@ -259,11 +259,77 @@ bool calendar_time(std::tm &fields, std::int64_t &seconds);
 
 // ---- Telling the user
 
+/// What a message box stands in front of.
+enum class BoxOwner { focused_window, none };
+
 /// Shows a text and waits until the user has dismissed it.
-void message_box(const char *text, const char *caption);
+void message_box(const char *text, const char *caption, BoxOwner owner);
 /// Sends a text to an attached debugger.
 void debugger_output(const char *text);
 void beep();
+
+// ---- Serial ports
+
+/// How a serial port sends, and what it waits for.
+struct SerialSettings {
+    enum class Parity : std::uint8_t { none, odd, even, mark, space };
+    enum class StopBits : std::uint8_t { one, one_and_half, two };
+    enum class Line : std::uint8_t { off, on, handshake, toggle };
+
+    std::int32_t baud_rate;
+    std::int32_t data_bits;
+    Parity parity;
+    StopBits stop_bits;
+    bool xon_xoff;         // XON and XOFF hold the other side's sending, in both directions
+    bool cts_output_flow;  // CTS holds the output
+    bool dsr_output_flow;  // DSR holds the output
+    bool dsr_sensitivity;  // what comes while DSR is off is dropped
+    Line dtr;              // never toggle
+    Line rts;
+};
+
+/// An open serial port. Closed when destroyed.
+class SerialPort {
+  public:
+    SerialPort() = default;
+    /// Takes over what release() gave.
+    explicit SerialPort(std::intptr_t handle) : handle_(handle) {}
+    SerialPort(const SerialPort &) = delete;
+    SerialPort &operator=(const SerialPort &) = delete;
+    ~SerialPort();
+
+    /// Opens the port for this object alone. False if there is no such port, or somebody has it.
+    bool open(const char *name);
+    /// What the mode text "name:entry" makes of the port's present settings: its syntax is that of the
+    /// system's command "mode", in the older form ("9600,n,8,1,p") or the newer one ("baud=9600 xon=on").
+    /// False, with `settings` of no meaning, if the system rejects the text.
+    bool settings_from(const char *name, const char *entry, SerialSettings &settings) const;
+    /// False if the port cannot do all that is asked.
+    bool apply(const SerialSettings &settings);
+    /// Sends bytes as they are, and returns when the system has no more of them. False if the port has
+    /// taken fewer.
+    bool write(const char *bytes, std::size_t size);
+    /// The system's handle, which the caller has to close now; never 0 for an open port.
+    std::intptr_t release();
+
+  private:
+    std::intptr_t handle_ = 0;
+};
+
+/// The sibling library that sends a plot file where programs like this one cannot reach the ports.
+struct PlotHelper {
+    const char *library;
+    const char *initialize;  // its entries
+    const char *plot;
+};
+
+enum class PlotHelperResult { done, not_loaded, not_initialized };
+
+/// Loads the library, calls its entry `initialize` with the library's handle and 1, then its entry `plot`
+/// with the path and the port, and unloads it; one that cannot be initialised stays. `result` is what
+/// `plot` returned.
+PlotHelperResult run_plot_helper(const PlotHelper &helper, const char *path, const char *port,
+                                 std::int32_t &result);
 
 // ---- The process
 
@@ -273,6 +339,9 @@ const char *environment_variable(const char *name);
 bool set_environment_variable(const char *name, const char *value);
 /// The code that kv_get_win32() returns; 0 if unknown.
 std::int32_t windows_platform_code();
+/// The directory of the system's own settings, such as WIN.INI. False if it is not known, or does not fit
+/// with its terminator.
+bool windows_directory(char *buffer, std::size_t size);
 
 /// The text that is the default value of a key under the current user, such as "Software\\Maker\\file".
 /// False if there is none, or it does not fit with its terminator.

@@ -38,4 +38,11 @@ std::int32_t windows_platform_code() {
     return 5;  // as today's Windows: the environment lock and the shell's file operations are on
 }
 
+bool windows_directory(char *buffer, std::size_t size) {
+    constexpr char kDirectory[] = "C:\\WINDOWS";
+    if (!drive_exists('C') || sizeof kDirectory > size) return false;
+    std::memcpy(buffer, kDirectory, sizeof kDirectory);
+    return true;
+}
+
 }  // namespace kv::platform

@@ -27,7 +27,7 @@ void wait_for_enter() {
 
 }  // namespace
 
-void message_box(const char *text, const char *caption) {
+void message_box(const char *text, const char *caption, BoxOwner) {
     for (const char *line : {caption, text}) {
         write_text(STDERR_FILENO, line);
         const std::size_t length = std::strlen(line);
