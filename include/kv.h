@@ -32,6 +32,7 @@
 #include "kv/mini.h"
 #include "kv/numeric.h"
 #include "kv/scan.h"
+#include "kv/serial.h"
 #include "kv/sort.h"
 #include "kv/strings.h"
 #include "kv/types.h"
