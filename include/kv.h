@@ -31,6 +31,7 @@
 #include "kv/memory.h"
 #include "kv/mini.h"
 #include "kv/numeric.h"
+#include "kv/profiles.h"
 #include "kv/scan.h"
 #include "kv/serial.h"
 #include "kv/sort.h"

@@ -39,6 +39,9 @@ class InputFile {
     bool missing() const { return missing_; }
     /// Reads up to `size` bytes; the number read, 0 at the end, -1 after a read error.
     std::int64_t read(char *buffer, std::size_t size);
+    /// Reads `size` bytes from an offset on, fewer at the end of the file; the number read, -1 after a read
+    /// error or if the file has no positions. What read() reads next stays the same.
+    std::int64_t read_at(std::int64_t offset, char *buffer, std::size_t size);
     /// Seconds since 1970 of the last modification; false if the system does not tell.
     bool modification_time(std::int64_t &seconds) const;
 

@@ -40,6 +40,20 @@ std::int64_t InputFile::read(char *buffer, std::size_t size) {
     return count;
 }
 
+std::int64_t InputFile::read_at(std::int64_t offset, char *buffer, std::size_t size) {
+    if (posix::io_fails()) return -1;
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t count = pread(static_cast<int>(handle_), buffer + done, size - done,
+                                    offset + static_cast<std::int64_t>(done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return -1;
+        if (count == 0) break;
+        done += static_cast<std::size_t>(count);
+    }
+    return static_cast<std::int64_t>(done);
+}
+
 bool InputFile::modification_time(std::int64_t &seconds) const {
     struct stat status;
     if (fstat(static_cast<int>(handle_), &status) != 0) return false;
