@@ -107,7 +107,7 @@ struct Style {
     bool regular;  // one entry a line, with all its fields
     bool crlf;
     int lines;
-    int width;  // of the last field
+    std::size_t width;  // of the last field
 };
 
 std::string make_table(std::mt19937 &random, const Style &style) {
@@ -184,7 +184,7 @@ TEST(ProfilesWalks, LikeTheModel) {
     std::mt19937 random(4711);
     for (int round = 0; round < 400; ++round) {
         const Style style = {round % 3 == 0, round % 2 == 0, static_cast<int>(random() % 70),
-                             round % 50 == 1 ? 3000 : 5};
+                             round % 50 == 1 ? 3000U : 5U};
         ASSERT_NO_FATAL_FAILURE(walk(random, make_table(random, style), 200)) << round;
     }
 }
