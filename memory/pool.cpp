@@ -8,6 +8,7 @@
 #include <bit>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "kv/frame.h"
 #include "kv/memory.h"
@@ -26,7 +27,8 @@ struct Block {
 
 constexpr std::size_t kUnit = 8;
 
-constexpr std::size_t round_up(std::size_t size) {
+template <typename Size>
+constexpr Size round_up(Size size) {
     return (size + kUnit - 1) / kUnit * kUnit;
 }
 
@@ -46,17 +48,19 @@ void *allocate_block(std::size_t header, std::int32_t cachesize) {
 // A pool is its first block; behind that block's header stands what the pool needs besides.
 struct HEAP {
     Block block;
-    // Of the last block; its header is behind until another one is appended.
+    // The free part of the last block, whose header is behind until another one is appended.
     char *cursor;
-    std::int32_t remaining;
-    std::int32_t most_before = -1;  // the most bytes left in a block before the last; -1: there is none
+    char *end;
+    std::size_t most_before = 0;  // the most bytes left in a block before the last
     Block *last;
     kv::memory::Vector<Block *> before;
     kv::memory::Vector<std::int32_t> tree;  // [1] is the root, [n] the maximum of [2n] and [2n + 1]
 
     explicit HEAP(const Block &first)
-        : block(first), cursor(first.cursor), remaining(first.remaining), last(&block) {}
+        : block(first), cursor(first.cursor), end(first.cursor + first.remaining), last(&block) {}
 
+    std::size_t left() const { return static_cast<std::size_t>(end - cursor); }
+    void *take(std::size_t size) { return std::exchange(cursor, cursor + size); }
     std::size_t leaves() const { return tree.size() / 2; }
     void set_leaf(std::size_t index, std::int32_t left);
     std::size_t first_with_more(std::int32_t size) const;
@@ -73,7 +77,7 @@ void HEAP::set_leaf(std::size_t index, std::int32_t left) {
         if (tree[node] == most) break;
         tree[node] = most;
     }
-    most_before = tree[1];
+    most_before = static_cast<std::size_t>(tree[1]);
 }
 
 // There is one.
@@ -88,7 +92,7 @@ void HEAP::append_block() {
     const std::size_t count = before.size() + 1;
     before.reserve(std::bit_ceil(count));
     if (leaves() < count) {
-        kv::memory::Vector<std::int32_t> larger(2 * std::bit_ceil(count), -1);
+        kv::memory::Vector<std::int32_t> larger(2 * std::bit_ceil(count), 0);
         const std::size_t first_leaf = larger.size() / 2;
         for (std::size_t i = 0; i < before.size(); ++i) larger[first_leaf + i] = before[i]->remaining;
         for (std::size_t node = first_leaf; --node > 0;)
@@ -98,14 +102,14 @@ void HEAP::append_block() {
     void *memory = allocate_block(sizeof(Block), block.cachesize);
     if (memory == nullptr) throw std::bad_alloc();
     last->cursor = cursor;
-    last->remaining = remaining;
+    last->remaining = static_cast<std::int32_t>(left());
     before.push_back(last);
-    set_leaf(count - 1, remaining);
+    set_leaf(count - 1, last->remaining);
     char *data = static_cast<char *>(memory) + round_up(sizeof(Block));
     last->next = ::new (memory) Block{block.cachesize, block.cachesize, block.clear, data, nullptr};
     last = last->next;
     cursor = data;
-    remaining = last->remaining;
+    end = data + block.cachesize;
 }
 
 // A piece of a block before the last, one of which has enough room.
@@ -118,6 +122,40 @@ void *HEAP::take_before(std::int32_t size) {
     set_leaf(index, serving.remaining);
     return piece;
 }
+
+namespace {
+
+[[gnu::noinline]] void *refuse_without_pool() noexcept {
+    report("heap_allocate: incorrect ID for this heap");
+    return nullptr;
+}
+
+// A piece that the last block does not serve; null if it is refused. Apart, so that heap_allocate() is
+// short.
+[[gnu::noinline]] void *allocate_elsewhere(HEAP &pool, std::int32_t size) noexcept {
+    if (size < 0 || size > pool.block.cachesize) {
+        report("heap_allocate: parameter 'size' greater than cachesize");
+        return nullptr;
+    }
+    // The capacity is a multiple of 8, so that rounding up stays within it.
+    const std::size_t rounded = round_up(static_cast<std::size_t>(size));
+    void *piece = nullptr;
+    if (rounded < pool.most_before) {
+        piece = pool.take_before(static_cast<std::int32_t>(rounded));
+    } else {
+        try {
+            pool.append_block();
+        } catch (const std::bad_alloc &) {
+            report("heap_allocate: out of space");
+            return nullptr;
+        }
+        piece = pool.take(rounded);
+    }
+    if (pool.block.clear != 0) std::memset(piece, 0, static_cast<std::size_t>(size));
+    return piece;
+}
+
+}  // namespace
 
 HEAP *heap_open(int32_t cachesize, int32_t clear) noexcept {
     const std::int64_t rounded =
@@ -135,34 +173,12 @@ HEAP *heap_open(int32_t cachesize, int32_t clear) noexcept {
 }
 
 void *heap_allocate(HEAP *pool, int32_t size) noexcept {
-    if (pool == nullptr) {
-        report("heap_allocate: incorrect ID for this heap");
-        return nullptr;
-    }
-    if (size < 0 || size > pool->block.cachesize) {
-        report("heap_allocate: parameter 'size' greater than cachesize");
-        return nullptr;
-    }
-    // The capacity is a multiple of 8, so that rounding up stays within it.
-    const auto rounded = static_cast<std::int32_t>(round_up(static_cast<std::size_t>(size)));
-    void *piece = nullptr;
-    if (pool->most_before > rounded) {
-        piece = pool->take_before(rounded);
-    } else {
-        if (pool->remaining <= rounded) {
-            try {
-                pool->append_block();
-            } catch (const std::bad_alloc &) {
-                report("heap_allocate: out of space");
-                return nullptr;
-            }
-        }
-        piece = pool->cursor;
-        pool->cursor += rounded;
-        pool->remaining -= rounded;
-    }
-    if (pool->block.clear != 0 && size != 0) std::memset(piece, 0, static_cast<std::size_t>(size));
-    return piece;
+    if (pool == nullptr) return refuse_without_pool();
+    // A negative size is, as an unsigned number, more than any block has left.
+    const std::uint64_t rounded = round_up<std::uint64_t>(static_cast<std::uint32_t>(size));
+    if (rounded < pool->most_before || rounded >= pool->left()) return allocate_elsewhere(*pool, size);
+    void *piece = pool->take(static_cast<std::size_t>(rounded));
+    return pool->block.clear == 0 ? piece : std::memset(piece, 0, static_cast<std::size_t>(size));
 }
 
 void heap_deallocate(HEAP *pool, void *) noexcept {

@@ -12,7 +12,7 @@ def print_tables(measurements):
     for count in (100, 100000):
         print(f"\nHash table, a key that is not there, {count:,} keys: {measurements.nanoseconds(f'hash miss/kv/{count}'):.1f} ns")
     print_group(measurements, "Pool, a piece", "pool piece",
-                {"monotonic_buffer_resource": 1.0, "apr_palloc": None, "talloc pool": None})
+                {"monotonic_buffer_resource": 1.0, "the same, inlined": None, "apr_palloc": None, "talloc pool": None})
     for numbers in ("doubles", "integers"):
         print_group(measurements, f"1,000,000 {numbers} sorted, each", f"sort {numbers}", {"std::sort": 1 / 3, "qsort": None})
     for count in (5000, 500000):
