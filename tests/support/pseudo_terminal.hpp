@@ -21,6 +21,8 @@ class PseudoTerminal {
         EXPECT_EQ(unlockpt(descriptor_), 0);
         EXPECT_EQ(ptsname_r(descriptor_, name.data(), name.size()), 0);
         name_ = name.data();
+        held_ = open(name_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+        EXPECT_GE(held_, 0);
         setenv("KV_COM1", name_.c_str(), 1);
     }
     PseudoTerminal(const PseudoTerminal &) = delete;
@@ -38,11 +40,12 @@ class PseudoTerminal {
         EXPECT_EQ(tcgetattr(descriptor_, &result), 0);
         return result;
     }
+    void set(const termios &settings) const { EXPECT_EQ(tcsetattr(descriptor_, TCSANOW, &settings), 0); }
     void disappear() {
         if (descriptor_ >= 0) close(descriptor_);
         descriptor_ = -1;
     }
-    /// Reads until the port is closed, or until `stop`, called with what has come so far, says true.
+    /// Reads until received(), or until `stop`, called with what has come so far, says true.
     void read(const std::function<bool(const std::string &)> &stop = [](auto &) { return false; }) {
         reader_ = std::thread([this, stop] {
             std::array<char, 4096> block{};
@@ -53,7 +56,7 @@ class PseudoTerminal {
             }
         });
     }
-    /// What has come when the reader has ended.
+    /// Ends the reader, and gives what has come.
     const std::string &received() {
         join();
         return received_;
@@ -61,10 +64,13 @@ class PseudoTerminal {
 
   private:
     void join() {
+        if (held_ >= 0) close(held_);
+        held_ = -1;
         if (reader_.joinable()) reader_.join();
     }
 
     int descriptor_;
+    int held_;  // the port, so that the reader meets no end when the program closes it
     std::string name_;
     std::string received_;
     std::thread reader_;

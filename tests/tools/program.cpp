@@ -59,7 +59,7 @@ void ProgramTest::write(const std::string &name, const std::string &content) con
 
 Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions &options) const {
     const std::string out = options.output.empty() ? path("standard.out").string() : options.output;
-    const std::string err = path("standard.err");
+    const std::string err = options.error.empty() ? path("standard.err").string() : options.error;
     std::vector<std::string> copies = words;
     std::string program = KV_TEST_PROGRAM;
     if (options.as_nobody) {  // who cannot reach into the build directory of root
@@ -93,9 +93,9 @@ Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions
     Outcome outcome;
     if (WIFEXITED(status)) outcome.code = WEXITSTATUS(status);
     if (options.output.empty()) outcome.out = read_file(out);
-    outcome.err = read_file(err);
+    if (options.error.empty()) outcome.err = read_file(err);
     std::filesystem::remove(directory_ / "standard.out");
-    std::filesystem::remove(err);
+    std::filesystem::remove(directory_ / "standard.err");
     return outcome;
 }
 

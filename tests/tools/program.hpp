@@ -17,6 +17,7 @@ struct Outcome {
 
 struct RunOptions {
     std::string output = {};  ///< a file that takes standard output instead of Outcome::out
+    std::string error = {};   ///< the same for standard error and Outcome::err
     std::string input = {};   ///< a file that is standard input; else there is none
     int limit = -1;           ///< one of RLIMIT_, to be lowered to
     rlim_t limit_value = 0;   ///< this

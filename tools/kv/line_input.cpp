@@ -3,11 +3,7 @@
 #include <cstdio>
 #include <iostream>
 
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
+#include "terminal.hpp"
 
 #ifdef KV_HAVE_LIBEDIT
 #include <histedit.h>
@@ -16,14 +12,6 @@
 namespace kvtool {
 
 namespace {
-
-bool at_terminal() {
-#ifdef _WIN32
-    return _isatty(_fileno(stdin)) != 0;
-#else
-    return isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
-#endif
-}
 
 class PlainInput : public LineInput {
   public:
@@ -89,7 +77,7 @@ class EditedInput : public LineInput {
 }  // namespace
 
 std::unique_ptr<LineInput> open_line_input(const char *prompt) {
-    if (!at_terminal()) return std::make_unique<PlainInput>(nullptr);
+    if (!is_terminal(stdin) || !is_terminal(stdout)) return std::make_unique<PlainInput>(nullptr);
 #ifdef KV_HAVE_LIBEDIT
     return std::make_unique<EditedInput>(prompt);
 #else

@@ -27,6 +27,7 @@ constexpr Subcommand kSubcommands[] = {
     {"record", "print and write files of binary records", run_record},
     {"ini", "read and change INI files", run_ini},
     {"ls", "list a directory", run_ls},
+    {"plot", "send a plot file to a serial port", run_plot},
     {"scan", "show the tokens of a file", run_scan},
     {"timer", "time commands, and write the report of the times", run_timer},
     {"where", "find the main configuration file and others, and tell where it was looked", run_where},

@@ -15,6 +15,8 @@ int run_env(std::span<const char *const> words);
 int run_ini(std::span<const char *const> words);
 /// `kv ls`: directories. As run_env().
 int run_ls(std::span<const char *const> words);
+/// `kv plot`: plot files to a serial port. As run_env().
+int run_plot(std::span<const char *const> words);
 /// `kv timer`: times commands. As run_env().
 int run_timer(std::span<const char *const> words);
 /// `kv where`: the configuration search. As run_env().

@@ -1,0 +1,165 @@
+// `kv plot`: a plot file to a plotter on a serial port.
+#include <array>
+#include <cstdint>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "kv/fio.h"
+#include "kv/serial.h"
+
+#include "arguments.hpp"
+#include "failure.hpp"
+#include "subcommands.hpp"
+#include "terminal.hpp"
+
+namespace kvtool {
+
+namespace {
+
+constexpr char kCommand[] = "kv plot";
+
+constexpr Option kOptions[] = {{"--anyway", "", ""}, {"--help", "", ""}, {"-h", "", ""}};
+
+void print_help() {
+    std::cout << R"(Usage: kv plot FILE PORT [--anyway]
+
+Sends FILE, as it is, to the plotter on the serial port PORT: COM1, COM2, ..., or the path of a
+device such as /dev/ttyUSB0. The port is set up by its entry in WIN.INI, which is in C:\WINDOWS:
+
+  [Ports]
+  COM1:=9600,n,8,1,p
+
+that is baud rate, parity (e, m, n, o), data bits, stop bits and flow control (e, p, x); the entry
+above is the default. A plotter that holds the line is waited for; the environment variable
+KV_COM_TIMEOUT gives the seconds after which that is a failure. KV_COM1, KV_COM2, ... name other
+devices than /dev/ttyS0, /dev/ttyS1, ...
+
+A progress bar is shown when standard error is a terminal, otherwise a line at the end tells what
+was sent.
+
+Options:
+  --anyway             send also when the port does not take all of its settings
+  --help               this text
+
+Exit codes: 0 sent; 2 wrong usage; 3 the file cannot be read, or the port cannot be opened or set
+up, or took only a part.
+)";
+}
+
+struct CloseFile {
+    void operator()(FIO *file) const { fio_close(file); }
+};
+using File = std::unique_ptr<FIO, CloseFile>;
+
+/// A port that is closed at the end.
+class Port {
+  public:
+    explicit Port(const std::string &name) : handle_(iOpenWinComWrite(name.c_str())) {}
+    Port(const Port &) = delete;
+    Port &operator=(const Port &) = delete;
+    ~Port() { CloseWinCom(&handle_); }
+
+    bool open() const { return handle_ != 0; }
+    /// False if the port has not taken all; it is closed then.
+    bool write(const void *bytes, std::uint32_t count) {
+        WriteWinCom(&handle_, bytes, count);
+        return open();
+    }
+
+  private:
+    kv_value handle_;
+};
+
+/// A bar on standard error, if that is a terminal.
+class Progress {
+  public:
+    explicit Progress(std::int64_t total) : total_(total), shown_(is_terminal(stderr)) {}
+    Progress(const Progress &) = delete;
+    Progress &operator=(const Progress &) = delete;
+    ~Progress() {
+        if (shown_) std::cerr << '\n';
+    }
+
+    bool shown() const { return shown_; }
+    void show(std::int64_t sent) const {
+        if (!shown_) return;
+        std::cerr << '\r';
+        if (total_ > 0) {
+            constexpr std::int64_t kWidth = 40;
+            const auto filled = static_cast<std::size_t>(std::min(sent, total_) * kWidth / total_);
+            std::cerr << '[' << std::string(filled, '#') << std::string(kWidth - filled, '.') << "] "
+                      << std::min(sent, total_) * 100 / total_ << " %, ";
+        }
+        std::cerr << sent << " bytes" << std::flush;
+    }
+
+  private:
+    std::int64_t total_;
+    bool shown_;
+};
+
+std::string entry_of(const std::string &port) {
+    std::array<char, 41> entry{};
+    if (GetComEntry(entry.data(), port.c_str()) == 1) return entry.data();
+    throw Failure{kFile, std::string(kCommand) + ": there is no directory for WIN.INI"};
+}
+
+void require_settings(const Port &port, bool exact, const std::string &name) {
+    const std::string entry = entry_of(name);
+    if (!port.open()) {
+        throw Failure{kFile, std::string(kCommand) + ": the port '" + name +
+                                 "' cannot be opened: it is not " + "there, or in use, or its entry '" +
+                                 entry + "' is not valid"};
+    }
+    if (!exact) {
+        throw Failure{kFile, std::string(kCommand) + ": the port '" + name + "' does not take all of '" +
+                                 entry + "'; --anyway sends all the same"};
+    }
+}
+
+/// The number of bytes.
+std::int64_t send(FIO *file, const std::string &file_name, Port &port, const std::string &port_name,
+                  const Progress &progress) {
+    std::array<char, 1024> chunk{};  // a second at 9600 baud
+    std::int64_t sent = 0;
+    for (;;) {
+        progress.show(sent);
+        const std::uint32_t count = fio_fread(chunk.data(), 1, chunk.size(), file);
+        if (count == 0) break;
+        if (!port.write(chunk.data(), count)) {
+            throw Failure{kFile, std::string(kCommand) + ": the port '" + port_name +
+                                     "' has stopped after " + std::to_string(sent) + " bytes"};
+        }
+        sent += count;
+    }
+    if (std::ferror(fio_fp(file)) == 0) return sent;
+    throw Failure{kFile, std::string(kCommand) + ": '" + file_name + "' cannot be read to its end"};
+}
+
+}  // namespace
+
+int run_plot(std::span<const char *const> words) {
+    const Arguments arguments = Arguments::parse(kCommand, words, kOptions);
+    if (arguments.has("--help") || arguments.has("-h")) {
+        print_help();
+        return kDone;
+    }
+    if (arguments.operands().size() != 2) fail_usage(kCommand, "wants FILE PORT [--anyway]");
+    const std::string &file_name = arguments.operands()[0];
+    const std::string &port_name = arguments.operands()[1];
+    const File file(fio_open(nullptr, file_name.c_str(), FIO_READ));
+    if (file == nullptr)
+        throw Failure{kFile, std::string(kCommand) + ": '" + file_name + "' cannot be read"};
+
+    // No file to send: what is left is the setting up.
+    const bool exact = PlotToCom32Bit("", port_name.c_str()) == 1;
+    Port port(port_name);
+    require_settings(port, exact || arguments.has("--anyway"), port_name);
+    const Progress progress(fio_length(file.get()));
+    const std::int64_t sent = send(file.get(), file_name, port, port_name, progress);
+    if (!progress.shown()) std::cout << sent << " bytes sent to " << port_name << '\n';
+    return kDone;
+}
+
+}  // namespace kvtool
