@@ -73,10 +73,21 @@ Evaluator::Next Evaluator::read_keyword() {
             return Next::suffix;
         case Keyword::kAnd:
         case Keyword::kOr:
-            return fail(CALC_SYNTAX);
+            return refuse_logical();
         default:
             return begin_function(keyword);
     }
+}
+
+// AND and OR in the place of a function: they need their "(" like one, but are none.
+Evaluator::Next Evaluator::refuse_logical() {
+    const std::int32_t line = token_.line;
+    const std::int32_t column = token_.column;
+    read_token();
+    if (kind_ != SCAN_LPAREN) return fail(CALC_NO_ARGUMENT);
+    token_.line = line;
+    token_.column = column;
+    return fail(CALC_SYNTAX);
 }
 
 Evaluator::Next Evaluator::begin_function(Keyword keyword) {

@@ -30,6 +30,7 @@ class Evaluator {
 
     Next read_operand();
     Next read_keyword();
+    Next refuse_logical();
     Next begin_function(Keyword keyword);
     double whole_number() const;
 

@@ -2,13 +2,11 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
-#include <pthread.h>
 #include <string>
-#include <sys/resource.h>
-#include <thread>
 
 #include "kv.h"
 
+#include "tests/support/small_stack.hpp"
 #include "tests/support/support.hpp"
 
 namespace {
@@ -153,6 +151,8 @@ TEST(Calc, Errors) {
         {"()", CALC_SYNTAX, 0, 1},
         {"AND(1)", CALC_SYNTAX, 0, 0},
         {"1+OR(1,2)", CALC_SYNTAX, 0, 2},
+        {"1 AND OR 2", CALC_NO_ARGUMENT, 0, 9},
+        {"1 AND", CALC_SYNTAX, 0, 5},
         {"1\xFF", CALC_SYNTAX, 0, 1},
         {"\xE4", CALC_SYNTAX, 0, 0},
         {"2 3 /0", CALC_SYNTAX, 0, 2},
@@ -191,6 +191,17 @@ TEST(Calc, Errors) {
     }
 }
 
+TEST(Calc, SingleBytes) {
+    for (int byte = 1; byte < 256; ++byte) {
+        const auto c = static_cast<char>(byte);
+        const Result result = evaluate(std::string(1, c));
+        const bool goes_on = byte <= ' ' || c == '-' || c == '(';
+        EXPECT_EQ(result.code, c >= '0' && c <= '9' ? CALC_OK : CALC_SYNTAX) << byte;
+        EXPECT_EQ(result.line, c == '\n' ? 1 : 0) << byte;
+        EXPECT_EQ(result.column, result.code == CALC_OK || (goes_on && c != '\n') ? 1 : 0) << byte;
+    }
+}
+
 // Every byte, and every pair of symbols, gives a value or an error; nothing is reported.
 TEST(Calc, EveryByteAndEveryPair) {
     kvtest::clear_log();
@@ -209,34 +220,56 @@ TEST(Calc, EveryByteAndEveryPair) {
     EXPECT_EQ(kvtest::read_log(), "");
 }
 
-// Depth costs heap, not stack: all of this runs on 256 KiB.
-void *evaluate_deep_expressions(void *) {
-    const std::size_t many = 1000000;
-    const std::string opening(many, '(');
-    const std::string closing(many, ')');
-    EXPECT_EQ(evaluate(opening).code, CALC_SYNTAX);
-    EXPECT_EQ(evaluate(opening).column, static_cast<int32_t>(many));
-    EXPECT_EQ(evaluate(opening + "7" + closing).value, 7);
-    EXPECT_EQ(evaluate(std::string(many, '-') + "7").value, 7);
-    std::string powers = "1";
-    std::string conditionals;
-    for (std::size_t i = 0; i < many / 4; ++i) {
-        powers += "^1";
-        conditionals += "0?1:";
-    }
-    EXPECT_EQ(evaluate(powers).value, 1);
-    EXPECT_EQ(evaluate(conditionals + "7").value, 7);
-    return nullptr;
+std::string repeated(const char *text, std::size_t count) {
+    std::string result;
+    while (count-- > 0) result += text;
+    return result;
 }
 
-TEST(Calc, NestingOfAnyDepth) {
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, 256 * 1024);
-    pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, &attributes, evaluate_deep_expressions, nullptr), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
+// Depth and length cost heap, not stack.
+TEST(Calc, LongExpressions) {
+    constexpr std::size_t kMany = 250000;
+    constexpr std::size_t kTenMegabytes = 10000000;
+    const struct {
+        std::string expression;
+        double value;
+    } values[] = {
+        {repeated("(", 4 * kMany) + "7" + repeated(")", 4 * kMany), 7},
+        {repeated("-", 4 * kMany) + "7", 7},
+        {repeated("NOT ", kMany) + "7", 1},
+        {repeated("1+", 2 * kMany) + "1", 2 * kMany + 1},
+        {repeated("1^", 2 * kMany) + "1", 1},
+        {repeated("0?1:", kMany) + "7", 7},
+        {repeated("1?", kMany) + "7" + repeated(":1", kMany), 7},
+        {repeated("ABS(", kMany) + "7" + repeated(")", kMany), 7},
+        {repeated("MAX(1,", kMany / 2) + "7" + repeated(")", kMany / 2), 7},
+        {"MAX(7" + repeated(",1", 2 * kMany) + ")", 7},
+        {repeated("1+2*3^4<5 AND ", kMany / 4) + "1", 0},
+        {std::string(kTenMegabytes, '0') + "2147483649", 2147483649.0},
+        {std::string(kTenMegabytes, '9'), kInfinity},
+        {"." + std::string(kTenMegabytes, '0') + "7e10000001", 7},
+    };
+    const struct {
+        std::string expression;
+        int32_t code;
+        int32_t column;
+    } errors[] = {
+        {repeated("(", 4 * kMany), CALC_SYNTAX, 4 * kMany},
+        {repeated("2^(", kMany), CALC_SYNTAX, 3 * kMany},
+        {repeated("1?", kMany) + "1", CALC_NO_ALTERNATIVE, 2 * kMany + 1},
+        {repeated("SIN(", kMany) + "1", CALC_UNCLOSED, 4 * kMany + 1},
+        {"1+" + std::string(kTenMegabytes, 'x'), CALC_SYNTAX, 2},
+        {"1+\"" + std::string(kTenMegabytes, 'x'), CALC_SYNTAX, 2},
+    };
+    kvtest::on_small_stack([&] {
+        for (const auto &row : values)
+            EXPECT_EQ(evaluate(row.expression).value, row.value) << row.expression.substr(0, 20);
+        for (const auto &row : errors) {
+            const Result result = evaluate(row.expression);
+            EXPECT_EQ(result.code, row.code) << row.expression.substr(0, 20);
+            EXPECT_EQ(result.column, row.column) << row.expression.substr(0, 20);
+        }
+    });
 }
 
 TEST(Calc, ExhaustedHeap) {

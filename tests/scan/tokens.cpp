@@ -6,6 +6,7 @@
 #include "kv.h"
 
 #include "tests/scan/scanning.hpp"
+#include "tests/support/small_stack.hpp"
 #include "tests/support/support.hpp"
 
 namespace {
@@ -160,6 +161,44 @@ TEST(Scan, LongTokens) {
     EXPECT_EQ(first("1e-" + std::string(400, '9')).record.dval, 0.0);
 }
 
+// Ten megabytes of everything that may be that long, in constant memory: the first token, what was wrong
+// with it, and where the end is.
+TEST(Scan, TokensOfAnyLength) {
+    constexpr int32_t kLong = 10000000;
+    const struct {
+        const char *before;
+        char repeated;
+        const char *behind;
+        int32_t flags;
+        int32_t kind;
+        int32_t error;
+        int32_t end;
+    } rows[] = {
+        {"", 'x', "", 0, SCAN_IDENTIFIER, SCAN_LONG_IDENTIFIER, kLong},
+        {"\"", 'x', "\"", 0, SCAN_STRING, SCAN_LONG_STRING, kLong + 2},
+        {"\"", '\\', "", 0, SCAN_STRING, SCAN_OPEN_STRING, kLong + 1},
+        {"`", 'x', "'", SCAN_HASH_MODE, SCAN_QUOTED, SCAN_LONG_STRING, kLong + 2},
+        {"", '7', "", 0, SCAN_LONG, SCAN_OK, kLong},
+        {"-.", '7', "e", SCAN_SIGNED_NUMBERS, SCAN_DOUBLE, SCAN_NO_EXPONENT, kLong + 3},
+        {"1e-", '7', "", 0, SCAN_DOUBLE, SCAN_OK, kLong + 3},
+        {"", ' ', "7", 0, SCAN_LONG, SCAN_OK, kLong + 1},
+        {"/*", '*', "", SCAN_BLOCK_COMMENTS, SCAN_EOF, SCAN_OK, kLong + 2},
+        {"/*", '*', "/7", SCAN_BLOCK_COMMENTS, SCAN_LONG, SCAN_OK, kLong + 4},
+        {"//", '/', "", SCAN_LINE_COMMENTS, SCAN_EOF, SCAN_OK, kLong + 2},
+        {"\\", ' ', "7", SCAN_CONTINUATION, SCAN_BACKSLASH, SCAN_OK, kLong + 2},
+    };
+    kvtest::on_small_stack([&] {
+        for (const auto &row : rows) {
+            const std::vector<Token> all =
+                tokens(row.before + std::string(kLong, row.repeated) + row.behind, row.flags);
+            EXPECT_EQ(all.front().kind, row.kind) << row.before;
+            EXPECT_EQ(all.front().error, row.error) << row.before;
+            EXPECT_EQ(all.back().kind, SCAN_EOF) << row.before;
+            EXPECT_EQ(all.back().record.column, row.end) << row.before;
+        }
+    });
+}
+
 // Numbers as the C library reads them.
 TEST(Scan, NumbersAreTheNearestDoubles) {
     uint64_t state = 88172645463325252ULL;
@@ -179,6 +218,28 @@ TEST(Scan, RepeatedKeywords) {
     EXPECT_EQ(described(tokens("a b c", 0, keywords)), "5:a=1  5:b=2  5:c=4");
     const char *const none[] = {nullptr};
     EXPECT_EQ(described(tokens("a", 0, none)), "6:a=1");
+}
+
+// Each symbol behind each other one.
+TEST(Scan, PairsOfSymbols) {
+    const std::string symbols = "=#,;.:+-*/^<>(){}[]$@%&?!|\\~";
+    const int32_t compared[3][3] = {
+        {SCAN_EQ, SCAN_LE, SCAN_GE}, {SCAN_LE, SCAN_LT, SCAN_NE}, {SCAN_GE, SCAN_NE, SCAN_GT}};
+    const std::string comparisons = "=<>";
+    for (const char a : symbols) {
+        for (const char b : symbols) {
+            const std::string text{a, b};
+            const std::string apart = described(tokens(std::string{a, ' ', b}));
+            EXPECT_EQ(described(tokens(text)), apart) << text;
+            const std::vector<Token> all = tokens(text, SCAN_COMPARE_PAIRS);
+            const std::size_t first = comparisons.find(a);
+            const std::size_t second = comparisons.find(b);
+            const bool pair = first != std::string::npos && second != std::string::npos;
+            EXPECT_EQ(all.size(), pair ? 2U : 3U) << text;
+            EXPECT_EQ(all[1].record.column, pair ? 2 : 1) << text;
+            if (pair) EXPECT_EQ(all[0].kind, compared[first][second]) << text;
+        }
+    }
 }
 
 TEST(Scan, EveryByteAndEveryPair) {
