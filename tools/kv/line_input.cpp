@@ -32,6 +32,10 @@ class PlainInput : public LineInput {
 
 const char *g_prompt = "";  // libedit asks a function for it
 
+char *prompt_of(EditLine *) {
+    return const_cast<char *>(g_prompt);
+}
+
 class EditedInput : public LineInput {
   public:
     explicit EditedInput(const char *prompt)
@@ -39,7 +43,7 @@ class EditedInput : public LineInput {
         constexpr int kHistoryLength = 1000;
         g_prompt = prompt;
         history(history_, &event_, H_SETSIZE, kHistoryLength);
-        el_set(editor_, EL_PROMPT, [](EditLine *) { return const_cast<char *>(g_prompt); });
+        el_set(editor_, EL_PROMPT, prompt_of);
         el_set(editor_, EL_EDITOR, "emacs");
         el_set(editor_, EL_HIST, history, history_);
         el_source(editor_, nullptr);
