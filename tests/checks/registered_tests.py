@@ -17,7 +17,8 @@ for folder in ("tests", "fuzz"):
             failures.append(f"{source.relative_to(root)} is not registered")
         text = source.read_text(errors="replace")
         count += len(re.findall(r"^(?:TEST|TEST_F|TEST_P)\(", text, re.M))
-        if re.search(r"\bDISABLED_|\bGTEST_SKIP\b", text):
+        # A test may only say, when it runs, what its machine does not let it do.
+        if re.search(r"\bDISABLED_|\bGTEST_SKIP\(\)(?!\s*<<)", text):
             failures.append(f"{source.relative_to(root)} leaves a test out")
 if count == 0:
     failures.append("there are no tests")
