@@ -14,12 +14,12 @@ namespace kv::scan {
 class Reader {
   public:
     explicit Reader(const SCANNER &scanner)
-        : source_(scanner.source),
-          folding_(scanner.folding),
-          classes_(scanner.classes),
+        : line_(static_cast<std::uint32_t>(scanner.line)),
           current_(scanner.lookahead),
-          line_(static_cast<std::uint32_t>(scanner.line)),
-          column_(static_cast<std::uint32_t>(scanner.column)) {}
+          column_(static_cast<std::uint32_t>(scanner.column)),
+          source_(scanner.source),
+          folding_(scanner.folding),
+          classes_(scanner.classes) {}
 
     void store(SCANNER &scanner) const {
         scanner.lookahead = current_;
@@ -69,12 +69,14 @@ class Reader {
     static bool is_byte(std::int32_t c) { return static_cast<std::uint32_t>(c) < 256; }
     static std::size_t index(std::int32_t c) { return static_cast<std::size_t>(c); }
 
+    // Line and column are apart, so that they are not read as one word: they are written one by one, and a
+    // processor waits for its memory then.
+    std::uint32_t line_;
+    std::int32_t current_;
+    std::uint32_t column_;
     scan_source source_;
     const Folding *folding_;
     const Classes *classes_;
-    std::int32_t current_;
-    std::uint32_t line_;
-    std::uint32_t column_;
 };
 
 /// A token's text as it grows; what it cannot hold is dropped.
