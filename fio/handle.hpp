@@ -14,6 +14,7 @@ struct FIO {
     std::uint32_t mode;      // the flags of fio_open()
     const char *name;        // from str_alloc(), or kUnknownName
     kv::platform::TextLayer *text;
+    kv::platform::RegionLock lock;
 
     kv::platform::Stream stream() const { return {fp, text}; }
     bool is_text() const { return (mode & FIO_TEXT) != 0; }

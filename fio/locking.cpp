@@ -8,7 +8,7 @@ using kv::platform::LockResult;
 
 int32_t fio_lock(FIO *handle) noexcept {
     if (handle == nullptr) return FIO_LOCK_BAD_FILE;
-    switch (kv::platform::lock_stream(handle->stream())) {
+    switch (handle->lock.lock(handle->stream())) {
         case LockResult::done:
             return FIO_LOCK_DONE;
         case LockResult::bad_file:
@@ -24,7 +24,7 @@ int32_t fio_lock(FIO *handle) noexcept {
 
 int32_t fio_unlock(FIO *handle) noexcept {
     if (handle == nullptr) return -1;
-    switch (kv::platform::unlock_stream(handle->stream())) {
+    switch (handle->lock.unlock(handle->stream())) {
         case LockResult::done:
             return 0;
         case LockResult::bad_file:

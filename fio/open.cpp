@@ -81,7 +81,11 @@ FIO *fio_open(const char *dir, const char *name, uint32_t flags) noexcept {
     const kv::platform::Stream stream = kv::platform::open_stream(path, *mode);
     if (stream.file == nullptr) return nullptr;
     const char *copy = str_alloc(path);
-    *handle = {stream.file, FIO_INTEL, flags, copy != nullptr ? copy : kUnknownName, stream.text};
+    handle->fp = stream.file;
+    handle->text = stream.text;
+    handle->byteorder = FIO_INTEL;
+    handle->mode = flags;
+    handle->name = copy != nullptr ? copy : kUnknownName;
 
     if ((flags & FIO_HEADER) != 0 && (flags & (FIO_TEXT | FIO_APPEND)) == 0) {
         if ((flags & FIO_WRITE) != 0) {

@@ -236,10 +236,24 @@ struct Stream {
 Stream open_stream(const char *path, const StreamMode &mode);
 enum class LockResult { done, denied, bad_file, no_position, failed };
 
-/// Locks the bytes that the file has, without waiting: other streams, of other processes too, are denied
-/// the lock until unlock_stream() or the end of this stream. Streams that only read may share it.
-LockResult lock_stream(const Stream &stream);
-LockResult unlock_stream(const Stream &stream);
+/// A lock on the bytes of a stream's file, which other streams, of other processes too, are denied until
+/// unlock() or until the object and its stream have ended.
+class RegionLock {
+  public:
+    RegionLock() = default;
+    RegionLock(const RegionLock &) = delete;
+    RegionLock &operator=(const RegionLock &) = delete;
+    ~RegionLock();
+
+    /// Locks the bytes that the file has now, without waiting. Streams that only read share the lock where
+    /// the system does not let them write the file.
+    LockResult lock(const Stream &stream);
+    LockResult unlock(const Stream &stream);
+
+  private:
+    std::intptr_t holder_ = -1;  // has the lock instead of a stream that only reads
+};
+
 /// The offset in the file, in bytes on disk, in text streams too; -1 if there is none.
 std::int64_t stream_tell(const Stream &stream);
 /// Moves to an offset in bytes on disk; `origin` as for fseek(). False if that fails.

@@ -370,7 +370,8 @@ enum {
 /** Locks the bytes that the file has now against other processes and other handles, without waiting. The
  *  lock lasts until fio_unlock() or fio_close(); the position stays. An empty file has no bytes to lock.
  *
- *  On POSIX the lock keeps away only those who ask for it, and handles that only read may share it.
+ *  On POSIX the lock keeps away only those who ask for it; handles that only read share it on a file that
+ *  the process may not write.
  *
  *  @return one of the FIO_LOCK_ results */
 KV_API int32_t fio_lock(FIO *handle) KV_NOEXCEPT;

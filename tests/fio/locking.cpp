@@ -54,12 +54,28 @@ TEST(Locking, KeepsOtherProcessesAndHandlesAway) {
     EXPECT_EQ(fio_close(handle), 0);
 }
 
-TEST(Locking, ReadersShare) {
-    kvtest::write_file(kvtest::drive_c() / "shared", "x");
-    FIO *handle = open("shared", FIO_READ);
+// Also of handles that only read, one alone has the lock.
+TEST(Locking, HandlesThatOnlyRead) {
+    kvtest::write_file(kvtest::drive_c() / "read", "x");
+    FIO *handle = open("read", FIO_READ);
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(fio_lock(handle), FIO_LOCK_DONE);
+        EXPECT_EQ(fio_lock(handle), FIO_LOCK_DONE);
+        EXPECT_EQ(lock_elsewhere("read", FIO_READ | FIO_TEXT), FIO_LOCK_DENIED);
+        EXPECT_EQ(lock_elsewhere("read"), FIO_LOCK_DENIED);
+        EXPECT_EQ(fio_unlock(handle), 0);
+        EXPECT_EQ(lock_elsewhere("read", FIO_READ), FIO_LOCK_DONE);
+    }
     EXPECT_EQ(fio_lock(handle), FIO_LOCK_DONE);
-    EXPECT_EQ(lock_elsewhere("shared", FIO_READ), FIO_LOCK_DONE);
-    EXPECT_EQ(lock_elsewhere("shared"), FIO_LOCK_DENIED);
+    EXPECT_EQ(fio_close(handle), 0);
+    EXPECT_EQ(lock_elsewhere("read", FIO_READ), FIO_LOCK_DONE);
+}
+
+TEST(Locking, ReadersShareWhatTheyMayNotWrite) {
+    constexpr char kRunningProgram[] = "Z:\\proc\\self\\exe";  // which nobody may write
+    FIO *handle = open(kRunningProgram, FIO_READ);
+    EXPECT_EQ(fio_lock(handle), FIO_LOCK_DONE);
+    EXPECT_EQ(lock_elsewhere(kRunningProgram, FIO_READ), FIO_LOCK_DONE);
     EXPECT_EQ(fio_close(handle), 0);
 }
 
