@@ -56,7 +56,8 @@ bool Search::tell(int place, const char *path, bool exists) {
 bool Search::look(int place, const char *directory, const char *filename, Path &found) {
     Path path;
     fio_makepath(path.text, "", directory, filename);
-    const bool exists = path.text[0] != '\0' && fio_exist(nullptr, path.text) == 1;
+    // Without a name the directory is left, which is not what is searched.
+    const bool exists = *filename != '\0' && path.text[0] != '\0' && fio_exist(nullptr, path.text) == 1;
     if (exists) found = path;
     return tell(place, path.text, exists);
 }

@@ -105,6 +105,7 @@ TEST_F(Search, OtherFilesInOrder) {
     EXPECT_EQ(find("System", "Profile", "x.pro"), "C:\\a\\x.pro");
     remove("a/x.pro");
     EXPECT_EQ(find("System", "Profile", "x.pro"), "C:\\b\\x.pro");
+    EXPECT_EQ(find("System", "Nichts", ""), kUntouched);  // a directory is not a file without a name
     // Without an entry to look into, the main file itself.
     for (const char *nothing : {static_cast<const char *>(nullptr), ""}) {
         EXPECT_EQ(find(nothing, "Profile", "x.pro"), "C:\\kv\\kv3.ini");
