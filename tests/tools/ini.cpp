@@ -135,6 +135,7 @@ TEST_F(IniProgram, Help) {
     expect_ini({}, 2, "", "which action?");
     expect_ini({"put"}, 2, "", "no action 'put'");
     expect_ini({"get", "S"}, 2, "", "wants SECTION KEY");
+    expect_ini({"sections", "S"}, 2, "", "wants no operand");
 }
 
 }  // namespace

@@ -56,7 +56,9 @@ file cannot be read or written.
 }
 
 void print_help(const Action &action) {
-    std::cout << "Usage: kv ini " << action.name << ' ' << action.operands << "\n\n" << action.details;
+    std::cout << "Usage: kv ini " << action.name << (action.operands.empty() ? "" : " ") << action.operands
+              << "\n\n"
+              << action.details;
     std::cout << "\nOptions:\n";
     print_options(action.options);
     print_options(kCommonOptions);
@@ -134,7 +136,8 @@ int run_ini(std::span<const char *const> words) {
     }
     const std::size_t count = arguments.operands().size();
     if (count < action.least || count > action.most) {
-        fail_usage(command, "wants " + std::string(action.operands));
+        fail_usage(command,
+                   action.operands.empty() ? "wants no operand" : "wants " + std::string(action.operands));
     }
     return action.run(command, arguments);
 }

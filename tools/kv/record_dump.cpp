@@ -173,7 +173,6 @@ themselves. 'kv record write' reads such lines. In JSON a byte outside of ASCII 
 digits, and numbers that are not finite are strings ("inf", "nan").
 
 A record that is cut off at the end of the file gives exit code 3, after the records before it.
-
 )",
     kOptions,
     false,

@@ -134,7 +134,6 @@ value that begins with "-" and is no number stands behind --.
 
 Values that do not fit their fields are refused, and nothing is written: numbers out of range, texts
 that are too long. FILE holds its old content or all of the new one.
-
 )",
     kOptions,
     true,
