@@ -139,22 +139,25 @@ void check_records(Input input) {
     KV_REQUIRE(fio_length(handle) == static_cast<int32_t>(content.size()));
 }
 
-// The characters of a text file and the offset of each; the last offset is that of the end.
+// The characters of a text file and their offsets. It begins with some plain characters.
 struct TextModel {
     std::string text;
-    std::vector<int32_t> offsets;
+    size_t plain;
+    std::vector<int32_t> offsets;  // of those behind the plain ones, and last that of the end
     size_t position = 0;
 
-    explicit TextModel(const std::string &content) {
-        text.reserve(content.size());
-        offsets.reserve(content.size() + 1);
-        size_t at = 0;
+    explicit TextModel(const std::string &content, size_t plain_characters)
+        : text(content, 0, plain_characters), plain(plain_characters) {
+        size_t at = plain;
         for (; at < content.size() && content[at] != '\x1A'; ++at) {
             offsets.push_back(static_cast<int32_t>(at));
             if (content[at] == '\r' && at + 1 < content.size() && content[at + 1] == '\n') ++at;
             text += content[at];
         }
         offsets.push_back(static_cast<int32_t>(at));
+    }
+    int32_t offset(size_t character) const {
+        return character < plain ? static_cast<int32_t>(character) : offsets[character - plain];
     }
     // What a line read gives.
     std::string line(size_t max, std::string_view delims) {
@@ -196,16 +199,16 @@ void check_text_step(FIO *handle, TextModel &model, Input &steps) {
             break;
         }
         case 4: {  // to where a character was, from the beginning or from here
-            const size_t target = model.text.size() - steps.byte() % model.offsets.size();
+            const size_t target = model.text.size() - std::min<size_t>(steps.byte(), model.text.size());
             const int32_t from = step / 6 % 2 != 0 ? fio_tell(handle) : 0;
-            KV_REQUIRE(fio_seek(handle, model.offsets[target] - from, from != 0 ? 1 : 0) == 0);
+            KV_REQUIRE(fio_seek(handle, model.offset(target) - from, from != 0 ? 1 : 0) == 0);
             model.position = target;
             break;
         }
         default:
             KV_REQUIRE(fio_length(handle) >= model.offsets.back());
     }
-    KV_REQUIRE(fio_tell(handle) == model.offsets[model.position]);
+    KV_REQUIRE(fio_tell(handle) == model.offset(model.position));
 }
 
 void check_reading(Input input, size_t padding) {
@@ -213,7 +216,7 @@ void check_reading(Input input, size_t padding) {
     const std::string content = std::string(padding, '.') + input.rest();
     file().set(content);
     const Handle handle(FIO_READ | FIO_TEXT);
-    TextModel model(content);
+    TextModel model(content, padding);
     if (padding > 0) {
         KV_REQUIRE(fio_getchar(handle, nullptr) == '.');
         model.position = 1;
@@ -222,6 +225,14 @@ void check_reading(Input input, size_t padding) {
         model.position = padding - 1;
     }
     while (!steps.empty()) check_text_step(handle, model, steps);
+}
+
+// Appends a text as it stands on disk.
+void append_lines(std::string &disk, std::string_view text) {
+    for (size_t feed; (feed = text.find('\n')) != text.npos; text.remove_prefix(feed + 1)) {
+        disk.append(text.substr(0, feed)).append("\r\n");
+    }
+    disk.append(text);
 }
 
 // Writing in pieces, overwriting some of it, and reading it back.
@@ -237,14 +248,11 @@ void check_writing(Input input, size_t padding) {
             const size_t room = pieces.empty() ? content.size() : padding * (done == 0) + pieces.byte();
             const size_t size = std::min(content.size() - done, room + 1);
             KV_REQUIRE(fio_fwrite(content.data() + done, 1, static_cast<uint32_t>(size), handle) == size);
-            for (size_t i = done; i < done + size; ++i) {
-                if (content[i] == '\n') disk += '\r';
-                disk += content[i];
-            }
+            append_lines(disk, std::string_view(content).substr(done, size));
             done += size;
             KV_REQUIRE(fio_tell(handle) == static_cast<int32_t>(disk.size()));
         }
-        TextModel model(disk);
+        TextModel model(disk, padding);
         KV_REQUIRE(fio_seek(handle, 0, 0) == 0);
         std::string text(content.size() + 1, '\0');
         text.resize(fio_fread(text.data(), 1, static_cast<uint32_t>(text.size()), handle));
