@@ -2,23 +2,57 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
+#include <numeric>
+#include <set>
 #include <span>
+#include <utility>
 
 #include "kv/memory.h"
+
+#include "memory/owned.hpp"
 
 namespace kv::scan {
 
 namespace {
 
-// Brings the smallest text that is left to each position in turn, by an exchange. Which of several equal
-// keywords a search finds depends on this.
-void sort_by_selection(std::span<std::int32_t> order, const char *const *keywords) {
-    for (std::size_t i = 0; i + 1 < order.size(); ++i) {
-        std::size_t smallest = i;
-        for (std::size_t k = i + 1; k < order.size(); ++k) {
-            if (std::strcmp(keywords[order[k]], keywords[order[smallest]]) < 0) smallest = k;
-        }
-        std::swap(order[i], order[smallest]);
+// By the text.
+class Less {
+  public:
+    explicit Less(const char *const *keywords) : keywords_(keywords) {}
+    bool operator()(std::int32_t a, std::int32_t b) const {
+        return std::strcmp(keywords_[a], keywords_[b]) < 0;
+    }
+
+  private:
+    const char *const *keywords_;
+};
+
+// The order of a selection: to each position in turn comes the first of the smallest texts that are left,
+// by an exchange. Which of several equal keywords a search finds depends on this. `order` has the indexes,
+// their texts ascending.
+void order_by_selection(std::span<std::int32_t> order, Less less) {
+    using Place = std::pair<std::int32_t, std::int32_t>;  // the rank of a text, and where it stands
+    std::set<Place, std::less<>, memory::Allocator<Place>> places;
+    memory::Vector<std::int32_t> ranks(order.size());  // of the texts, by index
+    std::int32_t rank = 0;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        if (i > 0 && less(order[i - 1], order[i])) ++rank;
+        ranks[static_cast<std::size_t>(order[i])] = rank;
+    }
+    const auto rank_at = [&](std::int32_t position) {
+        return ranks[static_cast<std::size_t>(order[static_cast<std::size_t>(position)])];
+    };
+    std::iota(order.begin(), order.end(), 0);
+    const auto count = static_cast<std::int32_t>(order.size());
+    for (std::int32_t i = 0; i < count; ++i) places.emplace(rank_at(i), i);
+    for (std::int32_t i = 0; i < count; ++i) {
+        const std::int32_t smallest = places.begin()->second;
+        places.erase(places.begin());
+        if (smallest == i) continue;
+        places.erase(Place(rank_at(i), i));
+        places.emplace(rank_at(i), smallest);
+        std::swap(order[static_cast<std::size_t>(i)], order[static_cast<std::size_t>(smallest)]);
     }
 }
 
@@ -26,25 +60,22 @@ void sort_by_selection(std::span<std::int32_t> order, const char *const *keyword
 
 bool order_keywords(SCANNER &scanner) {
     const auto count = static_cast<std::size_t>(scanner.keyword_count);
-    scanner.keyword_order = static_cast<std::int32_t *>(
-        heap_calloc(static_cast<std::uint32_t>(count), sizeof *scanner.keyword_order));
-    if (scanner.keyword_order == nullptr) return false;
-    const std::span<std::int32_t> order(scanner.keyword_order, count);
-    const auto number = [&] {
-        for (std::size_t i = 0; i < count; ++i) order[i] = static_cast<std::int32_t>(i);
-    };
-    const char *const *keywords = scanner.keywords;
-    number();
-    std::sort(order.begin(), order.end(),
-              [&](std::int32_t a, std::int32_t b) { return std::strcmp(keywords[a], keywords[b]) < 0; });
-    const bool repeated =
-        std::adjacent_find(order.begin(), order.end(), [&](std::int32_t a, std::int32_t b) {
-            return std::strcmp(keywords[a], keywords[b]) == 0;
-        }) != order.end();
-    if (repeated) {
-        number();
-        sort_by_selection(order, keywords);
+    memory::Owned<char> block(
+        static_cast<char *>(heap_calloc(static_cast<std::uint32_t>(count), sizeof *scanner.keyword_order)));
+    if (block == nullptr) return false;
+    const std::span<std::int32_t> order(reinterpret_cast<std::int32_t *>(block.get()), count);
+    const Less less(scanner.keywords);
+    std::iota(order.begin(), order.end(), 0);
+    std::sort(order.begin(), order.end(), less);
+    const auto equal = [&](std::int32_t a, std::int32_t b) { return !less(a, b); };
+    try {
+        if (std::adjacent_find(order.begin(), order.end(), equal) != order.end())
+            order_by_selection(order, less);
+    } catch (const std::bad_alloc &) {
+        return false;
     }
+    block.release();
+    scanner.keyword_order = order.data();
     return true;
 }
 

@@ -1,6 +1,8 @@
 // Tokens: one row per text, with the tokens that it gives.
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <random>
 #include <sstream>
 
 #include "kv.h"
@@ -212,12 +214,39 @@ TEST(Scan, NumbersAreTheNearestDoubles) {
     }
 }
 
-// Of equal keywords the one is found that the order of the table decides.
+// Of equal keywords the one is found that the order of the table decides: that of a selection.
 TEST(Scan, RepeatedKeywords) {
-    const char *const keywords[] = {"b", "a", "b", "a", "c", nullptr};
-    EXPECT_EQ(described(tokens("a b c", 0, keywords)), "5:a=1  5:b=2  5:c=4");
     const char *const none[] = {nullptr};
     EXPECT_EQ(described(tokens("a", 0, none)), "6:a=1");
+    std::mt19937 random(3);
+    for (int round = 0; round < 2000; ++round) {
+        const std::size_t count = 1 + random() % 12;
+        std::vector<std::string> words;
+        for (std::size_t i = 0; i < count; ++i)
+            words.emplace_back(1, static_cast<char>('a' + random() % 5));
+        std::vector<const char *> table;
+        std::vector<std::size_t> order;
+        for (const std::string &word : words) {
+            order.push_back(table.size());
+            table.push_back(word.c_str());
+        }
+        table.push_back(nullptr);
+        for (auto at = order.begin(); at != order.end(); ++at) {
+            const auto by_word = [&](std::size_t a, std::size_t b) { return words[a] < words[b]; };
+            std::swap(*at, *std::min_element(at, order.end(), by_word));
+        }
+        for (const std::string &word : words) {
+            const SCAN_TOKEN token = tokens(word, 0, table.data()).front().record;
+            std::size_t low = 0;  // the documented search
+            std::size_t high = count - 1;
+            std::size_t found = words[order[low]] == word ? low : high;
+            while (words[order[found]] != word) {
+                found = low + (high - low) / 2;
+                (words[order[found]] < word ? low : high) = found;
+            }
+            EXPECT_EQ(static_cast<std::size_t>(token.lval), order[found]) << word;
+        }
+    }
 }
 
 // Each symbol behind each other one.
@@ -261,6 +290,10 @@ TEST(Scan, ExhaustedHeap) {
         SCANNER *scanner = scan_open(kvtest::next_character, 0, kKeywords);
         EXPECT_EQ(scanner != nullptr, successes >= 2);
         if (scanner != nullptr) scan_close(scanner);
+    });
+    const char *const repeated[] = {"a", "b", "a", nullptr};
+    kvtest::sweep_allocation_failures([&](std::int64_t) {
+        if (SCANNER *scanner = scan_open(kvtest::next_character, 0, repeated)) scan_close(scanner);
     });
 }
 
