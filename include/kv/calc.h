@@ -59,7 +59,7 @@ KV_API int32_t calc_expression(const char *expression, double *value, char *ok) 
  *
  *  @param code     receives CALC_OK or the error
  *  @param line     receives the line of the token where the evaluation stopped, from 0; for the errors 14
- * to 17 that is the one behind the operand
+ *                  to 17 that is the one behind the operand
  *  @param column   receives its column, from 0
  *  @param message  receives the text for the code: the entry "f<code>" ("f16") of section "Calculator" in
  *                  the main configuration file (kv_getinipath("kv")), cut to 100 characters; where there

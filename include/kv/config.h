@@ -40,14 +40,15 @@ KV_BEGIN_DECLS
 /** Searches the main configuration file or another one.
  *
  *  @param section,entry  the entry of the main configuration file that lists the directories to search.
- * When either is NIL or empty, a file that the current directory and KV do not have gives the main
- * configuration file itself
- *  @param filename       the file, with or without directories; NIL for the main configuration file
+ *                        When either is NIL or empty, a file that the current directory and KV do not have
+ *                        gives the main configuration file itself
+ *  @param filename       the file, with or without directories; NIL for the main configuration file. A
+ *                        file without a name ("") is nowhere
  *  @param out            receives the file's full path: 256 bytes
  *  @retval 0   found
  *  @retval -1  not found; out is untouched. Reports: "File C:\kv3.ini not found" when the main
- * configuration file is missing (the registry may still give another file), "File <filename> in <list> not
- *              found" when none of the listed directories has the file */
+ *              configuration file is missing (the registry may still give another file), "File <filename>
+ *              in <list> not found" when none of the listed directories has the file */
 KV_API int32_t kv_suche_datei(const char *section, const char *entry, const char *filename,
                               char *out) KV_NOEXCEPT;
 

@@ -82,7 +82,7 @@ KV_API int32_t mini_close(MINI **cache) KV_NOEXCEPT;
  *
  *  @retval 1  the file was rewritten
  *  @retval 0  `cache` is NIL or read-only, the file cannot be read or written, or the heap is exhausted:
- * the file is as it was, and the changes are still to be put into it */
+ *             the file is as it was, and the changes are still to be put into it */
 KV_API int32_t mini_update_file(MINI *cache) KV_NOEXCEPT;
 
 /** Frees all loaded sections; what was written to them and not yet put into the file is lost.
@@ -115,7 +115,7 @@ KV_API int32_t mini_unload_one_section(MINI *cache, const char *section) KV_NOEX
  *  @retval INI_NO_SECTION  the section is neither loaded nor in the file
  *  @retval INI_NO_ENTRY    no such entry
  *  @retval INI_FAILED      `cache` is NIL, or the file is there but cannot be read. Here, and where there
- * is no section or entry, buf and size are untouched. */
+ *                          is no section or entry, buf and size are untouched. */
 KV_API int32_t mini_read_string(MINI *cache, const char *section, const char *entry, char *buf,
                                 int32_t *size) KV_NOEXCEPT;
 
@@ -155,7 +155,7 @@ KV_API int32_t mini_read_doubles(MINI *cache, const char *section, const char *e
 /** Gives a value as a text; never NIL.
  *
  *  @param section  with `buf` as for mini_read_string(); without it compared as given, and NIL finds
- * nothing
+ *                  nothing
  *  @param buf      receives what mini_read_string() gives, and "" where that is not INI_OK; at least one
  *                  byte. NIL: nothing is copied and `size` not used.
  *  @return buf. Without it the cache's own copy of the value, valid until the entry is changed or unloaded;
@@ -259,7 +259,7 @@ KV_API int32_t mini_delete_section(MINI *cache, const char *section) KV_NOEXCEPT
  *  @param newname  its new name: the first 79 characters, without the blanks around them; NIL counts as ""
  *  @retval INI_OK           done
  *  @retval INI_NO_ENTRY     `oldname` is NIL, or there is no such entry; or, where the section is not
- * loaded, the file cannot be opened for writing (INI_NOT_WRITABLE)
+ *                           loaded, the file cannot be opened for writing (INI_NOT_WRITABLE)
  *  @retval MINI_REFUSED     the cache is read-only
  *  @retval INI_BAD_NAME     the new name is empty
  *  @retval INI_NO_SECTION   the section is neither loaded nor in the file
@@ -270,13 +270,13 @@ KV_API int32_t mini_rename_entry(MINI *cache, const char *section, const char *o
                                  const char *newname) KV_NOEXCEPT;
 
 /** Renames a section, a loaded one in the cache and, at once, in the file; whether the file could be
- * changed is then not told.
+ *  changed is then not told.
  *
  *  @param oldname  the section; NIL is not accepted for the unnamed section
  *  @param newname  as for mini_rename_entry()
  *  @retval INI_OK           done
  *  @retval INI_NO_ENTRY     `oldname` is NIL; or, where the section is not loaded, the file cannot be
- * opened for writing (INI_NOT_WRITABLE)
+ *                           opened for writing (INI_NOT_WRITABLE)
  *  @retval MINI_REFUSED     the cache is read-only
  *  @retval INI_BAD_NAME     the new name is empty
  *  @retval INI_NO_SECTION   the section is neither loaded nor in the file
