@@ -28,6 +28,8 @@ constexpr Subcommand kSubcommands[] = {
     {"ini", "read and change INI files", run_ini},
     {"ls", "list a directory", run_ls},
     {"plot", "send a plot file to a serial port", run_plot},
+    {"profile", "look into tables of profiles, and draw cross-sections", run_profile},
+    {"mat", "look into tables of mats", run_mat},
     {"scan", "show the tokens of a file", run_scan},
     {"timer", "time commands, and write the report of the times", run_timer},
     {"where", "find the main configuration file and others, and tell where it was looked", run_where},

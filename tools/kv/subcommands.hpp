@@ -17,6 +17,10 @@ int run_ini(std::span<const char *const> words);
 int run_ls(std::span<const char *const> words);
 /// `kv plot`: plot files to a serial port. As run_env().
 int run_plot(std::span<const char *const> words);
+/// `kv profile`: tables of profiles. As run_env().
+int run_profile(std::span<const char *const> words);
+/// `kv mat`: tables of mats. As run_env().
+int run_mat(std::span<const char *const> words);
 /// `kv timer`: times commands. As run_env().
 int run_timer(std::span<const char *const> words);
 /// `kv where`: the configuration search. As run_env().
