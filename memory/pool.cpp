@@ -175,7 +175,7 @@ HEAP *heap_open(int32_t cachesize, int32_t clear) noexcept {
 void *heap_allocate(HEAP *pool, int32_t size) noexcept {
     if (pool == nullptr) return refuse_without_pool();
     // A negative size is, as an unsigned number, more than any block has left.
-    const std::uint64_t rounded = round_up<std::uint64_t>(static_cast<std::uint32_t>(size));
+    const auto rounded = round_up<std::uint64_t>(static_cast<std::uint32_t>(size));
     if (rounded < pool->most_before || rounded >= pool->left()) return allocate_elsewhere(*pool, size);
     void *piece = pool->take(static_cast<std::size_t>(rounded));
     return pool->block.clear == 0 ? piece : std::memset(piece, 0, static_cast<std::size_t>(size));

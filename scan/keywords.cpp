@@ -74,8 +74,7 @@ bool order_keywords(SCANNER &scanner) {
     } catch (const std::bad_alloc &) {
         return false;
     }
-    block.release();
-    scanner.keyword_order = order.data();
+    scanner.keyword_order = reinterpret_cast<std::int32_t *>(block.release());
     return true;
 }
 

@@ -266,7 +266,8 @@ TEST(Scan, PairsOfSymbols) {
             const bool pair = first != std::string::npos && second != std::string::npos;
             EXPECT_EQ(all.size(), pair ? 2U : 3U) << text;
             EXPECT_EQ(all[1].record.column, pair ? 2 : 1) << text;
-            if (pair) EXPECT_EQ(all[0].kind, compared[first][second]) << text;
+            const int32_t expected = pair ? compared[first][second] : all[0].kind;
+            EXPECT_EQ(all[0].kind, expected) << text;
         }
     }
 }
