@@ -21,7 +21,7 @@ void check_section(const std::string &name) {
     const bool around = !name.empty() && (name.front() == ' ' || name.back() == ' ');
     if (around || has_any(name, "]\n\r\x1a") || name.size() > 79) {
         throw Failure{kUsage,
-                      "a section's name has at most 79 characters, no \"]\" and no line end in it, "
+                      "a section's name has at most 79 characters, no \"]\", line end or Ctrl-Z in it, "
                       "and no blanks around it"};
     }
 }
@@ -35,14 +35,14 @@ void check_key(const std::string &key) {
     if (key.empty() || key[0] == ';' || key[0] == '[' || has_any(key, "=\n\r\x1a") || key.size() > 79 ||
         has_white_space_at(key, 0) || has_white_space_at(key, key.size() - 1)) {
         throw Failure{kUsage,
-                      "a key has 1 to 79 characters, no \"=\" and no line end in it and no blanks "
+                      "a key has 1 to 79 characters, no \"=\", line end or Ctrl-Z in it and no blanks "
                       "around it, and begins neither with \";\" nor with \"[\""};
     }
 }
 
 void check_value(const std::string &key, const std::string &value) {
     if (has_any(value, "\n\r\x1a") || (!value.empty() && has_white_space_at(value, value.size() - 1))) {
-        throw Failure{kUsage, "a value has no line end in it and no blanks at its end"};
+        throw Failure{kUsage, "a value has no line end or Ctrl-Z in it and no blanks at its end"};
     }
     constexpr std::size_t kLineLength = 511;
     if (key.size() + 1 + value.size() > kLineLength) {
@@ -148,9 +148,10 @@ const Action kIniSet = {
 where there is none. Comments stay. Lines of the section up to the entry come out as KEY=VALUE,
 and its lines that are no entries are left out; see 'kv ini list' for what the library reads.
 
-Refused, with exit code 2, is what a file cannot hold: a value with a line end or with blanks at
-its end; a key with "=", or that begins with ";" or "["; a section's name with "]"; names with
-blanks around them or of more than 79 characters; key and value of more than 510 together.
+Refused, with exit code 2, is what a file cannot hold: what has a line end or a Ctrl-Z (26); a
+value with blanks at its end; a key with "=", or that begins with ";" or "["; a section's name
+with "]"; names with blanks around them or of more than 79 characters; key and value of more than
+510 together.
 )",
     kSetOptions,
     3,
