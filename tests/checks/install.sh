@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Installs the build into an empty directory, moves that, and builds and runs applications from there: one in C that
+# pkg-config helps to find it, one in C++ that CMake does, with the shared library and with the static one.
+#
+#   tests/checks/install.sh BUILD-DIRECTORY C-COMPILER C++-COMPILER
+set -euo pipefail
+sources=$(cd "$(dirname "$0")/consumers" && pwd)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+cmake --install "$1" --prefix "$work/first" >/dev/null
+mv "$work/first" "$work/moved here"
+prefix=$work/moved\ here
+pc=$(find "$prefix" -name kv.pc)
+libraries=$(dirname "$(dirname "$pc")")
+export LD_LIBRARY_PATH=$libraries
+
+if [[ -n $(grep -rIl --exclude-dir=doc -e "$work" -e "$(cd "$1" && pwd)" "$prefix") ]]; then
+    echo "what is installed knows where it was built or installed" >&2
+    exit 1
+fi
+
+export PKG_CONFIG_PATH=$(dirname "$pc")
+eval "flags=($(pkg-config --cflags --libs kv))"
+"$2" -std=c11 -Wall -Wextra -Wpedantic -Werror "$sources/c/main.c" -o "$work/c" "${flags[@]}"
+"$work/c"
+
+cmake -S "$sources/cmake" -B "$work/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$3" >/dev/null
+cmake --build "$work/build" >/dev/null
+"$work/build/with_kv"
+"$work/build/with_kv_static"
+
+# The program, its page and its completion.
+version=$(pkg-config --modversion kv)
+[[ $("$prefix/bin/kv" --version) == "kv $version" ]]
+[[ -f $prefix/share/man/man1/kv.1 ]]
+(
+    PATH=$prefix/bin:$PATH
+    source "$prefix/share/bash-completion/completions/kv"
+    COMP_WORDS=(kv env s) COMP_CWORD=2
+    _kv kv
+    [[ ${COMPREPLY[*]} == "show set" ]]
+)
+# The page names every subcommand.
+for subcommand in $("$prefix/bin/kv" --help | sed -n '/^Subcommands:$/,/^$/s/^  \([a-z]*\) .*/\1/p'); do
+    grep -qx "\.B $subcommand" "$prefix/share/man/man1/kv.1" || {
+        echo "kv.1 does not say what $subcommand does" >&2
+        exit 1
+    }
+done
+echo "kv $version is found and works where it was moved to"
