@@ -13,11 +13,8 @@ constexpr std::array<bool, 256> only(unsigned char c) {
     return set;
 }
 
-// Made by the first use, without a race, and never destroyed: threads may outlive main().
 platform::RecursiveLock &lock() {
-    alignas(platform::RecursiveLock) static unsigned char room[sizeof(platform::RecursiveLock)];
-    static auto *const made = ::new (room) platform::RecursiveLock;
-    return *made;
+    return platform::lasting_lock<platform::RecursiveLock, State>();
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ bool is_of_another_day() {
 
 }  // namespace
 
-LogEntry::LogEntry() : lock_(state.log_lock) {
+LogEntry::LogEntry() : lock_(platform::lasting_lock<platform::Lock, State>()) {
     open_ = file_.open(kLogFile, is_of_another_day());
 }
 

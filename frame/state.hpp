@@ -32,7 +32,6 @@ struct State {
 
     std::int32_t error_output;
     char application_name[80];
-    platform::Lock log_lock;  // held while one report is written
 
     ExitNode *first_exit_node;
     ExitNode *last_exit_node;

@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <ctime>
 #include <mutex>
+#include <new>
 #include <string_view>
 
 #include "memory/owned.hpp"
@@ -22,6 +23,15 @@ namespace kv::platform {
 
 using Lock = std::mutex;
 using RecursiveLock = std::recursive_mutex;
+
+/// The lock of `Owner`. It is made by its first use, without a race, since not every system has locks that
+/// are ready before any code runs; and never destroyed, since threads may outlive main().
+template <typename AnyLock, typename Owner>
+AnyLock &lasting_lock() {
+    alignas(AnyLock) static unsigned char room[sizeof(AnyLock)];
+    static auto *const made = ::new (room) AnyLock;
+    return *made;
+}
 
 // ---- Files
 
