@@ -59,10 +59,11 @@ class Listing {
 };
 
 std::uint32_t attributes(const platform::FoundFile &file) {
-    // What Windows says of ordinary files: they have been changed since the last backup.
-    std::uint32_t flags = file.directory ? FIO_ATTR_DIR : FIO_ATTR_FILE | FIO_ATTR_ARCHIVE;
+    std::uint32_t flags = file.directory ? FIO_ATTR_DIR : FIO_ATTR_FILE;
     if (file.read_only) flags |= FIO_ATTR_RDONLY;
     if (file.hidden) flags |= FIO_ATTR_HIDDEN;
+    if (file.system) flags |= FIO_ATTR_SYSTEM;
+    if (file.archive) flags |= FIO_ATTR_ARCHIVE;
     return flags;
 }
 

@@ -144,6 +144,8 @@ struct FoundFile {
     bool directory;
     bool hidden;
     bool read_only;  // nobody may write it
+    bool system;     // belongs to the system
+    bool archive;    // has changed since the last backup
     std::uint64_t size;
     std::int64_t modified;  // seconds since 1970
 };

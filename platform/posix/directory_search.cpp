@@ -72,6 +72,8 @@ bool DirectorySearch::next(FoundFile &file) {
         file.directory = S_ISDIR(status.st_mode);
         file.hidden = is_hidden(entry->d_name);
         file.read_only = !S_ISLNK(status.st_mode) && (status.st_mode & 0222) == 0;
+        file.system = false;
+        file.archive = !file.directory;  // as Windows says of ordinary files
         file.size = file.directory || status.st_size < 0 ? 0 : static_cast<std::uint64_t>(status.st_size);
         file.modified = status.st_mtime;
         return true;
