@@ -34,6 +34,7 @@ int32_t recycle(const Path &path, bool files_only) {
     operation.files_only = files_only;
     operation.allow_undo = true;
     operation.progress = "...";
+    operation.focused_owner = true;
     try {
         return platform::shell_operation(operation) == platform::ShellResult::done ? 0 : -1;
     } catch (const std::bad_alloc &) {

@@ -200,7 +200,8 @@ struct ShellOperation {
     bool files_only;       // a pattern stands for files only, and a directory may not be named
     bool allow_undo;       // what is removed can be restored by the user
     const char *progress;  // the title of a window of progress; null for none
-    void *owner;           // the owner of that window
+    void *owner;           // the owner of that window, unless
+    bool focused_owner;    // that is the window that has the focus
 };
 
 enum class ShellResult { done, aborted, failed };
