@@ -3,7 +3,7 @@
  * Ports. A port is named "COM1" to "COM256"; the case of the letters matters to WinCommPortCheck() and to
  * the entry in WIN.INI only. On POSIX, COM1 is the device /dev/ttyS0, COM2 is /dev/ttyS1 and so on, unless
  * the environment variable KV_COM1, KV_COM2, ... names another (by a path of the host); any other name is
- * the path of a device, such as "/dev/ttyUSB0".
+ * the path of a device, such as "Z:/dev/ttyUSB0".
  *
  * Settings. The entry of a port is the value of the key "<port>:" in section "Ports" of the file WIN.INI in
  * the Windows directory (on POSIX C:\WINDOWS), with a default of "9600,n,8,1,p":
