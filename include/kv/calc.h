@@ -29,7 +29,8 @@ KV_BEGIN_DECLS
 enum {
     CALC_OK = 0,
     CALC_SYNTAX = 1,            /**< what cannot begin an operand, or stands behind the expression */
-    CALC_NO_ARGUMENT = 2,       /**< no "(" behind the name of a function */
+    CALC_NO_ARGUMENT = 2,       /**< no "(" behind the name of a function, or behind AND or OR where an
+                                     operand is due */
     CALC_UNCLOSED = 3,          /**< no ")" */
     CALC_NO_ALTERNATIVE = 7,    /**< no ":" of a "?" */
     CALC_FRACTIONAL_POWER = 14, /**< a negative base with an exponent that is no 32-bit whole number */
