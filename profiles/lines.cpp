@@ -147,7 +147,30 @@ std::string_view read_field(PROFIL &table) {
     return {bytes.data() - 1, std::min(length + 1, kLongestField)};
 }
 
+namespace {
+
+// Passes over the rest of a line if it has just so many fields and ends with the last one.
+bool drop_rest_of_line(PROFIL &table, std::size_t count) {
+    const std::string_view bytes = table.file.buffered();
+    const std::size_t feed = bytes.find('\n');
+    if ((table.current != ' ' && table.current != '\t') || feed == bytes.npos || feed == 0) return false;
+    const std::string_view line = bytes.substr(0, feed - (bytes[feed - 1] == '\r' ? 1 : 0));
+    const auto is_blank = [](char c) { return c == ' ' || c == '\t'; };
+    if (line.empty() || is_blank(line.back())) return false;
+    std::size_t fields = is_blank(line.front()) ? 0 : 1;
+    for (std::size_t i = 1; i < line.size(); ++i)
+        fields += is_blank(line[i - 1]) && !is_blank(line[i]) ? 1 : 0;
+    if (fields != count) return false;
+    table.file.skip(feed + 1);
+    table.current = '\n';
+    end_line(table);
+    return true;
+}
+
+}  // namespace
+
 void drop_fields(PROFIL &table, std::size_t count) {
+    if (drop_rest_of_line(table, count)) return;
     for (; count > 0 && table.current != kEnd; --count) read_field(table);
 }
 

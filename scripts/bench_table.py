@@ -19,7 +19,7 @@ def read_medians(path):
         entries = json.load(file)["benchmarks"]
     failed = sorted({entry["name"] for entry in entries if entry.get("error_occurred")})
     medians = {
-        re.sub("(/repeats:[0-9]+|/iterations:1|/real_time)+$", "", entry["run_name"]): entry
+        re.sub("(/repeats:[0-9]+|/iterations:1|/real_time|/manual_time)+$", "", entry["run_name"]): entry
         for entry in entries
         if entry.get("aggregate_name") == "median"
     }

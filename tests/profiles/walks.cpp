@@ -46,6 +46,21 @@ class Model {
         current_ = ' ';
         return next(columns);
     }
+    // The next entry with a number as its size and more than that in the first column behind.
+    std::string search(double least) {
+        for (;;) {
+            const std::string type = field();
+            const std::string size = field();
+            if (type.empty()) return "";
+            if (size.empty() || size[0] < '0' || size[0] > '9') {
+                skip_line();
+                continue;
+            }
+            const std::string first = field();
+            const std::string entry = type + " " + size + " " + first + " " + field();
+            if (std::strtod(first.c_str(), nullptr) > least) return entry;
+        }
+    }
     void skip_line() {
         while (current_ != '\n' && current_ != kEnd) get();
         get();
@@ -168,6 +183,15 @@ void walk(std::mt19937 &random, const std::string &text, int steps) {
                 const std::string type = model.field();
                 model.field();
                 if (type.empty()) break;
+            }
+        }
+        if (way == 3) {
+            std::string op = ">";
+            const PROFIL_CONDITION condition = {"A", op.data(), 50};
+            int32_t result = 0;
+            while (result == 0) {
+                result = profil_search_next(table.get(), &condition, 1, "", values, name);
+                ASSERT_EQ(through_library(result, name, values), values_of(model.search(50))) << text;
             }
         }
         for (std::size_t count = random() % 60; count > 0; --count, ++done) {
