@@ -14,14 +14,22 @@ namespace kv::platform {
 /// is the end.
 class TextWindow {
   public:
+#ifdef KV_SMALL_BUFFERS
+    static constexpr std::size_t kSize = 64;
+#else
     static constexpr std::size_t kSize = 32768;
+#endif
 
     TextWindow() {}  // NOLINT(modernize-use-equals-default): which would clear the buffer
 
-    bool open(const char *path) { return file_.open(path); }
+    bool open(const char *path) {
+        return file_.open(path);
+    }
 
     /// The offset in the file of the next character.
-    std::int64_t position() const { return start_ + (next_ - buffer_); }
+    std::int64_t position() const {
+        return start_ + (next_ - buffer_);
+    }
     /// Moves to an offset that position() has given.
     void move(std::int64_t position);
 
@@ -40,12 +48,18 @@ class TextWindow {
         if (next_ == end_) refill();
         return buffered();
     }
-    std::string_view buffered() const { return {next_, static_cast<std::size_t>(end_ - next_)}; }
+    std::string_view buffered() const {
+        return {next_, static_cast<std::size_t>(end_ - next_)};
+    }
     /// Moves on by some of bytes(), not to between a carriage return and its line feed.
-    void skip(std::size_t count) { next_ += count; }
+    void skip(std::size_t count) {
+        next_ += count;
+    }
 
   private:
-    bool refill() { return load(position()); }
+    bool refill() {
+        return load(position());
+    }
     bool load(std::int64_t position);
 
     InputFile file_;
