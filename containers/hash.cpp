@@ -79,11 +79,33 @@ std::int32_t prime_from(std::int32_t size) {
     return prime;
 }
 
+// Remainders by one divisor without a division (Lemire, Kaser, Kurz, "Faster remainder by direct
+// computation", 2019): the fraction of a quotient, in 64 bits, times the divisor.
+class Remainder {
+  public:
+    explicit Remainder(std::uint32_t divisor)
+        : divisor_(divisor), reciprocal_(std::numeric_limits<std::uint64_t>::max() / divisor + 1) {}
+
+    std::uint32_t of(std::uint32_t number) const {
+#ifdef __SIZEOF_INT128__
+        __extension__ using Wide = unsigned __int128;
+        return static_cast<std::uint32_t>((Wide{reciprocal_ * number} * divisor_) >> 64);
+#else
+        return number % divisor_;
+#endif
+    }
+
+  private:
+    std::uint32_t divisor_;
+    std::uint64_t reciprocal_;
+};
+
 }  // namespace
 
 struct HASH {
     std::int32_t id;
-    std::int32_t size;  // a prime
+    std::int32_t size;      // a prime
+    Remainder home_offset;  // by size - 1
     Slot *slots;
     hash_function hashfn;
     HASH *parent;
@@ -112,7 +134,7 @@ struct HASH {
 inline std::int32_t HASH::home_of(std::int32_t hash) const {
     const auto bits = static_cast<std::uint32_t>(hash);
     const std::uint32_t magnitude = hash < 0 ? 0 - bits : bits;
-    return static_cast<std::int32_t>(magnitude % static_cast<std::uint32_t>(size - 1)) + 1;
+    return static_cast<std::int32_t>(home_offset.of(magnitude)) + 1;
 }
 
 inline Wanted HASH::want(const char *key) const {
@@ -236,7 +258,9 @@ HASH *hash_open(int32_t id, int32_t size, hash_function hashfn, HASH *parent) no
     if (slots == nullptr) return nullptr;
     if (hashfn == nullptr) hashfn = parent != nullptr ? parent->hashfn : byte_sum;
     HASH *table =
-        kv::memory::make_owned<HASH>(HASH{id, prime, slots, hashfn, parent, 0, -1, -1, 0, 0}).release();
+        kv::memory::make_owned<HASH>(HASH{id, prime, Remainder(static_cast<std::uint32_t>(prime - 1)),
+                                          slots, hashfn, parent, 0, -1, -1, 0, 0})
+            .release();
     if (table == nullptr) {
         heap_free(slots);
         return nullptr;
