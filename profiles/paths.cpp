@@ -96,6 +96,7 @@ void resolve_path(Family family, const char *name, TablePath &path) {
     }
     normalize(resolved);
     str_cpy(path.text, resolved);
+    if (given[0] != '\0' && resolved[0] == '\0') return;  // too long
     if (!has_extension(resolved)) str_cat(path.text, family == Family::profile ? ".pro" : ".mtt");
 }
 

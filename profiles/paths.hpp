@@ -18,7 +18,7 @@ struct TablePath {
 void table_directory(Family family, char (&directory)[kPathSize]);
 /// Makes a path absolute, in place, if it begins with "." or "\".
 void normalize(char (&path)[kPathSize]);
-/// The path of the table that an application calls `name`.
+/// The path of the table that an application calls `name`; empty if it is too long.
 void resolve_path(Family family, const char *name, TablePath &path);
 
 }  // namespace kv::profiles

@@ -13,7 +13,7 @@ class ProfilesFiles : public testing::Test {
     ProfilesFiles() {
         std::filesystem::remove_all(kvtest::drive_c());
         for (const char *file : {"p/heb.pro", "m/q188.mtt", "w/here.pro", "w/d/deep.pro", "w/heb.dat",
-                                 "top.pro", "p/Case.PRO", "w/d.x/dotted.pro", "w/.hidden"}) {
+                                 "top.pro", "p/Case.PRO", "w/d.x/dotted.pro", "w/.hidden", "w/.pro"}) {
             write(file, std::string("T S A\nx 1 1\n") + file + " 2 3\n");
         }
         kv_putenv("KV=");
