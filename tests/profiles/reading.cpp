@@ -80,6 +80,8 @@ TEST(ProfilesReading, Headers) {
     for (int i = 0; i < 20'000; ++i) wide += "c" + std::to_string(i) + " ";
     const Table table = open_table(wide + "\na b " + std::string(40'000, '1') + " 2 3\n", {"c3", "c19999"});
     EXPECT_EQ(next(table), "a b: 2 0");
+    const Table repeated = open_table("T S " + wide + "c5 c0\nx y 1 2 3\n", {"c0", "c2", "none", "c1"});
+    EXPECT_EQ(next(repeated, 4), "x y: 1 3 -1 2");
 }
 
 TEST(ProfilesReading, ColumnsAndFactors) {

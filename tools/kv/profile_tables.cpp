@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <unordered_set>
 
 #include "kv/fio.h"
 #include "kv/ini.h"
@@ -98,7 +99,8 @@ bool TableFile::has_column(std::string_view column) const {
 void TableFile::select(const std::vector<std::string> &columns, bool si) {
     factors_ = si ? unit_factors(columns) : std::vector<double>(columns.size(), 1.0);
     there_.clear();
-    for (const std::string &column : columns) there_.push_back(has_column(column));
+    const std::unordered_set<std::string_view> own(columns_.begin(), columns_.end());
+    for (const std::string &column : columns) there_.push_back(own.contains(column));
     profil_reset(handle_.get(), name_list(columns).data(), factors_.data());
 }
 
@@ -178,8 +180,9 @@ std::vector<TableFile> open_tables(const TableFamily &family, const Arguments &a
 std::vector<std::string> chosen_columns(const TableFamily &family, const Arguments &arguments,
                                         const std::vector<TableFile> &tables) {
     std::vector<std::string> columns;
+    std::unordered_set<std::string> known;
     const auto add = [&](const std::string &column) {
-        if (std::find(columns.begin(), columns.end(), column) == columns.end()) columns.push_back(column);
+        if (known.insert(column).second) columns.push_back(column);
     };
     if (!arguments.has("--columns")) {
         for (const TableFile &table : tables) {
