@@ -1,13 +1,37 @@
 // Tables of any content with random calls: what is read forwards and backwards and by conditions is what
 // the plain model reads, and no search goes on for ever.
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "fuzz/profiles/support.hpp"
+// The model is not what is looked for faults: uninstrumented, it leaves more of the time to the library.
+#pragma clang attribute push(__attribute__((no_sanitize("address", "undefined", "coverage"))), \
+                             apply_to = function)
 #include "tests/profiles/model.hpp"
+#pragma clang attribute pop
 
 namespace {
 
 constexpr char kHeader[] = "T S A B\n";
+
+bool same_number(std::string_view field, double value) {
+    char text[80];
+    text[field.copy(text, sizeof text - 1)] = '\0';
+    const double expected = field == "nil" ? -1 : std::strtod(text, nullptr);
+    return expected == value || (std::isnan(expected) && std::isnan(value));
+}
+
+// Whether a result is what the model read: type, size and two values with blanks between them.
+bool is_entry(std::string_view entry, std::int32_t result, std::string_view name, const double *values) {
+    if (entry.empty() || result != 0) return entry.empty() && result != 0;
+    const std::size_t second = entry.rfind(' ');
+    const std::size_t first = entry.rfind(' ', second - 1);
+    return entry.substr(0, first) == name &&
+           same_number(entry.substr(first + 1, second - first - 1), values[0]) &&
+           same_number(entry.substr(second + 1), values[1]);
+}
 
 struct Calls {
     PROFIL *table;
@@ -20,7 +44,7 @@ struct Calls {
     void check(std::int32_t result, const std::string &entry) {
         KV_REQUIRE(result == 0 || result == -1);
         KV_REQUIRE(std::memchr(name, '\0', sizeof name) != nullptr);
-        KV_REQUIRE(kvtest::through_library(result, name, values) == kvtest::values_of(entry));
+        KV_REQUIRE(is_entry(entry, result, name, values));
     }
     void call(unsigned which) {
         switch (which % 8) {
@@ -56,7 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     static const char *const kNames[] = {"A", "B", nullptr};
     kvfuzz::Input input(data, size);
     std::string calls;
-    for (int i = 0; i < 40; ++i) calls += static_cast<char>(input.byte());
+    for (int i = 0; i < 24; ++i) calls += static_cast<char>(input.byte());
     const std::string rest = input.rest();
     if (PROFIL *any = file.fill(rest, kNames); any != nullptr) profil_close(any);
     const std::string content = kHeader + rest;
@@ -64,7 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     KV_REQUIRE(table != nullptr);
     Calls run{table, kvtest::Model(content), {}, {}, {}, rest.substr(0, 20)};
     for (const char which : calls) run.call(static_cast<unsigned char>(which));
-    for (int i = 0; i < 20; ++i) run.call(0);
-    for (int i = 0; i < 20; ++i) run.call(2);
+    for (int i = 0; i < 10; ++i) run.call(0);
+    for (int i = 0; i < 10; ++i) run.call(2);
     return profil_close(table);
 }
