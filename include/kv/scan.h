@@ -49,7 +49,8 @@ enum {
     SCAN_IDENTIFIER = 6, /**< letters, digits and "_", not beginning with a digit */
     SCAN_LONG = 7,       /**< a whole number */
     SCAN_DOUBLE = 8,     /**< a number with a point or an exponent */
-    SCAN_CHAR = 9,       /**< a character literal: 'a', '\n', '\101', '\x41' */
+    SCAN_CHAR = 9,       /**< a character literal: 'a', or behind a backslash a letter, octal
+                              digits, or x and hexadecimal digits */
     SCAN_STRING = 10,    /**< a text in double quotes */
     SCAN_QUOTED = 11,    /**< a text between "`" and "'" */
     SCAN_EQ = 12,        /**< = == */

@@ -165,7 +165,8 @@ KV_API char *str_rpt(char c, int32_t n) KV_NOEXCEPT;
 
 /* ---- Escapes */
 
-/** Turns backslash escapes into the characters they stand for: \a \b \t \n \v \f \r \" \' \\.
+/** Turns backslash escapes into the characters they stand for:
+ *  `\a` `\b` `\t` `\n` `\v` `\f` `\r` `\"` `\'` `\\`.
  *
  *  A backslash before anything else, or at the end, stays, and what follows it is read on its own.
  *
