@@ -297,6 +297,8 @@ void message_box(const char *text, const char *caption, BoxOwner owner);
 /// Sends a text to an attached debugger.
 void debugger_output(const char *text);
 void beep();
+/// True if a standard stream is a person's terminal.
+bool is_terminal(std::FILE *stream);
 
 // ---- Serial ports
 

@@ -1,6 +1,6 @@
 // Patterns beside a model that tries every way to match. The lines of the input are the pattern and the
 // name.
-#include "platform/posix/wildcards.hpp"
+#include "platform/wildcards.hpp"
 
 #include <vector>
 
@@ -63,6 +63,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::string name = lines.next();
     if (pattern.size() * name.size() > 2000 || pattern.size() > 255) return 0;
     const bool expected = pattern == "*.*" || Model(pattern, name).matches();
-    KV_REQUIRE(kv::platform::posix::matches_pattern(pattern.c_str(), name.c_str()) == expected);
+    KV_REQUIRE(kv::platform::matches_pattern(pattern.c_str(), name.c_str()) == expected);
     return 0;
 }

@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "platform/posix/failpoint.hpp"
+#include "platform/failpoint.hpp"
 
 namespace kv::platform::posix {
 

@@ -8,7 +8,7 @@
 
 #include "platform/platform.hpp"
 #include "platform/posix/drives.hpp"
-#include "platform/posix/wildcards.hpp"
+#include "platform/wildcards.hpp"
 
 namespace kv::platform {
 
@@ -61,7 +61,7 @@ bool DirectorySearch::open(const char *path) {
 
 bool DirectorySearch::next(FoundFile &file) {
     while (const dirent *entry = readdir(place_->directory)) {
-        if (!posix::matches_pattern(place_->pattern, entry->d_name)) continue;
+        if (!matches_pattern(place_->pattern, entry->d_name)) continue;
         struct stat status;
         const int directory = dirfd(place_->directory);
         if (fstatat(directory, entry->d_name, &status, 0) != 0 &&

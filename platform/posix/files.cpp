@@ -4,10 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/failpoint.hpp"
 #include "platform/platform.hpp"
 #include "platform/posix/descriptor.hpp"
 #include "platform/posix/drives.hpp"
-#include "platform/posix/failpoint.hpp"
 
 namespace kv::platform {
 
@@ -32,7 +32,7 @@ bool InputFile::open(const char *path) {
 }
 
 std::int64_t InputFile::read(char *buffer, std::size_t size) {
-    if (posix::io_fails()) return -1;
+    if (io_fails()) return -1;
     ssize_t count;
     do {
         count = ::read(static_cast<int>(handle_), buffer, size);
@@ -41,7 +41,7 @@ std::int64_t InputFile::read(char *buffer, std::size_t size) {
 }
 
 std::int64_t InputFile::read_at(std::int64_t offset, char *buffer, std::size_t size) {
-    if (posix::io_fails()) return -1;
+    if (io_fails()) return -1;
     std::size_t done = 0;
     while (done < size) {
         const ssize_t count = pread(static_cast<int>(handle_), buffer + done, size - done,

@@ -14,10 +14,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/failpoint.hpp"
 #include "platform/platform.hpp"
 #include "platform/posix/descriptor.hpp"
 #include "platform/posix/drives.hpp"
-#include "platform/posix/failpoint.hpp"
 
 namespace kv::platform {
 
@@ -33,7 +33,7 @@ namespace {
 
 // Some file systems and devices cannot be flushed; that is no failure of the write.
 bool flush_to_disk(int descriptor) {
-    if (posix::io_fails()) return false;
+    if (io_fails()) return false;
     return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP || errno == EROFS;
 }
 
@@ -56,7 +56,7 @@ bool overwrite(int descriptor, const struct stat &status, const memory::Vector<c
     memory::Vector<char> old(static_cast<std::size_t>(std::min(size, status.st_size)));
     const bool known = pread(descriptor, old.data(), old.size(), 0) == static_cast<ssize_t>(old.size());
     const bool reserved =
-        size <= status.st_size || (!posix::io_fails() && posix_fallocate(descriptor, 0, size) == 0);
+        size <= status.st_size || (!io_fails() && posix_fallocate(descriptor, 0, size) == 0);
     if (reserved && posix::write_all(descriptor, bytes.data(), bytes.size()) &&
         ftruncate(descriptor, size) == 0) {
         return flush_to_disk(descriptor);
@@ -127,7 +127,7 @@ bool ReplacementFile::open_temporary() {
     const int descriptor = static_cast<int>(handle_);
     struct stat made;
     const struct stat &old = paths_->status;
-    const bool kept = !posix::io_fails() && fstat(descriptor, &made) == 0 &&
+    const bool kept = !io_fails() && fstat(descriptor, &made) == 0 &&
                       ((made.st_uid == old.st_uid && made.st_gid == old.st_gid) ||
                        fchown(descriptor, old.st_uid, old.st_gid) == 0) &&
                       fchmod(descriptor, old.st_mode & 07777) == 0;
@@ -163,9 +163,8 @@ bool ReplacementFile::commit_temporary() {
     const int descriptor = static_cast<int>(handle_);
     handle_ = -1;
     const bool flushed = flush_to_disk(descriptor);
-    const bool closed = ::close(descriptor) == 0 && !posix::io_fails();
-    if (!flushed || !closed || posix::io_fails() ||
-        rename(paths_->temporary.text, paths_->target.text) != 0) {
+    const bool closed = ::close(descriptor) == 0 && !io_fails();
+    if (!flushed || !closed || io_fails() || rename(paths_->temporary.text, paths_->target.text) != 0) {
         unlink(paths_->temporary.text);
         return false;
     }

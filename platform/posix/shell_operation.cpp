@@ -9,7 +9,7 @@
 #include "platform/posix/entries.hpp"
 #include "platform/posix/trash.hpp"
 #include "platform/posix/tree.hpp"
-#include "platform/posix/wildcards.hpp"
+#include "platform/wildcards.hpp"
 
 namespace kv::platform {
 
@@ -74,7 +74,7 @@ class Planner {
         Task task;
         if (!map(from, posix::Purpose::write, task.from)) return false;
         if (!exists(task.from)) {
-            return posix::has_wildcards(from + name_position(from)) && plan_pattern(from, to, tasks);
+            return has_wildcards(from + name_position(from)) && plan_pattern(from, to, tasks);
         }
         task.directory = is_directory(task.from, false);
         if (task.directory && operation_.files_only) return false;
@@ -97,8 +97,7 @@ class Planner {
         if (!map(above.c_str(), posix::Purpose::write, directory)) return false;
         if (to != nullptr) {
             String below = to;
-            if (posix::has_wildcards(to + name_position(to)))
-                below.replace(name_position(to), below.npos, ".");
+            if (has_wildcards(to + name_position(to))) below.replace(name_position(to), below.npos, ".");
             if (!map(below.c_str(), posix::Purpose::write, target)) return false;
         }
         DirectorySearch search;

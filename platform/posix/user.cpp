@@ -49,6 +49,10 @@ void debugger_output(const char *text) {
     posix::close_descriptor(descriptor);
 }
 
+bool is_terminal(std::FILE *stream) {
+    return isatty(fileno(stream)) == 1;
+}
+
 void beep() {
     const int terminal = posix::open_descriptor("/dev/tty", O_WRONLY | O_NOCTTY);
     if (terminal < 0) return;

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <iostream>
 
-#include "terminal.hpp"
+#include "platform/platform.hpp"
 
 #ifdef KV_HAVE_LIBEDIT
 #include <histedit.h>
@@ -81,7 +81,8 @@ class EditedInput : public LineInput {
 }  // namespace
 
 std::unique_ptr<LineInput> open_line_input(const char *prompt) {
-    if (!is_terminal(stdin) || !is_terminal(stdout)) return std::make_unique<PlainInput>(nullptr);
+    if (!kv::platform::is_terminal(stdin) || !kv::platform::is_terminal(stdout))
+        return std::make_unique<PlainInput>(nullptr);
 #ifdef KV_HAVE_LIBEDIT
     return std::make_unique<EditedInput>(prompt);
 #else

@@ -10,8 +10,8 @@
 
 #include "arguments.hpp"
 #include "failure.hpp"
+#include "platform/platform.hpp"
 #include "subcommands.hpp"
-#include "terminal.hpp"
 
 namespace kvtool {
 
@@ -74,7 +74,7 @@ class Port {
 /// A bar on standard error, if that is a terminal.
 class Progress {
   public:
-    explicit Progress(std::int64_t total) : total_(total), shown_(is_terminal(stderr)) {}
+    explicit Progress(std::int64_t total) : total_(total), shown_(kv::platform::is_terminal(stderr)) {}
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
     ~Progress() {

@@ -1,11 +1,10 @@
-#include "platform/posix/wildcards.hpp"
+#include "platform/wildcards.hpp"
 
 #include <bitset>
-#include <climits>
 #include <cstring>
 #include <string_view>
 
-namespace kv::platform::posix {
+namespace kv::platform {
 
 namespace {
 
@@ -14,7 +13,7 @@ char lower(char c) {
 }
 
 // The places in the pattern that the name read so far can have led to; the last one is the end.
-constexpr std::size_t kLongest = NAME_MAX;
+constexpr std::size_t kLongest = 255;  // as file systems have it
 using Places = std::bitset<kLongest + 1>;
 
 bool is_wildcard(char c) {
@@ -77,4 +76,4 @@ bool matches_pattern(const char *pattern_text, const char *name) {
     return places[pattern.size()];
 }
 
-}  // namespace kv::platform::posix
+}  // namespace kv::platform

@@ -4,7 +4,7 @@
 #include <atomic>
 #include <cstdint>
 
-namespace kv::platform::posix {
+namespace kv::platform {
 
 /// Calls that still succeed before the failures begin; negative: no failure is planned.
 extern std::atomic<std::int64_t> calls_until_failure;
@@ -22,4 +22,4 @@ inline bool io_fails() {
 /// Lets `successes` calls succeed and then one, or all, fail; a negative number ends the failures.
 void plan_io_failure(std::int64_t successes, bool lasting);
 
-}  // namespace kv::platform::posix
+}  // namespace kv::platform

@@ -1,7 +1,7 @@
 // File name patterns as DOS understands them.
 #pragma once
 
-namespace kv::platform::posix {
+namespace kv::platform {
 
 bool has_wildcards(const char *name);
 
@@ -11,4 +11,4 @@ bool has_wildcards(const char *name);
 /// name, so that "*." is every name without an extension.
 bool matches_pattern(const char *pattern, const char *name);
 
-}  // namespace kv::platform::posix
+}  // namespace kv::platform

@@ -1,8 +1,8 @@
-#include "platform/posix/failpoint.hpp"
+#include "platform/failpoint.hpp"
 
 #include <cerrno>
 
-namespace kv::platform::posix {
+namespace kv::platform {
 
 constinit std::atomic<std::int64_t> calls_until_failure{-1};
 constinit std::atomic<bool> failures_last{false};
@@ -23,4 +23,4 @@ void plan_io_failure(std::int64_t successes, bool lasting) {
     calls_until_failure = successes;
 }
 
-}  // namespace kv::platform::posix
+}  // namespace kv::platform
