@@ -27,8 +27,9 @@ bool is_in(const char *characters, int c) {
 }
 
 // Up to the end of the line, or behind the first of `delims`.
-std::int32_t read_line(std::FILE *fp, std::int32_t max, const char *delims, char *buf) {
-    int c = get_character(fp);
+std::int32_t read_line(const FIO *handle, std::int32_t max, const char *delims, char *buf) {
+    std::FILE *const fp = handle->fp;
+    int c = handle->reads() ? get_character(fp) : EOF;
     if (c == EOF) {
         *buf = '\0';
         return -1;
@@ -46,13 +47,13 @@ std::int32_t read_line(std::FILE *fp, std::int32_t max, const char *delims, char
 }  // namespace
 
 int32_t fio_putchar(FIO *handle, char c) noexcept {
-    return handle != nullptr && put_character(c, handle->fp) != EOF ? 0 : -1;
+    return handle != nullptr && handle->writes() && put_character(c, handle->fp) != EOF ? 0 : -1;
 }
 
 int32_t fio_putstring(FIO *handle, const char *text, int32_t width) noexcept {
     constexpr char kBlanks[] = "                                ";
     constexpr std::size_t kMostBlanks = sizeof kBlanks - 1;
-    if (handle == nullptr) return -1;
+    if (handle == nullptr || !handle->writes()) return -1;
     if (text == nullptr) text = "";
     const std::size_t taken = taken_characters(text, width);
     if (taken > 0 && !write_characters(handle->fp, text, taken)) return -1;
@@ -66,7 +67,7 @@ int32_t fio_putstring(FIO *handle, const char *text, int32_t width) noexcept {
 }
 
 int32_t fio_getchar(FIO *handle, char *out) noexcept {
-    const int c = handle != nullptr ? get_character(handle->fp) : EOF;
+    const int c = handle != nullptr && handle->reads() ? get_character(handle->fp) : EOF;
     if (c == EOF) return -1;
     if (out == nullptr) return c;
     *out = static_cast<char>(c);
@@ -74,12 +75,12 @@ int32_t fio_getchar(FIO *handle, char *out) noexcept {
 }
 
 int32_t fio_getstring(FIO *handle, int32_t max, char *buf) noexcept {
-    return handle != nullptr && max > 0 ? read_line(handle->fp, max, nullptr, buf) : -1;
+    return handle != nullptr && max > 0 ? read_line(handle, max, nullptr, buf) : -1;
 }
 
 int32_t fio_getstringdel(FIO *handle, int32_t max, const char *delims, char *buf) noexcept {
     if (handle == nullptr) return -1;
-    if (max > 0) return read_line(handle->fp, max, delims, buf);
+    if (max > 0) return read_line(handle, max, delims, buf);
     *buf = '\0';
     return -1;
 }

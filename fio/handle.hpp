@@ -17,6 +17,9 @@ struct FIO {
     kv::platform::RegionLock lock;
 
     kv::platform::Stream stream() const { return {fp, text}; }
+    // Not every C library keeps a stream from what it was not opened for.
+    bool reads() const { return (mode & (FIO_READ | FIO_UPDATE)) != 0; }
+    bool writes() const { return (mode & (FIO_WRITE | FIO_APPEND | FIO_UPDATE)) != 0; }
     bool is_text() const { return (mode & FIO_TEXT) != 0; }
 };
 

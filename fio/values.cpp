@@ -15,12 +15,12 @@ namespace {
 
 template <typename Value>
 std::int32_t put(FIO *handle, Value value) {
-    return std::fwrite(&value, sizeof value, 1, handle->fp) == 1 ? 0 : -1;
+    return handle->writes() && std::fwrite(&value, sizeof value, 1, handle->fp) == 1 ? 0 : -1;
 }
 
 template <typename Value>
 std::int32_t get(FIO *handle, Value *out) {
-    return std::fread(out, sizeof *out, 1, handle->fp) == 1 ? 0 : -1;
+    return handle->reads() && std::fread(out, sizeof *out, 1, handle->fp) == 1 ? 0 : -1;
 }
 
 template <typename Value>
@@ -79,10 +79,12 @@ int32_t fio_getshort(FIO *handle, int16_t *out) noexcept {
 
 uint32_t fio_fread(void *buf, uint32_t size, uint32_t count, FIO *handle) noexcept {
     if (buf == nullptr || size == 0 || count == 0 || handle == nullptr || handle->fp == nullptr) return 0;
+    if (!handle->reads()) return 0;
     return static_cast<uint32_t>(std::fread(buf, size, count, handle->fp));
 }
 
 uint32_t fio_fwrite(const void *buf, uint32_t size, uint32_t count, FIO *handle) noexcept {
     if (buf == nullptr || size == 0 || count == 0 || handle == nullptr || handle->fp == nullptr) return 0;
+    if (!handle->writes()) return 0;
     return static_cast<uint32_t>(std::fwrite(buf, size, count, handle->fp));
 }
