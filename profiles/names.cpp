@@ -1,5 +1,4 @@
 // Parts of full names, and the units of the usual columns.
-#include <cmath>
 #include <cstring>
 #include <string_view>
 
@@ -12,23 +11,33 @@ constexpr std::int32_t kLongestPart = PROFIL_PART_SIZE - 1;
 
 struct Unit {
     std::string_view name;
-    double base;
-    int exponent;
+    double factor;
 };
 
+// The powers of 0.01 as std::pow() gives them where it rounds right; not every C library's does.
+constexpr double kNone = 1;
+constexpr double kMillimetre = 0.001;
+constexpr double kCentimetre = 0.01;
+constexpr double kCentimetre2 = 0.0001;
+constexpr double kCentimetre3 = 1.0000000000000002e-06;
+constexpr double kCentimetre4 = 1e-08;
+constexpr double kCentimetre6 = 1.0000000000000002e-12;
+
 constexpr Unit kUnits[] = {
-    {"b", 0.001, 1},  {"D", 0.001, 1}, {"a", 0.001, 1}, {"h", 0.001, 1},  {"A", 0.01, 2},
-    {"Iy", 0.01, 4},  {"Wy", 0.01, 3}, {"Sy", 0.01, 3}, {"Iz", 0.01, 4},  {"Wz", 0.01, 3},
-    {"iy", 0.01, 1},  {"iz", 0.01, 1}, {"It", 0.01, 4}, {"Wt", 0.01, 3},  {"ys", 0.01, 1},
-    {"ym", 0.01, 1},  {"zs", 0.01, 1}, {"zm", 0.01, 1}, {"s", 0.001, 1},  {"t", 0.001, 1},
-    {"r", 0.001, 1},  {"e", 0.001, 1}, {"ip", 0.01, 1}, {"im", 0.01, 1},  {"Cm", 0.01, 6},
-    {"izg", 0.01, 1}, {"ez", 0.01, 1}, {"ey", 0.01, 1}, {"r1", 0.001, 1}, {"Styp", 1.0, 1},
-    {"Ktyp", 1.0, 1}, {"n", 1.0, 1},   {"AQ", 0.01, 2},
+    {"b", kMillimetre},   {"D", kMillimetre},   {"a", kMillimetre},   {"h", kMillimetre},
+    {"A", kCentimetre2},  {"Iy", kCentimetre4}, {"Wy", kCentimetre3}, {"Sy", kCentimetre3},
+    {"Iz", kCentimetre4}, {"Wz", kCentimetre3}, {"iy", kCentimetre},  {"iz", kCentimetre},
+    {"It", kCentimetre4}, {"Wt", kCentimetre3}, {"ys", kCentimetre},  {"ym", kCentimetre},
+    {"zs", kCentimetre},  {"zm", kCentimetre},  {"s", kMillimetre},   {"t", kMillimetre},
+    {"r", kMillimetre},   {"e", kMillimetre},   {"ip", kCentimetre},  {"im", kCentimetre},
+    {"Cm", kCentimetre6}, {"izg", kCentimetre}, {"ez", kCentimetre},  {"ey", kCentimetre},
+    {"r1", kMillimetre},  {"Styp", kNone},      {"Ktyp", kNone},      {"n", kNone},
+    {"AQ", kCentimetre2},
 };
 
 double factor_of(std::string_view name) {
     for (const Unit &unit : kUnits) {
-        if (unit.name == name) return std::pow(unit.base, unit.exponent);
+        if (unit.name == name) return unit.factor;
     }
     return 1.0;
 }
