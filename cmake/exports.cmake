@@ -2,6 +2,10 @@
 # definition file lists, and no others. The same file serves the Windows linker as it is; for ELF it
 # becomes a version script.
 function(kv_export_only target def_file)
+  if(WIN32)
+    target_sources(${target} PRIVATE ${def_file})
+    return()
+  endif()
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${def_file})
   file(STRINGS ${def_file} names REGEX "^ +[A-Za-z_]")
   list(TRANSFORM names STRIP)
