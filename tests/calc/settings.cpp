@@ -32,7 +32,7 @@ TEST(CalcSettings, RoundToPlaces) {
 }
 
 TEST(CalcSettings, ComeFromTheMainFile) {
-    unsetenv("kv");
+    kvtest::remove_variable("kv");
     calc_init(3);
     calc_init(-1);  // there is no such file: stays
     EXPECT_DOUBLE_EQ(value_of("2/3"), 0.667);

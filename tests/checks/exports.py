@@ -1,6 +1,6 @@
 """Checks that exported = listed = declared = documented = tested.
 
-usage: exports.py <project directory> <shared library>
+usage: exports.py <project directory> <shared library> [<objdump>, for a DLL]
 """
 
 import pathlib
@@ -20,8 +20,18 @@ def compare(what, names, others_what, others):
 definition = (root / "cmake/kv.def").read_text()
 listed = set(re.findall(r"^ +([A-Za-z_]\w*)$", definition, re.M))
 
-symbols = subprocess.run(["nm", "-D", "--defined-only", sys.argv[2]], check=True, capture_output=True, text=True)
-exported = {line.split()[-1] for line in symbols.stdout.splitlines()}
+
+
+def output(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
+
+
+if sys.argv[2].endswith(".dll"):
+    headers = output(sys.argv[3], "-p", sys.argv[2])
+    table = headers[headers.index("[Ordinal/Name Pointer] Table") :].split("\n\n")[0]
+    exported = {line.split()[-1] for line in table.splitlines() if line.startswith("\t[")}
+else:
+    exported = {line.split()[-1] for line in output("nm", "-D", "--defined-only", sys.argv[2]).splitlines()}
 # What the sanitizers and the coverage add to a library.
 exported = {name for name in exported if not re.match(r"(__(asan|sancov|odr_asan|start|stop|gcov|llvm)|_edata|_end)", name)}
 

@@ -19,7 +19,7 @@ std::string report(int32_t mode, std::string &head) {
         head = std::string("   Zeitmessung vom ") + clock_date(0, 0) + ", " + clock_time(0, 1) + "\n\n";
         clock_timertable("c:\\zeiten.txt", mode);
     }
-    return kvtest::read_file(kvtest::drive_c() / "zeiten.txt");
+    return kvtest::read_report(kvtest::drive_c() / "zeiten.txt");
 }
 
 TEST(ClockTimers, EmptyReport) {
@@ -105,7 +105,7 @@ TEST(ClockTimers, Report) {
     const std::string first = report(CLOCK_TABLE_OVERWRITE, first_head);
     EXPECT_EQ(first, first_head + expected);
     clock_timertable("C:/ZEITEN.TXT", CLOCK_TABLE_APPEND);
-    const std::string both = kvtest::read_file(kvtest::drive_c() / "zeiten.txt");
+    const std::string both = kvtest::read_report(kvtest::drive_c() / "zeiten.txt");
     EXPECT_EQ(both.substr(0, first.size()), first);
     EXPECT_EQ(both.size(), 2 * first.size());
     EXPECT_EQ(report(2, head).size(), first.size());

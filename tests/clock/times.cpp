@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "kv/clock.h"
-#include "kv/frame.h"
+
+#include "tests/support/support.hpp"
 
 namespace {
 
@@ -15,7 +16,7 @@ static_assert(sizeof(CLOCK_RECORD) == 32 && offsetof(CLOCK_RECORD, yday) == 28);
 
 class ClockTimes : public testing::Test {
   protected:
-    ClockTimes() { kv_putenv("TZ=Europe/Berlin"); }
+    ClockTimes() { kvtest::use_time_zone_of_berlin(); }
 };
 
 TEST_F(ClockTimes, Texts) {
@@ -54,14 +55,6 @@ TEST_F(ClockTimes, NamesTheMonths) {
         EXPECT_EQ(std::string(clock_date(clock_makevalue(&record), 1)),
                   std::string("03. ") + names[month] + " 2026");
     }
-}
-
-TEST_F(ClockTimes, FollowTheTimeZone) {
-    EXPECT_STREQ(clock_time(kSpring, 0), "03:00");
-    kv_putenv("TZ=UTC");
-    EXPECT_STREQ(clock_time(kSpring, 0), "01:00");
-    CLOCK_RECORD record{0, 0, 1, 29, 2, 126, 0, 0};
-    EXPECT_EQ(clock_makevalue(&record), kSpring);
 }
 
 TEST_F(ClockTimes, ZeroIsNow) {

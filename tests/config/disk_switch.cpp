@@ -13,7 +13,6 @@ namespace {
 
 TEST(DiskSwitch, ReadsAndWrites) {
     kv_putenv("KV=");
-    kv_putenv("KV_REGISTRY=");
     const std::filesystem::path file = kvtest::drive_c() / "kv3.ini";
     std::filesystem::remove(file);
     EXPECT_EQ(fio_getdiskfree_aktiv(), 1);

@@ -1,97 +1,15 @@
 // What becomes of an INI file when a change fails, is killed, or meets another one.
-#include <algorithm>
-#include <chrono>
-#include <csignal>
+#include "tests/config/ini_safety.hpp"
+
 #include <cstdint>
-#include <filesystem>
-#include <functional>
-#include <gtest/gtest.h>
-#include <random>
-#include <string>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
-#include <vector>
 
-#include "kv.h"
-
-#include "platform/platform.hpp"
-#include "platform/posix/failpoint.hpp"
-#include "tests/config/ini_files.hpp"
-#include "tests/support/support.hpp"
+#include "memory/failpoint.hpp"
+#include "platform/failpoint.hpp"
 
 namespace {
 
 using namespace kvtest;
-namespace fs = std::filesystem;
-
-// A directory of the test with one file; in memory, where the system has such a place.
-class IniSafety : public testing::Test {
-  protected:
-    IniSafety() {
-        const fs::path memory = "/dev/shm";
-        std::string name = ((fs::is_directory(memory) ? memory : drive_c()) / "kv-ini-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) std::abort();
-        directory = name;
-        file = (directory / "test.ini").string();
-    }
-    ~IniSafety() override { fs::remove_all(directory); }
-
-    void reset(const std::string &content) {
-        for (const auto &entry : fs::directory_iterator(directory)) fs::remove_all(entry);
-        write_file(file, content);
-    }
-    std::string content() const { return fs::exists(file) ? read_file(file) : "(none)"; }
-    std::ptrdiff_t files() const {
-        return std::distance(fs::directory_iterator(directory), fs::directory_iterator());
-    }
-
-    fs::path directory;
-    std::string file;
-};
-
-// Runs the function in a process of its own and gives its result.
-int in_child(const std::function<int()> &function) {
-    const pid_t child = fork();
-    if (child == 0) _exit(function() + 100);
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) - 100 : -1000;
-}
-
-// The same without the rights of root.
-int as_nobody(const std::function<int()> &function) {
-    return in_child([&] {
-        if (geteuid() == 0 && setuid(65534) != 0) return -50;
-        return function();
-    });
-}
-
-const std::string kBefore = "[S]\r\na=1\r\n;c\r\n[T]\r\nb=2\r\n";
-
-// Every kind of change of kBefore.
-const std::vector<Change> &changes() {
-    static const std::vector<Change> all = {
-        [](const char *path) { return ini_write_string(path, "S", "a", "9"); },
-        [](const char *path) { return ini_write_string(path, "U", "a", "9"); },
-        [](const char *path) { return ini_delete_entry(path, "S", "a"); },
-        [](const char *path) { return ini_delete_section(path, "S"); },
-        [](const char *path) { return ini_rename_section(path, "S", "R"); },
-        [](const char *path) { return ini_rename_entry(path, "T", "b", "c"); },
-        [](const char *path) {
-            const INI_EDIT edits[] = {{INI_EDIT_WRITE, "S", "a", "9"},
-                                      {INI_EDIT_DELETE_SECTION, "T", nullptr, nullptr}};
-            return ini_edit(path, edits, 2, nullptr);
-        },
-    };
-    return all;
-}
-
-// Whether a failed save shows in the status of the change.
-bool tells_of_saving(std::size_t change) {
-    return change != 2 && change != 3;
-}
 
 TEST_F(IniSafety, FilesThatAreNotThere) {
     const std::string missing = (directory / "missing.ini").string();
@@ -106,73 +24,10 @@ TEST_F(IniSafety, FilesThatAreNotThere) {
         EXPECT_EQ(ini_rename_section(path, "S", "T"), INI_FAILED);
         EXPECT_EQ(ini_rename_entry(path, "S", "a", "b"), INI_FAILED);
     }
-    EXPECT_EQ(ini_write_string((directory / "no/x.ini").c_str(), "S", "a", "1"), INI_NOT_WRITABLE);
+    EXPECT_EQ(ini_write_string((directory / "no/x.ini").string().c_str(), "S", "a", "1"), INI_NOT_WRITABLE);
     EXPECT_EQ(ini_write_string("Q:\\x.ini", "S", "a", "1"), INI_NOT_WRITABLE);
-    EXPECT_EQ(ini_write_string(directory.c_str(), "S", "a", "1"), INI_FAILED);
+    EXPECT_EQ(ini_write_string(directory.string().c_str(), "S", "a", "1"), INI_FAILED);
     EXPECT_EQ(files(), 0);
-}
-
-TEST_F(IniSafety, FilesWithoutRights) {
-    fs::permissions(directory, fs::perms{0755});
-    for (std::size_t i = 0; i < changes().size(); ++i) {
-        SCOPED_TRACE(i);
-        reset(kBefore);
-        fs::permissions(file, fs::perms{0444});
-        EXPECT_EQ(as_nobody([&] { return changes()[i](file.c_str()); }),
-                  tells_of_saving(i) ? INI_NOT_WRITABLE : INI_OK);
-        EXPECT_EQ(content(), kBefore);
-        fs::permissions(file, fs::perms{0222});  // it must not be taken for an empty file
-        EXPECT_EQ(as_nobody([&] { return changes()[i](file.c_str()); }), INI_FAILED);
-        EXPECT_EQ(content(), kBefore);
-        EXPECT_EQ(files(), 1);
-    }
-    // No right to the directory: a file that is there is written in place, a new one is not made.
-    reset(kBefore);
-    fs::permissions(file, fs::perms{0666});
-    EXPECT_EQ(as_nobody([&] { return ini_write_string(file.c_str(), "S", "a", "9"); }), INI_OK);
-    EXPECT_EQ(content(), "[S]\r\na=9\r\n;c\r\n[T]\r\nb=2\r\n");
-    const std::string other = (directory / "new.ini").string();
-    EXPECT_EQ(as_nobody([&] { return ini_write_string(other.c_str(), "S", "a", "9"); }), INI_NOT_WRITABLE);
-    EXPECT_EQ(files(), 1);
-}
-
-TEST_F(IniSafety, PermissionsAndLinksStay) {
-    reset(kBefore);
-    fs::permissions(file, fs::perms{0640});
-    const std::string link = (directory / "link.ini").string();
-    fs::create_symlink("test.ini", link);
-    EXPECT_EQ(ini_write_string(link.c_str(), "S", "a", "9"), INI_OK);
-    EXPECT_TRUE(fs::is_symlink(link));
-    EXPECT_EQ(fs::status(file).permissions(), fs::perms{0640});
-    fs::remove(link);
-    fs::create_hard_link(file, link);
-    EXPECT_EQ(ini_delete_section(file.c_str(), "S"), INI_OK);
-    EXPECT_EQ(read_file(link), "[T]\r\nb=2\r\n");
-    EXPECT_EQ(files(), 2);
-}
-
-TEST_F(IniSafety, AFullDisk) {
-    // Of several links the file is written in place.
-    for (const bool linked : {false, true}) {
-        for (std::size_t i = 0; i < changes().size(); ++i) {
-            SCOPED_TRACE(testing::Message() << i << (linked ? ", in place" : ""));
-            const std::string before = kBefore + std::string(100000, ';') + "\r\n";
-            reset(before);
-            if (linked) fs::create_hard_link(file, directory / "link.ini");
-            const int status = in_child([&] {
-                signal(SIGXFSZ, SIG_IGN);
-                const rlimit limit = {50000, 50000};
-                setrlimit(RLIMIT_FSIZE, &limit);
-                return changes()[i](file.c_str());
-            });
-            const bool kept = content() == before;
-            if (tells_of_saving(i)) {
-                EXPECT_EQ(status, kept ? INI_WRITE_FAILED : INI_OK);
-            }
-            EXPECT_TRUE(kept || content().size() < 1000);  // a small content fits
-            EXPECT_EQ(files(), linked ? 2 : 1);
-        }
-    }
 }
 
 // What the change makes of the content, with nothing failing.
@@ -191,11 +46,11 @@ TEST_F(IniSafety, EveryCallOfTheSystemFailsOnce) {
             for (std::int64_t call = 0;; ++call) {
                 SCOPED_TRACE(testing::Message() << "change " << i << ", call " << call << ", " << lasting);
                 reset(kBefore);
-                kv::platform::posix::plan_io_failure(call, lasting);
+                kv::platform::plan_io_failure(call, lasting);
                 const int32_t status = changes()[i](file.c_str());
-                const bool failed = lasting ? kv::platform::posix::calls_until_failure == 0
-                                            : kv::platform::posix::calls_until_failure < 0;
-                kv::platform::posix::plan_io_failure(-1, false);
+                const bool failed = lasting ? kv::platform::calls_until_failure == 0
+                                            : kv::platform::calls_until_failure < 0;
+                kv::platform::plan_io_failure(-1, false);
                 const std::string now = content();
                 EXPECT_TRUE(now == kBefore || now == after) << now;
                 if (status == INI_OK && tells_of_saving(i)) {
@@ -232,112 +87,6 @@ TEST_F(IniSafety, EveryAllocationFails) {
     }
 }
 
-// Gives the entry "n" of the file the value.
-using SetNumber = std::function<void(const char *path, const char *value)>;
-
-// Kills processes that change the file, at random moments; the number of those that got to a change.
-void kill_changes(const std::string &file, int kills, const SetNumber &set, int &changed) {
-    std::string filler;
-    for (int i = 0; i < 1500; ++i) filler += "key" + std::to_string(i) + "=some value\r\n";
-    const std::string versions[] = {"n=1\r\n" + filler, "n=22\r\n" + filler};
-    std::mt19937 random(20250101);
-    changed = 0;
-    write_file(file, versions[0]);
-    std::string before = versions[0];
-    int latest = 500;  // microseconds until the kill; as many as changes take here
-    for (int run = 0; run < kills; ++run) {
-        int ready[2];
-        ASSERT_EQ(pipe(ready), 0);
-        const pid_t child = fork();
-        if (child == 0) {
-            // The first change is slow, as a new process is.
-            set(file.c_str(), before == versions[0] ? "1" : "22");
-            static_cast<void>(!write(ready[1], "r", 1));
-            for (int i = before == versions[0] ? 0 : 1;; ++i) set(file.c_str(), i % 2 == 0 ? "22" : "1");
-        }
-        char byte = 0;
-        ASSERT_EQ(read(ready[0], &byte, 1), 1);
-        close(ready[0]);
-        close(ready[1]);
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % static_cast<unsigned>(latest)));
-        kill(child, SIGKILL);
-        waitpid(child, nullptr, 0);
-        std::string now = read_file(file);
-        if (now.find("\r\n", now.size() - 2) == now.npos) now += "\r\n";  // a cache ends without
-        ASSERT_TRUE(now == versions[0] || now == versions[1]) << "run " << run << ": " << now.size();
-        // Seldom changed: the changes are slower.
-        if (now != before) {
-            ++changed;
-            latest = std::max(latest - 20, 100);
-        } else {
-            latest = std::min(latest + 20, 10000);
-        }
-        before = now;
-    }
-}
-
-TEST_F(IniSafety, AKilledChangeLeavesOldOrNew) {
-    int changed = 0;
-    kill_changes(
-        file, 1000, [](const char *path, const char *value) { ini_write_string(path, "", "n", value); },
-        changed);
-    EXPECT_GT(changed, 50);  // the children did get to their work
-    // The turns ended with them.
-    EXPECT_EQ(ini_write_string(file.c_str(), "", "n", "1"), INI_OK);
-}
-
-TEST_F(IniSafety, AKilledUpdateOfACacheLeavesOldOrNew) {
-    int changed = 0;
-    kill_changes(
-        file, 200,
-        [](const char *path, const char *value) {
-            MINI *cache = mini_open(nullptr, path, 0);
-            mini_write_string(cache, "", "n", value);
-            mini_close(&cache);
-        },
-        changed);
-    EXPECT_GT(changed, 10);
-    EXPECT_EQ(ini_write_string(file.c_str(), "", "n", "1"), INI_OK);
-}
-
-// The numbers of the entries "<who>_<number>=<number>" that are missing.
-int missing_entries(const std::string &text, int who, int count) {
-    int missing = 0;
-    for (int number = 0; number < count; ++number) {
-        const std::string line =
-            "\n" + std::to_string(who) + "_" + std::to_string(number) + "=" + std::to_string(number) + "\r";
-        missing += text.find(line) == text.npos ? 1 : 0;
-    }
-    return missing;
-}
-
-int write_entries(const std::string &file, int who, int count) {
-    int failed = 0;
-    for (int number = 0; number < count; ++number) {
-        const std::string key = std::to_string(who) + "_" + std::to_string(number);
-        failed += ini_write_long(file.c_str(), "S", key.c_str(), number) != INI_OK ? 1 : 0;
-    }
-    return failed;
-}
-
-TEST_F(IniSafety, ProcessesThatChangeOneFileLoseNothing) {
-    constexpr int kProcesses = 8;
-    constexpr int kChanges = 500;
-    std::vector<pid_t> children;
-    for (int who = 0; who < kProcesses; ++who) {  // the file is not there at first
-        children.push_back(fork());
-        if (children.back() == 0) _exit(write_entries(file, who, kChanges) != 0);
-    }
-    for (const pid_t child : children) {
-        int status = -1;
-        waitpid(child, &status, 0);
-        EXPECT_EQ(status, 0);
-    }
-    const std::string text = content() + "\r\n";
-    for (int who = 0; who < kProcesses; ++who) EXPECT_EQ(missing_entries(text, who, kChanges), 0) << who;
-    EXPECT_EQ(files(), 1);
-}
-
 TEST_F(IniSafety, ThreadsThatChangeOneFileLoseNothing) {
     std::vector<std::thread> threads;
     for (int who = 0; who < 4; ++who) {
@@ -346,34 +95,6 @@ TEST_F(IniSafety, ThreadsThatChangeOneFileLoseNothing) {
     for (std::thread &thread : threads) thread.join();
     const std::string text = content() + "\r\n";
     for (int who = 0; who < 4; ++who) EXPECT_EQ(missing_entries(text, who, 50), 0) << who;
-}
-
-// While a change waits for its turn, `meanwhile` happens to the file.
-TEST_F(IniSafety, AFileThatVanishesOrIsReplacedBeforeTheTurnCame) {
-    const std::function<void()> meanwhiles[] = {
-        [&] { fs::remove(file); },
-        [&] {
-            write_file(directory / "other.ini", "x=1\r\n");
-            fs::rename(directory / "other.ini", file);
-        },
-    };
-    const char *const expected[] = {"[S]\r\na=9", "x=1\r\n\r\n[S]\r\na=9"};
-    for (std::size_t i = 0; i < 2; ++i) {
-        reset(kBefore);
-        pid_t child = -1;
-        {
-            const kv::platform::FileTurn turn(file.c_str());
-            child = fork();
-            if (child == 0) _exit(ini_write_string(file.c_str(), "S", "a", "9"));
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
-            EXPECT_EQ(content(), kBefore);  // it waits
-            meanwhiles[i]();
-        }
-        int status = -1;
-        waitpid(child, &status, 0);
-        EXPECT_EQ(status, 0);
-        EXPECT_EQ(content(), expected[i]);
-    }
 }
 
 }  // namespace

@@ -5,14 +5,12 @@
 #include <cstdio>
 #include <functional>
 #include <random>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
 #include "memory/failpoint.hpp"
-#include "platform/posix/failpoint.hpp"
+#include "platform/failpoint.hpp"
 #include "tests/config/mini_caches.hpp"
 
 namespace {
@@ -191,50 +189,6 @@ TEST(MiniBesideIni, TheSameEditsReadTheSame) {
     }
 }
 
-// Runs it in a process of its own, in which allocations fail after some. 0 when it was done or kv_exit()
-// was called with the text; the log tells which.
-void in_child(std::int64_t successes, const std::function<void()> &run, bool &done) {
-    clear_log();
-    std::fflush(nullptr);
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        static_cast<void>(std::freopen("/dev/null", "w", stderr));
-        kv::memory::plan_failure(successes);
-        run();
-        kv::memory::plan_failure(-1);
-        _exit(77);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status)) << status;
-    done = WEXITSTATUS(status) == 77;
-    ASSERT_TRUE(done || WEXITSTATUS(status) == 0) << WEXITSTATUS(status);
-    ASSERT_EQ(count_in_log("Insufficient of memory."), done ? 0 : 1);
-}
-
-TEST(MiniExhaustion, LoadingAndWritingEndTheProcess) {
-    use_file("[A]\na=1\nb=2\n[B]\nc=3\n");
-    const Cache cache(MINI_READONLY);
-    const std::string text(300, 'x');
-    const std::function<void()> runs[] = {
-        [&] { value(cache, "A", "b"); },
-        [&] { mini_write_string(cache, "B", "c", text.c_str()); },
-        [&] { mini_write_string(cache, "C", "c", text.c_str()); },
-    };
-    for (const auto &run : runs) {
-        int exits = 0;
-        bool done = false;
-        for (int successes = 0; !done && successes < 50; ++successes) {
-            in_child(successes, run, done);
-            if (HasFatalFailure()) return;
-            if (!done) ++exits;
-        }
-        EXPECT_TRUE(done);
-        EXPECT_GE(exits, 2);
-    }
-}
-
 TEST(MiniExhaustion, OpeningUpdatingRenaming) {
     std::string content = "[A]\na=1\nb=2\n[B]\nc=3\n";
     for (int i = 0; i < 20; ++i) content += "key" + std::to_string(i) + "=" + std::to_string(i) + "\n";
@@ -271,10 +225,7 @@ TEST(MiniExhaustion, OpeningUpdatingRenaming) {
 }
 
 std::size_t files_on_drive() {
-    std::size_t count = 0;
-    for (const auto &file : std::filesystem::directory_iterator(drive_c()))
-        count += file.exists() ? 1U : 0U;
-    return count;
+    return entries_of_drive_c().size();
 }
 
 TEST(MiniFailures, AnUpdateIsWholeOrNothing) {
@@ -287,10 +238,10 @@ TEST(MiniFailures, AnUpdateIsWholeOrNothing) {
             const Cache cache;
             mini_write_string(cache, "A", "a", "2");
             const std::size_t files = files_on_drive();
-            kv::platform::posix::plan_io_failure(successes, lasting);
+            kv::platform::plan_io_failure(successes, lasting);
             const int32_t updated = mini_update_file(cache);
-            const bool failed = kv::platform::posix::calls_until_failure <= 0;
-            kv::platform::posix::plan_io_failure(-1, false);
+            const bool failed = kv::platform::calls_until_failure <= 0;
+            kv::platform::plan_io_failure(-1, false);
             EXPECT_EQ(read_file(cache_file()), updated == 1 ? after : before) << successes;
             EXPECT_EQ(files_on_drive(), files) << successes;
             EXPECT_EQ(mini_update_file(cache), 1);
@@ -309,9 +260,9 @@ TEST(MiniFailures, NothingIsLoadedByHalf) {
     use_file(content);
     for (int successes = 0; successes < 20; ++successes) {
         const Cache cache(MINI_READONLY);
-        kv::platform::posix::plan_io_failure(successes, false);
+        kv::platform::plan_io_failure(successes, false);
         const int32_t status = mini_write_string(cache, "A", "key1", "2");
-        kv::platform::posix::plan_io_failure(-1, false);
+        kv::platform::plan_io_failure(-1, false);
         EXPECT_TRUE(status == INI_OK || status == INI_FAILED) << status;
         EXPECT_EQ(value(cache, "A", "key4999"), "1") << successes;
     }

@@ -1,6 +1,5 @@
 // The application's locale has a decimal comma: numbers keep their point.
 #include <clocale>
-#include <stdlib.h>
 
 #include "tests/env/trees.hpp"
 
@@ -9,8 +8,7 @@ namespace {
 using namespace kvtest;
 
 TEST(Locale, DecimalComma) {
-    setenv("LOCPATH", KV_TEST_LOCALES, 1);
-    ASSERT_NE(std::setlocale(LC_ALL, "de_DE"), nullptr);
+    ASSERT_TRUE(use_german_locale(KV_TEST_LOCALES));
     ASSERT_STREQ(std::localeconv()->decimal_point, ",");
     {
         const Env env = open_env();

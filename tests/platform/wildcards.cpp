@@ -1,5 +1,5 @@
 // Patterns as DOS understands them.
-#include "platform/posix/wildcards.hpp"
+#include "platform/wildcards.hpp"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -53,7 +53,7 @@ TEST(Wildcards, MatchAsInDos) {
         {too_long.c_str(), longest.c_str(), false},
     };
     for (const auto &row : cases) {
-        EXPECT_EQ(kv::platform::posix::matches_pattern(row.pattern, row.name), row.matches)
+        EXPECT_EQ(kv::platform::matches_pattern(row.pattern, row.name), row.matches)
             << row.pattern << " and " << row.name;
     }
 }

@@ -11,13 +11,12 @@ namespace {
 class ProfilesFiles : public testing::Test {
   protected:
     ProfilesFiles() {
-        std::filesystem::remove_all(kvtest::drive_c());
+        kvtest::empty_drive_c();
         for (const char *file : {"p/heb.pro", "m/q188.mtt", "w/here.pro", "w/d/deep.pro", "w/heb.dat",
                                  "top.pro", "p/Case.PRO", "w/d.x/dotted.pro", "w/.hidden", "w/.pro"}) {
             write(file, std::string("T S A\nx 1 1\n") + file + " 2 3\n");
         }
         kv_putenv("KV=");
-        kv_putenv("KV_REGISTRY=");
         EXPECT_EQ(fio_chdir("C:\\w"), 0);
         write("kv3.ini", "[System]\nProfile=C:\\p\nMatten=c:/m/\n");
         profil_path(nullptr);

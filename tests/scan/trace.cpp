@@ -25,7 +25,7 @@ TEST_F(ScanTrace, Lines) {
     const char *const keywords[] = {"if", nullptr};
     kvtest::tokens("if x 1.5 -7\n'a' \"s\" <= \x80",
                    SCAN_TRACE | SCAN_SIGNED_NUMBERS | SCAN_COMPARE_PAIRS | SCAN_EOL_TOKENS, keywords);
-    EXPECT_EQ(kvtest::read_file("trc"),
+    EXPECT_EQ(kvtest::read_report("trc"),
               "S1  [ 0: 0]\tkeyword    <if> #0\n"
               "S1  [ 0: 3]\tidentifier <x>\n"
               "S1  [ 0: 5]\tdouble     <1.5>  1.500000\n"
@@ -51,9 +51,9 @@ TEST_F(ScanTrace, IsSharedWhileAScannerTraces) {
     scan_token(first, &kind, &token);
     scan_close(first);
     scan_close(silent);
-    EXPECT_EQ(kvtest::read_file("trc"), "S2  [ 0: 0]\tidentifier <a>\nS1  [ 0: 0]\teof        < >\n");
+    EXPECT_EQ(kvtest::read_report("trc"), "S2  [ 0: 0]\tidentifier <a>\nS1  [ 0: 0]\teof        < >\n");
     kvtest::tokens("1e300", SCAN_TRACE);  // empties the file; the longest line
-    EXPECT_EQ(kvtest::read_file("trc").size(), 368U);
+    EXPECT_EQ(kvtest::read_report("trc").size(), 368U);
 }
 
 TEST_F(ScanTrace, IsLeftOutWhereItCannotBeWritten) {

@@ -19,7 +19,7 @@ class Plot : public testing::Test {
         set_entry("9600,n,8,1,p");
         write_file(drive_c() / "a.plt", plot_);
     }
-    ~Plot() override { unsetenv("KV_COM_TIMEOUT"); }
+    ~Plot() override { remove_variable("KV_COM_TIMEOUT"); }
 
     const std::string plot_ = long_plot();
 };
@@ -66,7 +66,7 @@ TEST_F(Plot, TellsWhenItsEntryIsNotFollowed) {
 
 TEST_F(Plot, WaitsForAReaderThatPauses) {
     for (const char *limit : {"", "5"}) {
-        setenv("KV_COM_TIMEOUT", limit, 1);
+        set_variable("KV_COM_TIMEOUT", limit);
         PseudoTerminal terminal;
         terminal.read([paused = false](const std::string &received) mutable {
             if (received.size() > 20000 && !paused) pause(300);
@@ -80,7 +80,7 @@ TEST_F(Plot, WaitsForAReaderThatPauses) {
 
 TEST_F(Plot, EndsWithItsReader) {
     for (const bool disappears : {false, true}) {
-        setenv("KV_COM_TIMEOUT", disappears ? "" : "0.3", 1);
+        set_variable("KV_COM_TIMEOUT", disappears ? "" : "0.3");
         PseudoTerminal terminal;
         terminal.read([&](const std::string &received) {
             if (received.size() <= 20000) return false;

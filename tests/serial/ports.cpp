@@ -88,10 +88,10 @@ TEST(Port, HasToBeASerialDevice) {
         EXPECT_EQ(iOpenWinComWrite(name), 0) << name;
     }
     for (const std::string &device : {std::string("/dev/none"), std::string(5000, 'x')}) {
-        setenv("KV_COM1", device.c_str(), 1);
+        set_variable("KV_COM1", device);
         EXPECT_EQ(iOpenWinComWrite("COM1"), 0);
     }
-    unsetenv("KV_COM1");
+    remove_variable("KV_COM1");
 }
 
 TEST(Port, TakesEveryByteAsItIs) {
@@ -119,7 +119,7 @@ TEST(Port, IsClosedByAShortWrite) {
     const std::string plot = long_plot();
     for (const bool gone : {false, true}) {
         PseudoTerminal terminal;
-        setenv("KV_COM_TIMEOUT", gone ? "0" : "0.2", 1);
+        set_variable("KV_COM_TIMEOUT", gone ? "0" : "0.2");
         kv_value handle = iOpenWinComWrite("COM1");
         setWinComPort(KV_PORT_DIRECT, 1);
         if (gone) terminal.disappear();
@@ -127,7 +127,7 @@ TEST(Port, IsClosedByAShortWrite) {
         EXPECT_EQ(handle, 0);
         EXPECT_EQ(getWinComPort(), KV_PORT_NONE);
     }
-    unsetenv("KV_COM_TIMEOUT");
+    remove_variable("KV_COM_TIMEOUT");
 }
 
 }  // namespace

@@ -1,15 +1,15 @@
 // The application's locale changes nothing: German has a decimal comma, and letters beyond ASCII.
 #include <clocale>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include "kv/strings.h"
+
+#include "tests/support/support.hpp"
 
 namespace {
 
 TEST(Locale, NumbersAndCase) {
-    setenv("LOCPATH", KV_TEST_LOCALES, 1);
-    ASSERT_NE(std::setlocale(LC_ALL, "de_DE"), nullptr);
+    ASSERT_TRUE(kvtest::use_german_locale(KV_TEST_LOCALES));
     ASSERT_STREQ(std::localeconv()->decimal_point, ",");
 
     char dst[16];

@@ -1,21 +1,78 @@
 #include "tests/support/support.hpp"
 
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <limits>
-#include <stdlib.h>
+#include <random>
 
 #include "memory/failpoint.hpp"
+#include "platform/platform.hpp"
+#include "tests/support/host.hpp"
 
 namespace kvtest {
 
 namespace {
+
 std::filesystem::path g_drive_c;
+std::vector<std::filesystem::path> g_not_ours;  // on drive C at the start
+
+std::vector<std::filesystem::path> all_on_drive_c() {
+    std::vector<std::filesystem::path> entries;
+    for (const auto &entry : std::filesystem::directory_iterator(g_drive_c))
+        entries.push_back(entry.path());
+    return entries;
 }
+
+}  // namespace
 
 const std::filesystem::path &drive_c() {
     return g_drive_c;
+}
+
+std::vector<std::filesystem::path> entries_of_drive_c() {
+    std::vector<std::filesystem::path> entries = all_on_drive_c();
+    std::erase_if(entries, [](const auto &entry) {
+        return std::find(g_not_ours.begin(), g_not_ours.end(), entry) != g_not_ours.end();
+    });
+    return entries;
+}
+
+void empty_drive_c() {
+    for (const auto &entry : entries_of_drive_c()) remove_directory(entry);
+}
+
+bool has_entry(const std::filesystem::path &directory, const std::string &name) {
+    for (const auto &entry : std::filesystem::directory_iterator(directory)) {
+        if (entry.path().filename().string() == name) return true;
+    }
+    return false;
+}
+
+void remove_directory(const std::filesystem::path &directory) {
+    using std::filesystem::perms;
+    if (std::filesystem::is_directory(std::filesystem::symlink_status(directory))) {
+        for (const auto &entry : std::filesystem::recursive_directory_iterator(directory)) {
+            if (entry.is_symlink()) continue;
+            std::filesystem::permissions(entry, perms::owner_write, std::filesystem::perm_options::add);
+        }
+    }
+    std::filesystem::remove_all(directory);
+}
+
+void set_variable(const char *name, const std::string &value) {
+    EXPECT_TRUE(kv::platform::set_environment_variable(name, value.c_str())) << name;
+}
+
+std::filesystem::path make_directory(const std::filesystem::path &prefix) {
+    std::random_device random;
+    for (;;) {
+        const std::filesystem::path path = prefix.string() + std::to_string(random());
+        if (std::filesystem::create_directory(path)) return path;
+    }
 }
 
 std::string read_file(const std::filesystem::path &path) {
@@ -29,8 +86,18 @@ void write_file(const std::filesystem::path &path, std::string_view content) {
     ASSERT_TRUE(stream.flush().good()) << path;
 }
 
+void set_modified(const std::filesystem::path &path, std::int64_t seconds) {
+    const std::chrono::sys_seconds time{std::chrono::seconds(seconds)};
+    std::filesystem::last_write_time(path, std::chrono::file_clock::from_sys(time));
+}
+
+std::string read_report(const std::filesystem::path &path) {
+    std::ifstream stream(path);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 std::string read_log() {
-    return read_file(g_drive_c / "kv.err");
+    return read_report(g_drive_c / "kv.err");
 }
 
 void clear_log() {
@@ -60,18 +127,14 @@ int sweep_allocation_failures(const std::function<void(std::int64_t)> &attempt) 
 
 }  // namespace kvtest
 
-// Every test process has a drive C of its own, so that tests can run side by side.
-int main(int argc, char **argv) {
+int kvtest::run_tests(int argc, char **argv) {
     testing::InitGoogleTest(&argc, argv);
-    std::string pattern = (std::filesystem::temp_directory_path() / "kv-test-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) {
-        perror("mkdtemp");
-        return 1;
-    }
-    kvtest::g_drive_c = pattern;
-    setenv("KV_DRIVE_C", pattern.c_str(), 1);
-    unsetenv("KV_DEBUG_OUTPUT");
+    const Host host;
+    if (host.root().empty()) return 1;
+    g_drive_c = host.root();
+    g_not_ours = all_on_drive_c();
+    remove_variable("KV_DEBUG_OUTPUT");
     const int result = RUN_ALL_TESTS();
-    std::filesystem::remove_all(kvtest::g_drive_c);
+    empty_drive_c();
     return result;
 }

@@ -39,7 +39,7 @@ TEST_F(Calc, ShowsThePlaceOfAnError) {
 
 TEST_F(Calc, ReadsLines) {
     write("sheet", "; a beam\r\n2*3\r\n\r\n1/0\n4");
-    const Outcome outcome = run({"calc", "--echo"}, {.input = path("sheet")});
+    const Outcome outcome = run({"calc", "--echo"}, {.input = path("sheet").string()});
     EXPECT_EQ(outcome.code, 1);
     EXPECT_EQ(outcome.out, "2*3 = 6\n4 = 4\n");
 }

@@ -1,6 +1,4 @@
 // `kv env` and the file system: missing, broken, unwritable and large files, and the real samples.
-#include <sys/stat.h>
-
 #include "tests/support/support.hpp"
 #include "tests/tools/program.hpp"
 
@@ -11,17 +9,6 @@ namespace {
 class EnvFiles : public ProgramTest {
   protected:
     EnvFiles() { write("press.env", kPress); }
-    // Expects a save to fail with the file as it was and nothing left beside it.
-    void expect_unsaved(const std::vector<std::string> &words, const RunOptions &options) const {
-        const Outcome outcome = run(words, options);
-        EXPECT_EQ(outcome.code, 3);
-        EXPECT_NE(outcome.err.find("press.env: could not be saved"), std::string::npos) << outcome.err;
-        EXPECT_EQ(content("press.env"), kPress);
-        for (const auto &entry : std::filesystem::directory_iterator(path(""))) {
-            const std::string name = entry.path().filename();
-            EXPECT_TRUE(name == "press.env" || name == "kv") << name;
-        }
-    }
 };
 
 TEST_F(EnvFiles, AMissingFileIsMadeOnlyOnRequest) {
@@ -43,35 +30,6 @@ TEST_F(EnvFiles, AFileWithAnErrorIsNotTouched) {
     expect({"merge", "broken.env", "press.env"}, 3, "", "broken.env:19:1: ");
     EXPECT_EQ(content("broken.env"), broken);
     EXPECT_EQ(content("press.env"), kPress);
-}
-
-TEST_F(EnvFiles, AFullDiskLeavesTheFile) {
-    RunOptions full;
-    full.limit = RLIMIT_FSIZE;
-    full.limit_value = 100;
-    expect_unsaved({"env", "set", "press.env", "press", "name", "longer than it was before"}, full);
-    expect({"set", "press.env", "press", "a", "1", "--output", "/dev/full"}, 3, "",
-           "/dev/full: could not be");
-    expect({"set", "press.env", "press", "a", "1", "--output", "none/x.env"}, 3, "",
-           "none/x.env: could not be");
-    EXPECT_EQ(content("press.env"), kPress);
-}
-
-TEST_F(EnvFiles, RightsAreRespectedAndKept) {
-    RunOptions nobody;
-    nobody.as_nobody = true;
-    ASSERT_EQ(chmod(path("press.env").c_str(), 0444), 0);
-    expect_unsaved({"env", "set", "press.env", "press", "name", "x"}, nobody);
-    ASSERT_EQ(chmod(path("press.env").c_str(), 0), 0);
-    const Outcome unreadable = run({"env", "set", "--create", "press.env", "press", "name", "x"}, nobody);
-    EXPECT_EQ(unreadable.code, 3);
-    EXPECT_NE(unreadable.err.find("press.env: cannot be read: Permission denied"), std::string::npos)
-        << unreadable.err;
-    ASSERT_EQ(chmod(path("press.env").c_str(), 0640), 0);
-    expect({"set", "press.env", "press", "name", "x"}, 0, "");
-    struct stat status {};
-    ASSERT_EQ(stat(path("press.env").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777U, 0640U);
 }
 
 TEST_F(EnvFiles, ALineOfTenMegabytes) {

@@ -107,17 +107,9 @@ TEST_F(IniProgram, Files) {
     EXPECT_EQ(content("no.ini"), "[S]\r\nk=1");
     expect_ini({"sections", "--file", "."}, 3, "", ".: is a directory");
     expect_ini({"set", "S", "k", "1", "--file", "no/x.ini", "--create"}, 3, "", "could not be saved");
-    RunOptions nobody;
-    nobody.as_nobody = true;
-    std::filesystem::permissions(path("t.ini"), std::filesystem::perms{0444});
-    const Outcome outcome = run({"ini", "delete", "Beep", "--file", "t.ini"}, nobody);
-    EXPECT_EQ(outcome.code, 3);
-    EXPECT_NE(outcome.err.find("t.ini: could not be saved"), std::string::npos) << outcome.err;
-    EXPECT_EQ(content("t.ini"), kIni);
 }
 
 TEST_F(IniProgram, TheMainConfigurationFile) {
-    setenv("KV_DRIVE_C", path("c").c_str(), 1);
     expect_ini({"get", "Beep", "Tick"}, 3, "", "there is no main configuration file");
     write("kv3.ini", "[Beep]\r\nTick=1,0\r\n");
     expect_ini({"get", "Beep", "Tick"}, 0, "1,0\n");

@@ -1,11 +1,5 @@
 #include "tests/tools/program.hpp"
 
-#include <csignal>
-#include <cstdlib>
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include "tests/support/support.hpp"
 
 namespace kvtest {
@@ -30,20 +24,8 @@ const std::string kPress =
     "  }\r\n"
     "[spare]\r\n";
 
-namespace {
-
-void redirect(int descriptor, const std::string &file) {
-    const int opened = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
-    if (opened < 0 || dup2(opened, descriptor) < 0) _exit(126);
-}
-
-}  // namespace
-
-ProgramTest::ProgramTest() {
-    std::string name = (std::filesystem::temp_directory_path() / "kv-tools-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) std::abort();
-    directory_ = name;
-}
+ProgramTest::ProgramTest()
+    : directory_(make_directory(std::filesystem::temp_directory_path() / "kv-tools-")) {}
 
 ProgramTest::~ProgramTest() {
     std::filesystem::remove_all(directory_);
@@ -55,48 +37,6 @@ std::string ProgramTest::content(const std::string &name) const {
 
 void ProgramTest::write(const std::string &name, const std::string &content) const {
     write_file(path(name), content);
-}
-
-Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions &options) const {
-    const std::string out = options.output.empty() ? path("standard.out").string() : options.output;
-    const std::string err = options.error.empty() ? path("standard.err").string() : options.error;
-    std::vector<std::string> copies = words;
-    std::string program = KV_TEST_PROGRAM;
-    if (options.as_nobody) {  // who cannot reach into the build directory of root
-        program = directory_ / "kv";
-        std::filesystem::copy_file(KV_TEST_PROGRAM, program,
-                                   std::filesystem::copy_options::overwrite_existing);
-        std::filesystem::permissions(directory_, std::filesystem::perms{0755});
-    }
-    std::vector<char *> arguments{program.data()};
-    for (std::string &word : copies) arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-
-    const pid_t child = fork();
-    if (child == 0) {
-        redirect(STDOUT_FILENO, out);
-        redirect(STDERR_FILENO, err);
-        const int input = open(options.input.empty() ? "/dev/null" : options.input.c_str(), O_RDONLY);
-        dup2(input, STDIN_FILENO);
-        if (chdir(directory_.c_str()) != 0) _exit(126);
-        if (options.limit >= 0) {
-            const rlimit limit = {options.limit_value, options.limit_value};
-            setrlimit(static_cast<__rlimit_resource>(options.limit), &limit);
-        }
-        constexpr uid_t kNobody = 65534;
-        if (options.as_nobody && geteuid() == 0 && setuid(kNobody) != 0) _exit(126);
-        execv(program.c_str(), arguments.data());
-        _exit(127);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    Outcome outcome;
-    if (WIFEXITED(status)) outcome.code = WEXITSTATUS(status);
-    if (options.output.empty()) outcome.out = read_file(out);
-    if (options.error.empty()) outcome.err = read_file(err);
-    std::filesystem::remove(directory_ / "standard.out");
-    std::filesystem::remove(directory_ / "standard.err");
-    return outcome;
 }
 
 void ProgramTest::expect(const std::vector<std::string> &words, int code, const std::string &out,

@@ -1,10 +1,10 @@
 // Runs the program `kv` as a user does, in a directory of the test's own.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/resource.h>
 #include <vector>
 
 namespace kvtest {
@@ -19,9 +19,10 @@ struct RunOptions {
     std::string output = {};  ///< a file that takes standard output instead of Outcome::out
     std::string error = {};   ///< the same for standard error and Outcome::err
     std::string input = {};   ///< a file that is standard input; else there is none
-    int limit = -1;           ///< one of RLIMIT_, to be lowered to
-    rlim_t limit_value = 0;   ///< this
-    bool as_nobody = false;   ///< without the rights of root
+    enum class Limit { none, stack, file_size };
+    Limit limit = Limit::none;      ///< what is limited, on POSIX
+    std::uint32_t limit_value = 0;  ///< in bytes
+    bool as_nobody = false;         ///< without the rights of root, on POSIX
 };
 
 class ProgramTest : public testing::Test {

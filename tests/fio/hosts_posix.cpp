@@ -1,0 +1,92 @@
+// Drives that are directories of the host, its current directory, and what its rights allow: what Windows
+// does not have.
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "kv/fio.h"
+
+#include "tests/support/support.hpp"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string with_backslashes(std::string path) {
+    for (char &c : path) c = c == '/' ? '\\' : c;
+    return path;
+}
+
+std::string cwd() {
+    char text[256];
+    return fio_getcwd(text, sizeof text) == text ? text : "(none)";
+}
+
+std::string host() {
+    char text[3];
+    return fio_gethostname(text, sizeof text) == 0 ? text : "(none)";
+}
+
+std::string full(const char *name) {
+    char out[256];
+    return fio_make_fullpath(out, nullptr, nullptr, name);
+}
+
+TEST(HostsOnPosix, TheNativeDriveIsCurrentAtTheStart) {
+    const fs::path start = fs::current_path();
+    fs::create_directories(kvtest::drive_c() / "Work");
+    kvtest::write_file(kvtest::drive_c() / "Work/file.txt", "x");
+    fs::current_path(kvtest::drive_c());
+    const std::string here = "Z:" + with_backslashes(kvtest::drive_c().string());
+    EXPECT_EQ(host(), "Z:");
+    EXPECT_EQ(cwd(), here);
+    EXPECT_EQ(full("x.ini"), here + "\\x.ini");
+    EXPECT_EQ(full("/etc/x.ini"), "Z:\\etc\\x.ini");
+    EXPECT_EQ(fio_chdir("Work"), 0);
+    EXPECT_EQ(fs::current_path(), kvtest::drive_c() / "Work");
+    EXPECT_EQ(fio_exist("", "FILE.TXT"), 1);
+    EXPECT_EQ(fio_chdir("c:\\work"), 0);  // also makes the drive current
+    EXPECT_EQ(cwd(), "C:\\Work");         // with its own case
+    EXPECT_EQ(fs::current_path(), kvtest::drive_c() / "Work");
+    EXPECT_EQ(fio_sethostname("z"), 0);
+    fs::current_path(start);
+}
+
+TEST(HostsOnPosix, ADriveThatVanishes) {
+    const fs::path root = kvtest::use_drive_m();
+    EXPECT_EQ(fio_sethostname("m"), 0);
+    fs::remove_all(root);
+    EXPECT_EQ(fio_host_exist("M"), 0);
+    EXPECT_EQ(fio_sethostname("z"), 0);
+}
+
+TEST(Access, IsWhatTheRightsAllow) {
+    fs::create_directories(kvtest::drive_c() / "Work");
+    kvtest::write_file(kvtest::drive_c() / "Work/file.txt", "x");
+    const fs::path file = kvtest::drive_c() / "Work/file.txt";
+    fs::permissions(kvtest::drive_c(), fs::perms{0755});
+    const pid_t child = fork();
+    if (child == 0) {  // root would be let through everywhere
+        constexpr uid_t kNobody = 65534;
+        if (geteuid() == 0 && (chown(file.c_str(), kNobody, kNobody) != 0 || seteuid(kNobody) != 0))
+            _exit(99);
+        int wrong = 0;
+        const struct {
+            int permissions;
+            int32_t allowed[4];  // modes 0, 2, 4, 6
+        } cases[] = {{0644, {1, 1, 1, 1}}, {0444, {1, 0, 1, 0}}, {0200, {1, 1, 0, 0}}, {0, {1, 0, 0, 0}}};
+        for (const auto &row : cases) {
+            fs::permissions(file, static_cast<fs::perms>(row.permissions));
+            for (int mode = 0; mode < 4; ++mode) {
+                wrong += fio_access("c:\\work", "FILE.TXT", mode * 2) != row.allowed[mode];
+            }
+        }
+        _exit(wrong);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+}  // namespace

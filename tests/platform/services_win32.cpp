@@ -1,0 +1,228 @@
+// The services of Windows itself: message boxes, debugger output, the registry, the recycle bin, drives,
+// locks between threads.
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <shlobj.h>
+#include <string>
+#include <thread>
+#include <vector>
+#include <windows.h>
+
+#include "kv.h"
+
+#include "tests/support/boxes_win32.hpp"
+#include "tests/support/support.hpp"
+
+namespace {
+
+using namespace kvtest;
+
+// The texts that the thread sends to a debugger while this exists; they come as exceptions first.
+std::string g_sent;
+
+LONG CALLBACK take_text(EXCEPTION_POINTERS *pointers) {
+    constexpr DWORD kDebugText = 0x40010006;  // DBG_PRINTEXCEPTION_C
+    const EXCEPTION_RECORD &record = *pointers->ExceptionRecord;
+    if (record.ExceptionCode != kDebugText) return EXCEPTION_CONTINUE_SEARCH;
+    g_sent += reinterpret_cast<const char *>(record.ExceptionInformation[1]);
+    return EXCEPTION_CONTINUE_EXECUTION;
+}
+
+class Debugger {
+  public:
+    Debugger() : handler_(AddVectoredExceptionHandler(1, take_text)) { g_sent.clear(); }
+    Debugger(const Debugger &) = delete;
+    Debugger &operator=(const Debugger &) = delete;
+    ~Debugger() { RemoveVectoredExceptionHandler(handler_); }
+
+  private:
+    void *handler_;
+};
+
+TEST(OnWindows, ADebuggerGetsErrors) {
+    const Debugger debugger;
+    kv_error("a", nullptr, "b", "f.c", 3);
+    kv_error_onoff(0);
+    kv_error("c", nullptr, nullptr, "f.c", 4);
+    kv_message("m", nullptr, nullptr, "f.c", 5);
+    kv_error_onoff(1);
+    EXPECT_EQ(g_sent,
+              "KV_ERROR in Unknown Application \"f.c\" line 3:\nab\n\n"
+              "KV_ERROR in Unknown Application \"f.c\" line 4:\nc\n\n");
+}
+
+// The box of this process that is open; null if there is none.
+HWND find_box() {
+    HWND found = nullptr;
+    EnumWindows(
+        [](HWND window, LPARAM result) {
+            DWORD process = 0;
+            char name[16] = "";
+            GetWindowThreadProcessId(window, &process);
+            GetClassNameA(window, name, sizeof name);
+            if (process != GetCurrentProcessId() || std::string(name) != "#32770") return TRUE;
+            *reinterpret_cast<HWND *>(result) = window;
+            return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
+HWND wait_for_box() {
+    for (int attempt = 0; attempt < 1000; ++attempt) {
+        if (HWND box = find_box(); box != nullptr && !read_box(box).text.empty()) return box;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return nullptr;
+}
+
+// The log is not held while a box waits for its user.
+TEST(OnWindows, OtherThreadsReportWhileABoxIsOpen) {
+    boxes_are_left_alone = true;
+    std::atomic<bool> dismissed{false};
+    std::thread blocked([&] {
+        kv_end();  // without a beginning
+        dismissed = true;
+    });
+    HWND box = wait_for_box();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(read_box(box).caption, "MISSMATCH WITH BEGIN-END-BRACKET:\n");
+    EXPECT_EQ(read_box(box).text, "  END without BEGIN!\n\n");
+    kv_error("meanwhile", nullptr, nullptr, "f.c", 1);
+    EXPECT_EQ(count_in_log("  meanwhile!"), 1);
+    EXPECT_FALSE(dismissed);
+    dismiss_box(box);
+    blocked.join();
+    EXPECT_TRUE(dismissed);
+    boxes_are_left_alone = false;
+}
+
+TEST(OnWindows, TheSearchAsksTheRegistry) {
+    fio_chdir("C:\\");
+    kv_putenv("KV=");
+    write_file(drive_c() / "other.ini", "");
+    char out[256] = "";
+    const std::string key = "Software\\kv Software AG\\kv3.ini";
+    EXPECT_EQ(kv_suche_datei(nullptr, nullptr, nullptr, out), -1);
+    {
+        const RegistryValue value(key, "C:\\other.ini");
+        EXPECT_EQ(kv_suche_datei(nullptr, nullptr, nullptr, out), 0);
+        EXPECT_STREQ(out, "C:\\other.ini");
+        HKEY opened = nullptr;
+        ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, key.c_str(), 0, KEY_WRITE, &opened), 0);
+        const DWORD number = 'C';
+        EXPECT_EQ(RegSetValueExA(opened, nullptr, 0, REG_DWORD, reinterpret_cast<const BYTE *>(&number), 4),
+                  0);
+        RegCloseKey(opened);
+        EXPECT_EQ(kv_suche_datei(nullptr, nullptr, nullptr, out), -1);  // no text
+    }
+    EXPECT_EQ(kv_suche_datei(nullptr, nullptr, nullptr, out), -1);
+    HKEY none = nullptr;
+    EXPECT_NE(RegOpenKeyExA(HKEY_CURRENT_USER, "Software\\kv Software AG", 0, KEY_READ, &none), 0);
+}
+
+// The names in the recycle bin.
+std::vector<std::string> recycled() {
+    std::vector<std::string> names;
+    CoInitialize(nullptr);
+    LPITEMIDLIST place = nullptr;
+    IShellFolder *desktop = nullptr;
+    IShellFolder *bin = nullptr;
+    IEnumIDList *items = nullptr;
+    if (SHGetSpecialFolderLocation(nullptr, CSIDL_BITBUCKET, &place) == S_OK &&
+        SHGetDesktopFolder(&desktop) == S_OK &&
+        desktop->BindToObject(place, nullptr, IID_IShellFolder, reinterpret_cast<void **>(&bin)) == S_OK &&
+        bin->EnumObjects(nullptr, SHCONTF_FOLDERS | SHCONTF_NONFOLDERS, &items) == S_OK) {
+        LPITEMIDLIST item = nullptr;
+        while (items->Next(1, &item, nullptr) == S_OK) {
+            STRRET name;
+            char text[MAX_PATH] = "";
+            // The shell folder of files names its items by their bytes in this way alone.
+            if (bin->GetDisplayNameOf(item, SHGDN_NORMAL, &name) == S_OK && name.uType == STRRET_WSTR) {
+                WideCharToMultiByte(CP_ACP, 0, name.pOleStr, -1, text, sizeof text, nullptr, nullptr);
+            }
+            names.emplace_back(std::filesystem::path(text).filename().string());
+            CoTaskMemFree(item);
+        }
+    }
+    return names;
+}
+
+TEST(OnWindows, WhatIsRecycledCanBeRestored) {
+    write_file(drive_c() / "once.txt", "x");
+    std::filesystem::create_directories(drive_c() / "dir" / "sub");
+    write_file(drive_c() / "group.txt", "x");
+    write_file(drive_c() / "gone.txt", "x");
+    EXPECT_EQ(fio_purge_ex("c:\\", "gone.txt", 0), 0);
+    EXPECT_EQ(fio_purge_ex("c:\\", "once.txt", 1), 0);
+    EXPECT_EQ(fio_rmdir_ex("c:\\dir", 1), 0);
+    const char *const names[] = {"group.txt", nullptr};
+    EXPECT_EQ(fio_group_operation("c:\\", names, nullptr, nullptr, FIO_GROUP_DELETE, 0, nullptr, nullptr),
+              0);
+    for (const char *name : {"once.txt", "dir", "group.txt", "gone.txt"}) {
+        EXPECT_FALSE(std::filesystem::exists(drive_c() / name)) << name;
+    }
+    std::string all;
+    for (const std::string &name : recycled()) all += name + " ";
+    for (const char *name : {"once.txt", "dir", "group.txt"}) EXPECT_NE(all.find(name), all.npos) << all;
+    EXPECT_EQ(all.find("gone.txt"), all.npos) << all;
+    EXPECT_EQ(fio_purge_ex("c:\\", "none.txt", 1), 0);
+}
+
+TEST(OnWindows, DrivesAreThoseOfTheSystem) {
+    EXPECT_EQ(fio_host_exist("c"), 1);
+    EXPECT_EQ(fio_host_exist("q"), 0);
+    std::filesystem::create_directory(drive_c() / "mapped");
+    write_file(use_drive_m() / "x.txt", "x");
+    EXPECT_EQ(fio_host_exist("m"), 1);
+    EXPECT_EQ(fio_exist("m:\\", "X.TXT"), 1);
+    EXPECT_EQ(fio_getdiskfree("q"), 0.0);
+    ULARGE_INTEGER available;
+    ASSERT_NE(GetDiskFreeSpaceExA("M:\\", &available, nullptr, nullptr), 0);
+    const auto expected = static_cast<double>(available.QuadPart);
+    EXPECT_NEAR(fio_getdiskfree("m"), expected, 0.1 * expected);
+    EXPECT_EQ(fio_sethostname("c"), 0);
+    char text[256];
+    EXPECT_EQ(fio_chdir("c:\\mapped"), 0);
+    char native[256];
+    GetCurrentDirectoryA(sizeof native, native);
+    EXPECT_STREQ(fio_getcwd(text, sizeof text), "C:\\mapped");
+    EXPECT_STREQ(native + 1, text + 1);
+    EXPECT_EQ(fio_chdir("z:\\"), 0);
+    EXPECT_STREQ(fio_get_host_cwd("c", text, sizeof text), "C:\\mapped");
+    EXPECT_EQ(fio_sethostname("c"), 0);
+    EXPECT_STREQ(fio_getcwd(text, sizeof text), "C:\\mapped");
+    EXPECT_EQ(fio_chdir("c:\\"), 0);
+}
+
+std::atomic<int> g_inside{0};
+std::atomic<int> g_visits{0};
+std::atomic<bool> g_met{false};
+
+void visit(ENV *, const char *, const char *, void *env) {
+    if (++g_inside != 1) g_met = true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    // It has the lock and takes it once more.
+    EXPECT_EQ(env_put_long(static_cast<ENV *>(env), "t", "n", ++g_visits), ENV_OK);
+    --g_inside;
+}
+
+// A thread in the middle of a traversal keeps the other one waiting.
+TEST(OnWindows, TheEnvironmentLockIsOneThreads) {
+    ENV *env = env_open(0, nullptr);
+    for (int i = 0; i < 10; ++i) env_put_long(env, "s", ("a" + std::to_string(i)).c_str(), i);
+    std::vector<std::thread> threads;
+    for (int who = 0; who < 2; ++who) {
+        threads.emplace_back([env] {
+            for (int i = 0; i < 3; ++i) EXPECT_EQ(env_traverse(env, "s", nullptr, 1, visit, env), ENV_OK);
+        });
+    }
+    for (std::thread &thread : threads) thread.join();
+    EXPECT_FALSE(g_met);
+    EXPECT_EQ(g_visits, 60);
+    env_close(env, 0);
+}
+
+}  // namespace

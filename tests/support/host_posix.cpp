@@ -1,0 +1,53 @@
+#include <clocale>
+#include <cstdio>
+#include <stdlib.h>
+#include <string>
+
+#include "tests/support/host.hpp"
+#include "tests/support/support.hpp"
+
+namespace kvtest {
+
+Host::Host() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "kv-test-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) {
+        perror("mkdtemp");
+        return;
+    }
+    root_ = pattern;
+    setenv("KV_DRIVE_C", pattern.c_str(), 1);
+}
+
+Host::~Host() {
+    if (!root_.empty()) std::filesystem::remove_all(root_);
+}
+
+RegistryValue::RegistryValue(const std::string &key, const std::string &text) : key_(key) {
+    const std::filesystem::path file = drive_c() / "registry.txt";
+    write_file(file, "[" + key + "]\r\n@=" + text + "\r\n");
+    setenv("KV_REGISTRY", file.c_str(), 1);
+}
+
+RegistryValue::~RegistryValue() {
+    std::filesystem::remove(drive_c() / "registry.txt");
+    unsetenv("KV_REGISTRY");
+}
+
+void use_time_zone_of_berlin() {
+    setenv("TZ", "Europe/Berlin", 1);
+}
+
+bool use_german_locale(const char *locales) {
+    setenv("LOCPATH", locales, 1);
+    return std::setlocale(LC_ALL, "de_DE") != nullptr;
+}
+
+std::filesystem::path use_drive_m() {
+    const std::filesystem::path root = drive_c() / "drive_m";
+    std::filesystem::remove_all(root);
+    std::filesystem::create_directory(root);
+    setenv("KV_DRIVE_M", root.c_str(), 1);
+    return root;
+}
+
+}  // namespace kvtest

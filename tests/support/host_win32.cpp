@@ -1,0 +1,118 @@
+#include <atomic>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <io.h>
+#include <string>
+#include <thread>
+#include <windows.h>
+
+#include "platform/platform.hpp"
+#include "tests/support/boxes_win32.hpp"
+#include "tests/support/host.hpp"
+#include "tests/support/support.hpp"
+
+namespace kvtest {
+
+namespace {
+
+// Puts caption and text on standard error, as on POSIX, and dismisses the box.
+BOOL CALLBACK answer(HWND window, LPARAM) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    char name[16] = "";
+    GetClassNameA(window, name, sizeof name);
+    if (process != GetCurrentProcessId() || std::string(name) != "#32770") return TRUE;
+    const Box box = read_box(window);
+    for (const std::string &line : {box.caption, box.text}) {
+        std::string out = line;
+        if (out.empty() || out.back() != '\n') out += '\n';
+        static_cast<void>(_write(2, out.data(), static_cast<unsigned>(out.size())));
+    }
+    dismiss_box(window);
+    return TRUE;
+}
+
+std::atomic<bool> g_ended{false};
+std::thread g_answers;
+
+void answer_boxes() {
+    while (!g_ended) {
+        if (!boxes_are_left_alone) EnumWindows(answer, 0);
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+}
+
+}  // namespace
+
+std::atomic<bool> boxes_are_left_alone{false};
+
+Box read_box(HWND window) {
+    Box box;
+    char text[2048] = "";
+    GetWindowTextA(window, text, sizeof text);
+    box.caption = text;
+    constexpr int kTextOfABox = 0xFFFF;
+    GetDlgItemTextA(window, kTextOfABox, text, sizeof text);
+    box.text = text;
+    return box;
+}
+
+void dismiss_box(HWND window) {
+    PostMessageA(window, WM_COMMAND, IDOK, 0);
+}
+
+// The tests write to the root of drive C, as the library does, and empty drive M. Whoever starts them says
+// that nobody minds.
+Host::Host() {
+    if (std::getenv("KV_TEST_OWNS_DRIVE_C") == nullptr) {
+        std::fputs(
+            "These tests write to C:\\. Start them by ctest, which gives them drives of their own.\n",
+            stderr);
+        return;
+    }
+    root_ = "C:\\";
+    g_answers = std::thread(answer_boxes);
+}
+
+Host::~Host() {
+    g_ended = true;
+    if (g_answers.joinable()) g_answers.join();
+}
+
+RegistryValue::RegistryValue(const std::string &key, const std::string &text) : key_(key) {
+    HKEY opened = nullptr;
+    EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &opened,
+                              nullptr),
+              0);
+    const auto *bytes = reinterpret_cast<const BYTE *>(text.c_str());
+    EXPECT_EQ(RegSetValueExA(opened, nullptr, 0, REG_SZ, bytes, static_cast<DWORD>(text.size() + 1)), 0);
+    RegCloseKey(opened);
+}
+
+RegistryValue::~RegistryValue() {
+    // With the keys above it that this one was made for.
+    for (std::string key = key_; key.find('\\') != key.npos; key.resize(key.rfind('\\'))) {
+        if (RegDeleteKeyA(HKEY_CURRENT_USER, key.c_str()) != 0) break;
+    }
+}
+
+void use_time_zone_of_berlin() {
+    std::tm fields{};
+    EXPECT_TRUE(kv::platform::local_time(1'000'000'000, fields));
+    EXPECT_EQ(fields.tm_hour, 3) << "the time zone of this computer is not that of Berlin";
+}
+
+bool use_german_locale(const char *) {
+    return std::setlocale(LC_ALL, "German") != nullptr;
+}
+
+std::filesystem::path use_drive_m() {
+    std::filesystem::path root = "M:\\";
+    for (const auto &entry : std::filesystem::directory_iterator(root)) std::filesystem::remove_all(entry);
+    return root;
+}
+
+}  // namespace kvtest
