@@ -28,7 +28,7 @@ ProgramTest::ProgramTest()
     : directory_(make_directory(std::filesystem::temp_directory_path() / "kv-tools-")) {}
 
 ProgramTest::~ProgramTest() {
-    std::filesystem::remove_all(directory_);
+    remove_directory(directory_);
 }
 
 std::string ProgramTest::content(const std::string &name) const {
