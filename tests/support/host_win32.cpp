@@ -111,7 +111,9 @@ bool use_german_locale(const char *) {
 
 std::filesystem::path use_drive_m() {
     std::filesystem::path root = "M:\\";
-    for (const auto &entry : std::filesystem::directory_iterator(root)) std::filesystem::remove_all(entry);
+    std::error_code empty;  // a root without entries cannot be iterated over
+    for (const auto &entry : std::filesystem::directory_iterator(root, empty))
+        remove_directory(entry.path());
     return root;
 }
 
