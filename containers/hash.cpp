@@ -89,7 +89,8 @@ class Remainder {
     std::uint32_t of(std::uint32_t number) const {
 #ifdef __SIZEOF_INT128__
         __extension__ using Wide = unsigned __int128;
-        return static_cast<std::uint32_t>((Wide{reciprocal_ * number} * divisor_) >> 64);
+        const std::uint64_t fraction = reciprocal_ * number;
+        return static_cast<std::uint32_t>((Wide{fraction} * divisor_) >> 64);
 #else
         return number % divisor_;
 #endif
