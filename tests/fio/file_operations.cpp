@@ -7,6 +7,7 @@
 #include "kv/fio.h"
 #include "kv/frame.h"
 
+#include "tests/fio/temporary_names.hpp"
 #include "tests/support/support.hpp"
 
 namespace {
@@ -80,21 +81,7 @@ TEST(NotYet, MoveAndIslockReport) {
     EXPECT_EQ(kvtest::count_in_log("\"Fio\""), 2);
 }
 
-class TemporaryNames : public testing::Test {
-  protected:
-    void SetUp() override {
-        kvtest::remove_variable("TMP");
-        start_ = fs::current_path();
-        EXPECT_EQ(fio_chdir("c:\\"), 0);
-    }
-    void TearDown() override {
-        kvtest::remove_variable("TMP");
-        fs::current_path(start_);
-        fio_sethostname("z");
-    }
-
-    fs::path start_;
-};
+using kvtest::TemporaryNames;
 
 TEST_F(TemporaryNames, AreFreeAndInTheCurrentDirectory) {
     char out[257];

@@ -8,6 +8,7 @@
 
 #include "kv/fio.h"
 
+#include "tests/fio/temporary_names.hpp"
 #include "tests/support/support.hpp"
 
 namespace {
@@ -52,21 +53,7 @@ TEST(CopyOnPosix, AFullDeviceTakesLess) {
     EXPECT_EQ(fio_copy("c:\\", "a", "/dev", "full"), FIO_COPY_SHORT_WRITE);
 }
 
-class TemporaryNamesOnPosix : public testing::Test {
-  protected:
-    void SetUp() override {
-        kvtest::remove_variable("TMP");
-        start_ = fs::current_path();
-        EXPECT_EQ(fio_chdir("c:\\"), 0);
-    }
-    void TearDown() override {
-        kvtest::remove_variable("TMP");
-        fs::current_path(start_);
-        fio_sethostname("z");
-    }
-
-    fs::path start_;
-};
+class TemporaryNamesOnPosix : public kvtest::TemporaryNames {};
 
 TEST_F(TemporaryNamesOnPosix, WithoutACurrentDirectoryUseThePoint) {
     EXPECT_EQ(fio_sethostname("z"), 0);
