@@ -3,6 +3,10 @@
 // each function does, and everything here may be mixed with calls of them: get() of a handle gives what
 // they take.
 //
+// A std::int32_t that comes back is what the C function returned, ENV_OK or INI_OK where it is done, and on
+// failure nothing has changed but what its header says. Handles own what they opened; views are valid as
+// long as stated.
+//
 // Nothing here throws but std::bad_alloc, where a std::string or a std::vector is made. A moved-from handle
 // may be destroyed and assigned to, and gives NIL.
 #ifndef KV_HPP
