@@ -7,6 +7,8 @@
 #include "kv/frame.h"
 #include "kv/scan.h"
 
+#include "platform/platform.hpp"
+
 namespace kv::calc {
 
 namespace {
@@ -23,7 +25,7 @@ std::int32_t raise(double base, double &value) {
     if (base < 0 && !is_whole(value)) {
         error = CALC_FRACTIONAL_POWER;
     } else {
-        value = std::pow(base, value);
+        value = platform::power(base, value);
         if (!std::isfinite(value)) error = CALC_INFINITE_POWER;
     }
     if (error != CALC_OK) value = 0;

@@ -379,11 +379,14 @@ bool windows_directory(char *buffer, std::size_t size);
 /// False if there is none, or it does not fit with its terminator.
 bool registry_text(const char *key, char *text, std::size_t size);
 
-// ---- Numbers as text, in the "C" locale whatever the application's locale is
+// ---- Numbers: as text in the "C" locale, whatever the application's locale is
 
 /// As vsnprintf.
 int format(char *buffer, std::size_t size, const char *format_text, std::va_list arguments);
 /// As strtod without an end pointer.
 double parse_double(const char *text);
+
+/// The system's pow(), which rounds well: 10 to the power -2 is the number nearest to 0.01.
+double power(double base, double exponent);
 
 }  // namespace kv::platform

@@ -13,6 +13,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "platform/platform.hpp"
+
 namespace kv::profiles {
 
 namespace {
@@ -51,7 +53,7 @@ double parse_exponent(const char *&text) {
     int exponent = 0;
     if (*text == '-' || *text == '+') ++text;
     for (; is_digit(*text); ++text) exponent = std::min(exponent * 10 + (*text - '0'), kBeyondEveryNumber);
-    return std::pow(10.0, negative ? -exponent : exponent);
+    return platform::power(10.0, negative ? -exponent : exponent);
 }
 
 double parse_number(const char *&text) {

@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include "platform/platform.hpp"
+
 namespace {
 
 constexpr double kFullCircle = 360.0;
@@ -29,7 +31,7 @@ double to_radians(double angle) {
 }  // namespace
 
 double pround(double x, int32_t n) noexcept {
-    const double factor = std::pow(10.0, n);
+    const double factor = kv::platform::power(10.0, n);
     return std::floor(x / factor + 0.5) * factor;
 }
 

@@ -1,4 +1,5 @@
-// Numbers as text in the "C" locale, whatever the application's locale is.
+// Numbers as text in the "C" locale, whatever the application's locale is; powers.
+#include <cmath>
 #include <cstdio>
 #include <locale.h>
 #include <stdlib.h>
@@ -28,6 +29,10 @@ int format(char *buffer, std::size_t size, const char *format_text, std::va_list
 double parse_double(const char *text) {
     const locale_t locale = c_locale();
     return locale != nullptr ? strtod_l(text, nullptr, locale) : strtod(text, nullptr);
+}
+
+double power(double base, double exponent) {
+    return std::pow(base, exponent);
 }
 
 }  // namespace kv::platform

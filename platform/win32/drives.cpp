@@ -80,9 +80,11 @@ bool current_directory(char drive, char *buffer, std::size_t size) {
 }
 
 bool change_directory(const char *path) {
-    if (*path == '\0') return false;
     const QuietErrors quiet;
-    return SetCurrentDirectoryA(path) != 0 && keep_directory();
+    win32::FullPath directory;
+    // Some versions of the system go to directories whose names they cannot tell.
+    if (!win32::full_path(path, directory) || std::strlen(directory.text) >= MAX_PATH) return false;
+    return SetCurrentDirectoryA(directory.text) != 0 && keep_directory();
 }
 
 bool free_space(char drive, double &bytes) {

@@ -1,4 +1,4 @@
-// Numbers as text in the "C" locale, whatever the application's locale is.
+// Numbers as text in the "C" locale, whatever the application's locale is; powers.
 //
 // The formatting is that of the compiler's library, which follows the standard ("1e+10", where the
 // system's writes "1e+010"), but it takes the decimal point of the locale.
@@ -8,6 +8,14 @@
 #include <cstring>
 
 #include "platform/platform.hpp"
+
+// The system library's pow(), by the name under which it is imported. The compiler's own multiplies for
+// whole exponents, and is off in the last places of every second result.
+#ifdef _WIN64
+extern double (*system_pow)(double, double) __asm__("__imp_pow");
+#else
+extern double (*system_pow)(double, double) __asm__("__imp__pow");
+#endif
 
 namespace kv::platform {
 
@@ -48,6 +56,10 @@ double parse_double(const char *text) {
     char *end = nullptr;
     const double value = std::strtod(text, &end);
     return end != text ? value : 0;  // the compiler's library makes -0 of "-"
+}
+
+double power(double base, double exponent) {
+    return system_pow(base, exponent);
 }
 
 }  // namespace kv::platform

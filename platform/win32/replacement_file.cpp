@@ -133,7 +133,7 @@ bool ReplacementFile::open(const char *path) {
     paths_->exists = attributes != INVALID_FILE_ATTRIBUTES;
     bool replaceable = true;
     if (paths_->exists) {
-        if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
+        if ((attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0) return false;
         // What cannot be opened for writing cannot be written; a file that is being read can.
         const win32::Handle file(win32::open_file(target, GENERIC_WRITE, OPEN_EXISTING));
         if (!file.valid()) return false;

@@ -10,6 +10,8 @@
 
 #include "kv.h"
 
+#include "platform/platform.hpp"
+
 namespace {
 
 struct Node {
@@ -99,7 +101,7 @@ double value_of(const Node &node) {
         return a / b;
     }
     if (a < 0 && (std::fabs(b) > 2e9 || b != std::floor(b))) throw int{CALC_FRACTIONAL_POWER};
-    const double power = std::pow(a, b);
+    const double power = kv::platform::power(a, b);
     if (!std::isfinite(power)) throw int{CALC_INFINITE_POWER};
     return power;
 }

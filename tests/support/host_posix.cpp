@@ -1,7 +1,10 @@
 #include <clocale>
 #include <cstdio>
+#include <fcntl.h>
+#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <string>
+#include <sys/stat.h>
 
 #include "tests/support/host.hpp"
 #include "tests/support/support.hpp"
@@ -40,6 +43,13 @@ void use_time_zone_of_berlin() {
 bool use_german_locale(const char *locales) {
     setenv("LOCPATH", locales, 1);
     return std::setlocale(LC_ALL, "de_DE") != nullptr;
+}
+
+void set_modified(const std::filesystem::path &path, std::int64_t seconds) {
+    timespec times[2] = {{}, {}};
+    times[0].tv_nsec = UTIME_OMIT;
+    times[1].tv_sec = static_cast<time_t>(seconds);
+    EXPECT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0) << path;
 }
 
 std::filesystem::path use_drive_m() {

@@ -109,6 +109,17 @@ bool use_german_locale(const char *) {
     return std::setlocale(LC_ALL, "German") != nullptr;
 }
 
+void set_modified(const std::filesystem::path &path, std::int64_t seconds) {
+    constexpr DWORD kEveryShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    HANDLE entry = CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, kEveryShare, nullptr, OPEN_EXISTING,
+                               FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    ULARGE_INTEGER ticks;  // of 100 ns since 1601
+    ticks.QuadPart = static_cast<ULONGLONG>((seconds + 11'644'473'600) * 10'000'000);
+    const FILETIME time{ticks.LowPart, ticks.HighPart};
+    EXPECT_NE(SetFileTime(entry, nullptr, nullptr, &time), 0) << path;
+    CloseHandle(entry);
+}
+
 std::filesystem::path use_drive_m() {
     std::filesystem::path root = "M:\\";
     std::error_code empty;  // a root without entries cannot be iterated over

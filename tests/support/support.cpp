@@ -1,7 +1,6 @@
 #include "tests/support/support.hpp"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -84,11 +83,6 @@ void write_file(const std::filesystem::path &path, std::string_view content) {
     std::ofstream stream(path, std::ios::binary);
     stream.write(content.data(), static_cast<std::streamsize>(content.size()));
     ASSERT_TRUE(stream.flush().good()) << path;
-}
-
-void set_modified(const std::filesystem::path &path, std::int64_t seconds) {
-    const std::chrono::sys_seconds time{std::chrono::seconds(seconds)};
-    std::filesystem::last_write_time(path, std::chrono::file_clock::from_sys(time));
 }
 
 std::string read_report(const std::filesystem::path &path) {

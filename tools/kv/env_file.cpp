@@ -1,8 +1,5 @@
 #include "env_file.hpp"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -10,6 +7,7 @@
 #include <string_view>
 
 #include "failure.hpp"
+#include "unreadable.hpp"
 
 namespace kvtool {
 
@@ -97,11 +95,6 @@ Tree new_tree(int32_t id, ENV *default_env) {
 }
 
 LoadResult try_load(const std::string &file, ENV *env, std::string &problem) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(file, ignored)) {
-        problem = file + ": is a directory";
-        return LoadResult::unreadable;
-    }
     switch (env_read_file(file.c_str(), env)) {
         case ENV_OK:
             return LoadResult::done;
@@ -111,14 +104,9 @@ LoadResult try_load(const std::string &file, ENV *env, std::string &problem) {
         default:
             break;
     }
-    // The library tells only that it could not; the system's own word says why.
-    errno = 0;
-    std::FILE *probe = std::fopen(file.c_str(), "rb");
-    const int error = errno;
-    if (probe != nullptr) std::fclose(probe);
-    problem =
-        file + ": cannot be read" + (probe == nullptr ? ": " + std::string(std::strerror(error)) : "");
-    return probe == nullptr && error == ENOENT ? LoadResult::missing : LoadResult::unreadable;
+    const Unreadable why = why_unreadable(file);
+    problem = why.text;
+    return why.missing ? LoadResult::missing : LoadResult::unreadable;
 }
 
 void load(const std::string &file, ENV *env) {

@@ -1,9 +1,5 @@
 // `kv ini`: the table of actions, and their help.
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <filesystem>
 #include <iomanip>
 #include <iostream>
 
@@ -12,6 +8,7 @@
 #include "failure.hpp"
 #include "ini_action.hpp"
 #include "subcommands.hpp"
+#include "unreadable.hpp"
 
 namespace kvtool {
 
@@ -86,18 +83,7 @@ std::string describe_ini(const std::string &section, const char *key) {
 void require_readable(const std::string &file) {
     int32_t size = 0;
     if (ini_read_sections(file.c_str(), nullptr, &size) != INI_FAILED) return;
-    std::error_code ignored;
-    std::string why;
-    errno = 0;
-    if (std::filesystem::is_directory(file, ignored)) {
-        why = "is a directory";
-    } else if (std::FILE *probe = std::fopen(file.c_str(), "rb"); probe != nullptr) {
-        std::fclose(probe);
-        why = "cannot be read";
-    } else {
-        why = std::string("cannot be read: ") + std::strerror(errno);
-    }
-    throw Failure{kFile, file + ": " + why};
+    throw Failure{kFile, why_unreadable(file).text};
 }
 
 void require_ini(int32_t status, const std::string &file, const std::string &section, const char *key) {

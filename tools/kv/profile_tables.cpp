@@ -207,7 +207,7 @@ std::string unit_of(const std::string &column, bool si) {
     const double factor = unit_factors({column}).front();
     if (factor == 0.001) return si ? "m" : "mm";
     for (const int power : {1, 2, 3, 4, 6}) {
-        if (factor != std::pow(0.01, power)) continue;
+        if (std::abs(factor / std::pow(0.01, power) - 1) > 1e-9) continue;
         return (si ? "m" : "cm") + (power > 1 ? std::to_string(power) : std::string());
     }
     return "";

@@ -1,8 +1,5 @@
 // `kv record dump`: the values of a record file, a record a line.
-#include <cerrno>
 #include <charconv>
-#include <cstring>
-#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -12,6 +9,7 @@
 #include "quoting.hpp"
 #include "record_action.hpp"
 #include "record_format.hpp"
+#include "unreadable.hpp"
 
 namespace kvtool {
 
@@ -25,14 +23,9 @@ using Handle = std::unique_ptr<FIO, CloseFio>;
 constexpr int32_t kHeaderSize = 16;
 
 Handle open(const std::string &file, uint32_t flags) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(file, ignored)) throw Failure{kFile, file + ": is a directory"};
-    errno = 0;
     Handle handle(fio_open(nullptr, file.c_str(), flags));
-    if (handle != nullptr) return handle;
-    const int error = errno;
-    throw Failure{kFile, file + ": cannot be read" +
-                             (error != 0 ? ": " + std::string(std::strerror(error)) : std::string())};
+    if (handle == nullptr) throw Failure{kFile, why_unreadable(file).text};
+    return handle;
 }
 
 // The library refuses floats and shorts of big-endian files one by one; here the whole file is.
