@@ -115,16 +115,6 @@ TEST_F(Hosts, FailuresChangeNothing) {
     EXPECT_STREQ(text, "");
 }
 
-TEST_F(Hosts, DeepDirectoriesAreKeptUpTo255Characters) {
-    EXPECT_EQ(fio_chdir("c:\\Work"), 0);
-    const std::string part(100, 'd');
-    fs::create_directories(kvtest::drive_c() / "Work" / part / part / part);
-    EXPECT_EQ(fio_chdir(part.c_str()), 0);
-    EXPECT_EQ(fio_chdir(part.c_str()), 0);
-    EXPECT_EQ(fio_chdir(part.c_str()), -1);
-    EXPECT_EQ(cwd(), "C:\\Work\\" + part + '\\' + part);
-}
-
 TEST_F(Hosts, AccessAndKinds) {
     EXPECT_EQ(fio_ispath("c:\\Work"), 1);
     EXPECT_EQ(fio_ispath("c:\\Work\\"), 1);

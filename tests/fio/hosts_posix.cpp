@@ -61,6 +61,17 @@ TEST(HostsOnPosix, ADriveThatVanishes) {
     EXPECT_EQ(fio_sethostname("z"), 0);
 }
 
+// Windows makes none that are deeper.
+TEST(HostsOnPosix, DeepDirectoriesAreKeptUpTo255Characters) {
+    const std::string part(100, 'd');
+    fs::create_directories(kvtest::drive_c() / "Work" / part / part / part);
+    EXPECT_EQ(fio_chdir("c:\\Work"), 0);
+    EXPECT_EQ(fio_chdir(part.c_str()), 0);
+    EXPECT_EQ(fio_chdir(part.c_str()), 0);
+    EXPECT_EQ(fio_chdir(part.c_str()), -1);
+    EXPECT_EQ(cwd(), "C:\\Work\\" + part + '\\' + part);
+}
+
 TEST(Access, IsWhatTheRightsAllow) {
     fs::create_directories(kvtest::drive_c() / "Work");
     kvtest::write_file(kvtest::drive_c() / "Work/file.txt", "x");

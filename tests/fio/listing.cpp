@@ -96,6 +96,7 @@ TEST_F(Listing, RecordsTellWhatTheFilesAre) {
     EXPECT_EQ(entries.at("Sub").size, 0u);
     EXPECT_EQ(entries.at("a.PRO").time, 1000000000);
     EXPECT_EQ(entries.at("noext").time, 315529200);  // does not fit
+    kvtest::set_modified(root() / "noext", 0);       // nor does it where std::filesystem is that of 32 bit
 }
 
 TEST_F(Listing, LongNamesAreCutAndLargeSizesBounded) {

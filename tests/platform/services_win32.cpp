@@ -53,20 +53,16 @@ TEST(OnWindows, ADebuggerGetsErrors) {
               "KV_ERROR in Unknown Application \"f.c\" line 4:\nc\n\n");
 }
 
+BOOL CALLBACK keep_box(HWND window, LPARAM result) {
+    if (!is_own_box(window)) return TRUE;
+    *reinterpret_cast<HWND *>(result) = window;
+    return FALSE;
+}
+
 // The box of this process that is open; null if there is none.
 HWND find_box() {
     HWND found = nullptr;
-    EnumWindows(
-        [](HWND window, LPARAM result) {
-            DWORD process = 0;
-            char name[16] = "";
-            GetWindowThreadProcessId(window, &process);
-            GetClassNameA(window, name, sizeof name);
-            if (process != GetCurrentProcessId() || std::string(name) != "#32770") return TRUE;
-            *reinterpret_cast<HWND *>(result) = window;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&found));
+    EnumWindows(keep_box, reinterpret_cast<LPARAM>(&found));
     return found;
 }
 

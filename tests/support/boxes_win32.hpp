@@ -16,6 +16,8 @@ struct Box {
     std::string text;
 };
 
+/// Whether a window is a message box of this process.
+bool is_own_box(HWND window);
 Box read_box(HWND window);
 void dismiss_box(HWND window);
 

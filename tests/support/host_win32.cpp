@@ -20,11 +20,7 @@ namespace {
 
 // Puts caption and text on standard error, as on POSIX, and dismisses the box.
 BOOL CALLBACK answer(HWND window, LPARAM) {
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    char name[16] = "";
-    GetClassNameA(window, name, sizeof name);
-    if (process != GetCurrentProcessId() || std::string(name) != "#32770") return TRUE;
+    if (!is_own_box(window)) return TRUE;
     const Box box = read_box(window);
     for (const std::string &line : {box.caption, box.text}) {
         std::string out = line;
@@ -48,6 +44,14 @@ void answer_boxes() {
 }  // namespace
 
 std::atomic<bool> boxes_are_left_alone{false};
+
+bool is_own_box(HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    char name[16] = "";
+    GetClassNameA(window, name, sizeof name);
+    return process == GetCurrentProcessId() && std::string(name) == "#32770";
+}
 
 Box read_box(HWND window) {
     Box box;
