@@ -1,5 +1,5 @@
 # What `cmake --install` puts where: headers, libraries, the program with its page and completion, a CMake package and a
-# pkg-config file, all of which may be moved together.
+# pkg-config file, all of which may be moved together; and what `cpack` packs of it.
 include(CMakePackageConfigHelpers)
 
 set(kv_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/kv)
@@ -26,14 +26,25 @@ configure_file(cmake/kv.pc.in kv.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kv.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
 install(TARGETS kv_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
-install(FILES docs/kv.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
-install(FILES cmake/completion.bash RENAME kv DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-        COMPONENT runtime)
-install(FILES README.md LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development FILES_MATCHING PATTERN "*.md")
+if(NOT WIN32)
+  install(FILES docs/kv.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
+  install(FILES cmake/completion.bash RENAME kv DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+          COMPONENT runtime)
+endif()
+install(FILES README.md LICENSE CHANGELOG.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
+# As they stand beside each other here, so that their links hold.
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
+        PATTERN "kv.1" EXCLUDE PATTERN "Doxyfile" EXCLUDE PATTERN "CMakeLists.txt" EXCLUDE)
+if(WIN32)
+  # What Microsoft's tools make an import library of.
+  install(FILES cmake/kv.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+endif()
 
+# One package brings everything: the library is small beside its documentation, and who installs it by hand has one file to
+# install.
 set(CPACK_PACKAGE_VENDOR "The kv developers")
 set(CPACK_PACKAGE_CONTACT "The kv developers <kv@example.org>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "general-purpose utility library for engineering applications")
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
@@ -42,10 +53,14 @@ if(WIN32)
 else()
   set(CPACK_GENERATOR DEB)
   set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-  set(CPACK_DEBIAN_PACKAGE_SECTION libs)
   set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-  # The package brings a library of its own.
-  set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/triggers)
+  set(CPACK_DEBIAN_PACKAGE_SECTION libs)
+  set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+      "Environment files with defaults, INI files, portable binary records, an expression calculator, a scanner, tables of cross-section profiles, containers, error reports: behind a flat C interface, with the program kv.")
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+  # What packages of applications have to depend on. The system learns of the library from scripts that CPack adds.
+  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 endif()
 include(CPack)
