@@ -99,6 +99,23 @@ TEST(Handles, MoveAndLeaveNilBehind) {
     EXPECT_EQ(*other.get<std::int32_t>("S", "a"), 1);
 }
 
+TEST(Handles, PassBetweenTheLayers) {
+    kv::env tree = kv::env::adopt(env_open(4, nullptr));
+    {
+        kv::env block = tree.create_subenv("axis", "limits");
+        ASSERT_TRUE(block);
+        EXPECT_EQ(block.put(nullptr, "max", 2.5), ENV_OK);
+        EXPECT_EQ(tree.erase("axis", "limits"), ENV_IN_USE);
+    }
+    EXPECT_FALSE(tree.get<double>("axis", "max").has_value());
+    ENV *const handle = tree.release();
+    EXPECT_FALSE(tree);
+    double value = 0;
+    EXPECT_EQ(env_get_double(handle, "axis", "limits@max", 1, &value), 4);
+    EXPECT_EQ(value, 2.5);
+    EXPECT_EQ(env_close(handle, 0), ENV_OK);
+}
+
 TEST(Ini, ValuesKeysAndSaving) {
     write_file(drive_c() / "layer.ini", "[S]\r\n; kept\r\nold=1\r\n");
     {
