@@ -53,27 +53,6 @@ TEST(OnWindows, ADebuggerGetsErrors) {
               "KV_ERROR in Unknown Application \"f.c\" line 4:\nc\n\n");
 }
 
-BOOL CALLBACK keep_box(HWND window, LPARAM result) {
-    if (!is_own_box(window)) return TRUE;
-    *reinterpret_cast<HWND *>(result) = window;
-    return FALSE;
-}
-
-// The box of this process that is open; null if there is none.
-HWND find_box() {
-    HWND found = nullptr;
-    EnumWindows(keep_box, reinterpret_cast<LPARAM>(&found));
-    return found;
-}
-
-HWND wait_for_box() {
-    for (int attempt = 0; attempt < 1000; ++attempt) {
-        if (HWND box = find_box(); box != nullptr && !read_box(box).text.empty()) return box;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return nullptr;
-}
-
 // The log is not held while a box waits for its user.
 TEST(OnWindows, OtherThreadsReportWhileABoxIsOpen) {
     boxes_are_left_alone = true;
@@ -82,7 +61,7 @@ TEST(OnWindows, OtherThreadsReportWhileABoxIsOpen) {
         kv_end();  // without a beginning
         dismissed = true;
     });
-    HWND box = wait_for_box();
+    HWND box = wait_for_box(GetCurrentProcessId());
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(read_box(box).caption, "MISSMATCH WITH BEGIN-END-BRACKET:\n");
     EXPECT_EQ(read_box(box).text, "  END without BEGIN!\n\n");

@@ -16,8 +16,10 @@ struct Box {
     std::string text;
 };
 
-/// Whether a window is a message box of this process.
-bool is_own_box(HWND window);
+/// A message box that a process has open, with its text in it; null if there is none.
+HWND find_box(DWORD process);
+/// The same, waiting for ten seconds at most.
+HWND wait_for_box(DWORD process);
 Box read_box(HWND window);
 void dismiss_box(HWND window);
 

@@ -24,6 +24,7 @@ class Child {
     Child &operator=(const Child &) = delete;
     ~Child();
 
+    DWORD process_id() const { return GetProcessId(process_); }
     /// What the function returned.
     int wait() const;
     void kill() const;

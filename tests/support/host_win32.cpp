@@ -19,8 +19,7 @@ namespace kvtest {
 namespace {
 
 // Puts caption and text on standard error, as on POSIX, and dismisses the box.
-BOOL CALLBACK answer(HWND window, LPARAM) {
-    if (!is_own_box(window)) return TRUE;
+void answer(HWND window) {
     const Box box = read_box(window);
     for (const std::string &line : {box.caption, box.text}) {
         std::string out = line;
@@ -28,7 +27,23 @@ BOOL CALLBACK answer(HWND window, LPARAM) {
         static_cast<void>(_write(2, out.data(), static_cast<unsigned>(out.size())));
     }
     dismiss_box(window);
-    return TRUE;
+}
+
+struct Search {
+    DWORD process;
+    HWND found;
+};
+
+BOOL CALLBACK end_at_box(HWND window, LPARAM parameter) {
+    Search &search = *reinterpret_cast<Search *>(parameter);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    char name[16] = "";
+    GetClassNameA(window, name, sizeof name);
+    if (process != search.process || std::string(name) != "#32770" || read_box(window).text.empty())
+        return TRUE;
+    search.found = window;
+    return FALSE;
 }
 
 std::atomic<bool> g_ended{false};
@@ -36,7 +51,8 @@ std::thread g_answers;
 
 void answer_boxes() {
     while (!g_ended) {
-        if (!boxes_are_left_alone) EnumWindows(answer, 0);
+        if (HWND box = find_box(GetCurrentProcessId()); box != nullptr && !boxes_are_left_alone)
+            answer(box);
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
 }
@@ -45,12 +61,18 @@ void answer_boxes() {
 
 std::atomic<bool> boxes_are_left_alone{false};
 
-bool is_own_box(HWND window) {
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    char name[16] = "";
-    GetClassNameA(window, name, sizeof name);
-    return process == GetCurrentProcessId() && std::string(name) == "#32770";
+HWND find_box(DWORD process) {
+    Search search{process, nullptr};
+    EnumWindows(end_at_box, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+HWND wait_for_box(DWORD process) {
+    for (int attempt = 0; attempt < 1000; ++attempt) {
+        if (HWND box = find_box(process); box != nullptr) return box;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return nullptr;
 }
 
 Box read_box(HWND window) {
