@@ -1,0 +1,53 @@
+"""Follows a document as its reader does: writes the files that it shows, types its commands into one shell, in an empty
+directory with an empty home, and compares what comes with what is shown.
+
+usage: tutorial.py <document> <build directory that is installed from>
+
+A block "```console" holds commands behind "$ " and what they print; a block with a file's name behind its language is that
+file. A command has to succeed.
+"""
+
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+document = pathlib.Path(sys.argv[1]).read_text()
+build = pathlib.Path(sys.argv[2]).resolve()
+MARK = "@@@ end of command"
+
+script = ["exec 2>&1"]
+steps = []  # the command and what it has to print
+for language, name, content in re.findall(r"^```(\w*) ?(\S*)\n(.*?)^```$", document, re.M | re.S):
+    if name:
+        script.append(f"cat >{name} <<'@@@'\n{content}@@@")
+    elif language == "console":
+        if not content.startswith("$ "):
+            sys.exit(f"a block begins with no command:\n{content}")
+        for command, output in re.findall(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", content, re.M):
+            script += [command, f'printf "{MARK} %d\\n" $?']
+            steps.append((command, output))
+
+with tempfile.TemporaryDirectory() as work:
+    home = pathlib.Path(work) / "home"
+    start = pathlib.Path(work) / "project"
+    home.mkdir()
+    (start / "build").mkdir(parents=True)
+    (start / "build/mine").symlink_to(build)
+    # Nothing of the developer's own settings, but for the compilers.
+    kept = {name: value for name, value in os.environ.items() if name in ("PATH", "CC", "CXX", "LANG", "TERM")}
+    kept |= {"HOME": str(home), "LC_ALL": "C.UTF-8"}
+    shell = subprocess.run(["bash", "-s"], input="\n".join(script) + "\n", cwd=start, env=kept, text=True,
+                           stdout=subprocess.PIPE, timeout=300)
+
+outcomes = re.findall(rf"(.*?)^{MARK} (\d+)\n", shell.stdout, re.M | re.S)
+failures = []
+for (command, expected), (printed, code) in zip(steps, outcomes):
+    if printed != expected or code != "0":
+        failures.append(f"$ {command}\n{printed}--- exit code {code}; what is shown is:\n{expected}")
+if len(outcomes) != len(steps) or not steps:
+    failures.append(f"{len(steps)} commands are shown, {len(outcomes)} came to an end\n{shell.stdout}")
+print("\n".join(failures) or f"{len(steps)} commands print what is shown")
+sys.exit(1 if failures else 0)
