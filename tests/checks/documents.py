@@ -1,21 +1,26 @@
-"""Follows a document as its reader does: writes the files that it shows, types its commands into one shell, in an empty
-directory with an empty home, and compares what comes with what is shown.
+"""Follows a document as its reader does: writes the files that it shows, types its commands into one shell, with an empty home,
+and compares what comes with what is shown.
 
-usage: tutorial.py <document> <build directory that is installed from>
+usage: documents.py <document> <build directory> [<examples directory> <program kv>]
 
 A block "```console" holds commands behind "$ " and what they print; a block with a file's name behind its language is that
-file. A command has to succeed.
+file. A command has to succeed. The commands begin in an empty directory, from which build/mine is the build directory; or in
+a copy of the examples, with kv at hand. A picture that they make is compared with the one of its name in images/ beside the
+document or in docs/.
 """
 
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
 
-document = pathlib.Path(sys.argv[1]).read_text()
+path = pathlib.Path(sys.argv[1]).resolve()
+document = path.read_text()
 build = pathlib.Path(sys.argv[2]).resolve()
+examples, program = [pathlib.Path(word).resolve() for word in sys.argv[3:]] or (None, None)
 MARK = "@@@ end of command"
 
 script = ["exec 2>&1"]
@@ -34,16 +39,26 @@ with tempfile.TemporaryDirectory() as work:
     home = pathlib.Path(work) / "home"
     start = pathlib.Path(work) / "project"
     home.mkdir()
-    (start / "build").mkdir(parents=True)
-    (start / "build/mine").symlink_to(build)
+    if examples:
+        shutil.copytree(examples, start)
+    else:
+        (start / "build").mkdir(parents=True)
+        (start / "build/mine").symlink_to(build)
     # Nothing of the developer's own settings, but for the compilers.
     kept = {name: value for name, value in os.environ.items() if name in ("PATH", "CC", "CXX", "LANG", "TERM")}
     kept |= {"HOME": str(home), "LC_ALL": "C.UTF-8"}
+    if program:
+        kept["PATH"] = f"{program.parent}:{kept['PATH']}"
     shell = subprocess.run(["bash", "-s"], input="\n".join(script) + "\n", cwd=start, env=kept, text=True,
                            stdout=subprocess.PIPE, timeout=300)
+    failures = [
+        f"{picture.name} is another picture than {kept}"
+        for picture in start.glob("*.svg")
+        for kept in [*path.parent.glob(f"images/{picture.name}"), *path.parent.glob(f"docs/images/{picture.name}")]
+        if picture.read_bytes() != kept.read_bytes()
+    ]
 
 outcomes = re.findall(rf"(.*?)^{MARK} (\d+)\n", shell.stdout, re.M | re.S)
-failures = []
 for (command, expected), (printed, code) in zip(steps, outcomes):
     if printed != expected or code != "0":
         failures.append(f"$ {command}\n{printed}--- exit code {code}; what is shown is:\n{expected}")
