@@ -1,7 +1,8 @@
 # Completion for kv. What it offers comes from the program's own help.
 
-_kv_words() { # the first words of the lines behind "Subcommands:" or "Actions:"
-    "$@" --help 2>/dev/null | sed -n '/^\(Subcommands\|Actions\):$/,/^$/s/^  \([a-z][a-z]*\) .*/\1/p'
+_kv_words() { # the first words of the lines behind "Subcommands:" or "Actions:"; or the only action, named by the usage
+    "$@" --help 2>/dev/null | sed -n -e '/^\(Subcommands\|Actions\):$/,/^$/s/^  \([a-z][a-z]*\) .*/\1/p' \
+        -e 's/^Usage: kv [a-z]* \([a-z][a-z]*\) .*/\1/p'
 }
 
 _kv_options() { # the first words of the lines behind "Options:"
