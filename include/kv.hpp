@@ -154,7 +154,7 @@ class once {
 /// names.
 template <typename List>
 result<std::vector<std::string>> names(List list) {
-    std::vector<char> buffer(1000);
+    std::vector<char> buffer(4000);
     for (;;) {
         auto size = static_cast<std::int32_t>(buffer.size());
         const std::int32_t status = list(buffer.data(), &size);

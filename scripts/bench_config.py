@@ -40,6 +40,7 @@ def print_group(measured, group):
         theirs = measured.nanoseconds(f"{group}/{who}")
         line = f"  {who:18}{theirs / 1e3:10.3f}   "
         if not who.startswith("kv"):
+            measured.note(title, who, ours, theirs, "ns", goals.get(who))
             line += f"{f'{ours / theirs:.2f} of its time':<22}"
         if who in goals:
             line += f"<= {goals[who]:.3g}  {measured.judge(ours <= theirs * goals[who])}"

@@ -69,6 +69,9 @@ def print_group(measured, group):
 def compare(measured, group, who, ours):
     theirs = figure(measured, group, who)
     limit = PEER_GOALS.get((group, who))
+    unit = "bytes" if group == "heap" else "ns"
+    most = None if limit is None else limit if group == "heap" else 1 / limit
+    measured.note(GROUPS[group][0], who, ours, theirs, unit, most)
     if group == "heap":
         text, goal, met = f"{ours / theirs:.2f} of its heap", "<=", ours <= theirs * (limit or 0)
     else:

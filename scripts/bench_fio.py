@@ -19,6 +19,7 @@ def print_group(measured, group):
         theirs = measured.nanoseconds(f"{group}/{who}")
         line = f"  {who:18}{theirs:10.1f}   "
         if not who.startswith("kv"):
+            measured.note(title, who, ours, theirs, "ns", 1 / goals[who] if who in goals else None)
             line += f"{f'{theirs / ours:.2f} times as fast':<22}"
         if who in goals:
             line += f">= {goals[who]:g}  {measured.judge(theirs >= ours * goals[who])}"
