@@ -67,9 +67,9 @@ def growth(measured, name):
 
 def plot(path, title, curves):
     script = [
-        "set terminal svg size 640,400 font 'sans-serif,13' background 'white'",
+        "set terminal svg size 640,400 font 'sans-serif,13' noenhanced background 'white'",
         f"set title '{title}'",
-        "set logscale xy", "set grid", "set key outside right top",
+        "set logscale xy", "set grid", "set key below",
         "set xlabel 'elements in the block'", "set ylabel 'ns each'",
         "set format x '%.0f'", "set xrange [800:125000]", "set yrange [1:*]",
     ]
