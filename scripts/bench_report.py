@@ -68,9 +68,9 @@ def growth(measured, name):
 def plot(path, title, curves):
     script = [
         "set terminal svg size 640,400 font 'sans-serif,13' noenhanced background 'white'",
-        f"set title '{title}'",
-        "set logscale xy", "set grid", "set key below",
-        "set xlabel 'elements in the block'", "set ylabel 'ns each'",
+        f"set title '{title}, by its elements'",
+        "set logscale xy", "set grid", "set key below samplen 2",
+        "set ylabel 'ns each'",
         "set format x '%.0f'", "set xrange [800:125000]", "set yrange [1:*]",
     ]
     names = []
