@@ -49,13 +49,14 @@ with tempfile.TemporaryDirectory() as work:
     kept |= {"HOME": str(home), "LC_ALL": "C.UTF-8"}
     if program:
         kept["PATH"] = f"{program.parent}:{kept['PATH']}"
-    shell = subprocess.run(["bash", "-s"], input="\n".join(script) + "\n", cwd=start, env=kept, text=True,
+    (pathlib.Path(work) / "script").write_text("\n".join(script) + "\n")
+    shell = subprocess.run(["bash", f"{work}/script"], cwd=start, env=kept, text=True, stdin=subprocess.DEVNULL,
                            stdout=subprocess.PIPE, timeout=300)
     failures = [
-        f"{picture.name} is another picture than {kept}"
-        for picture in start.glob("*.svg")
-        for kept in [*path.parent.glob(f"images/{picture.name}"), *path.parent.glob(f"docs/images/{picture.name}")]
-        if picture.read_bytes() != kept.read_bytes()
+        f"{made.name} is another picture than {shown}"
+        for made in start.glob("*.svg")
+        for shown in [*path.parent.glob(f"images/{made.name}"), *path.parent.glob(f"docs/images/{made.name}")]
+        if made.read_bytes() != shown.read_bytes()
     ]
 
 outcomes = re.findall(rf"(.*?)^{MARK} (\d+)\n", shell.stdout, re.M | re.S)
