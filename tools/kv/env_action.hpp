@@ -1,23 +1,9 @@
-// What an action of `kv env` consists of. Each file env_<group>.cpp defines the actions of one group.
+// What the actions of `kv env` share. Each file env_<group>.cpp defines the actions of one group.
 #pragma once
 
-#include <span>
-#include <string_view>
-
-#include "arguments.hpp"
+#include "actions.hpp"
 
 namespace kvtool {
-
-struct Action {
-    std::string_view name;
-    std::string_view operands;  ///< as the usage line shows them
-    std::string_view summary;   ///< one line
-    std::string_view details;   ///< the rest of the help
-    std::span<const Option> options;
-    std::size_t least;  ///< operands
-    std::size_t most;
-    int (*run)(std::string_view command, const Arguments &arguments);
-};
 
 extern const Action kEnvShow;
 extern const Action kEnvGet;

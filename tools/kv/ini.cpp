@@ -1,8 +1,4 @@
 // `kv ini`: the table of actions, and their help.
-#include <algorithm>
-#include <iomanip>
-#include <iostream>
-
 #include "kv/config.h"
 
 #include "failure.hpp"
@@ -17,27 +13,11 @@ namespace {
 const Action *const kActions[] = {&kIniGet, &kIniSections, &kIniKeys,   &kIniList,
                                   &kIniSet, &kIniDelete,   &kIniRename, &kIniEdit};
 
-constexpr Option kCommonOptions[] = {
+constexpr Option kOptions[] = {
     {"--file", "FILE", "the INI file; without it the main configuration file"},
-    {"--help", "", "this text"},
 };
 
-void print_options(std::span<const Option> options) {
-    for (const Option &option : options) {
-        const std::string left =
-            std::string(option.name) + (option.value.empty() ? "" : " ") + std::string(option.value);
-        std::cout << "  " << std::left << std::setw(20) << left << ' ' << option.help << '\n';
-    }
-}
-
-void print_help() {
-    std::cout << "Usage: kv ini ACTION ... [--file FILE]\n"
-                 "\n"
-                 "Actions:\n";
-    for (const Action *action : kActions) {
-        std::cout << "  " << std::left << std::setw(8) << action->name << ' ' << action->summary << '\n';
-    }
-    std::cout << R"(
+constexpr std::string_view kOverview = R"(
 'kv ini ACTION --help' describes one. Every action knows --file FILE; without it the main
 configuration file, kv3.ini, is meant: the one in the current directory, in the directory that
 the environment variable KV names, or in C:\.
@@ -50,16 +30,6 @@ otherwise. Behind -- there are no options.
 Exit codes: 0 done; 1 not found; 2 wrong usage, or a request for what a file cannot hold; 3 a
 file cannot be read or written.
 )";
-}
-
-void print_help(const Action &action) {
-    std::cout << "Usage: kv ini " << action.name << (action.operands.empty() ? "" : " ") << action.operands
-              << "\n\n"
-              << action.details;
-    std::cout << "\nOptions:\n";
-    print_options(action.options);
-    print_options(kCommonOptions);
-}
 
 }  // namespace
 
@@ -101,31 +71,8 @@ void require_ini(int32_t status, const std::string &file, const std::string &sec
 }
 
 int run_ini(std::span<const char *const> words) {
-    const std::string_view name = words.empty() ? "" : words.front();
-    if (name == "--help" || name == "-h") {
-        print_help();
-        return kDone;
-    }
-    if (name.empty()) fail_usage("kv ini", "which action?");
-    const auto *const found = std::find_if(std::begin(kActions), std::end(kActions),
-                                           [&](const Action *action) { return action->name == name; });
-    if (found == std::end(kActions)) fail_usage("kv ini", "no action '" + std::string(name) + "'");
-    const Action &action = **found;
-
-    const std::string command = "kv ini " + std::string(name);
-    std::vector<Option> options(action.options.begin(), action.options.end());
-    options.insert(options.end(), std::begin(kCommonOptions), std::end(kCommonOptions));
-    const Arguments arguments = Arguments::parse(command, words.subspan(1), options);
-    if (arguments.has("--help")) {
-        print_help(action);
-        return kDone;
-    }
-    const std::size_t count = arguments.operands().size();
-    if (count < action.least || count > action.most) {
-        fail_usage(command,
-                   action.operands.empty() ? "wants no operand" : "wants " + std::string(action.operands));
-    }
-    return action.run(command, arguments);
+    return run_action({"kv ini", "ACTION ... [--file FILE]", kActions, kOptions, kOverview, "", nullptr},
+                      words);
 }
 
 }  // namespace kvtool

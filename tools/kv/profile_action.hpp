@@ -1,29 +1,18 @@
-// What an action of `kv profile` and `kv mat` consists of. Each has a file of its own.
+// What the actions of `kv profile` and `kv mat` share. Each has a file of its own.
 #pragma once
 
-#include <span>
-#include <string_view>
-
-#include "arguments.hpp"
+#include "actions.hpp"
 #include "profile_tables.hpp"
 
 namespace kvtool {
 
-struct TableAction {
-    std::string_view name;
-    std::string_view operands;  ///< as the usage line shows them
-    std::string_view summary;   ///< one line
-    std::string_view details;   ///< the rest of the help
-    std::span<const Option> options;
-    std::size_t least;  ///< operands
-    std::size_t most;
-    int (*run)(const TableFamily &family, const Arguments &arguments);
-};
+/// What the tables of a command are, "kv profile find" or "kv mat find".
+const TableFamily &family_of(std::string_view command);
 
-extern const TableAction kTableList;
-extern const TableAction kTableGet;
-extern const TableAction kTableFind;
-extern const TableAction kProfileDraw;
+extern const Action kTableList;
+extern const Action kTableGet;
+extern const Action kTableFind;
+extern const Action kProfileDraw;
 
 inline constexpr Option kColumnsOption = {"--columns", "LIST", "these columns, with commas between them"};
 inline constexpr Option kSiOption = {"--si", "", "values in metres and their powers"};

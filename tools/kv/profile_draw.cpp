@@ -80,7 +80,8 @@ void write(const std::string &picture, const std::string &file) {
     if (!(out << picture) || !out.flush()) throw Failure{kFile, file + ": cannot be written"};
 }
 
-int run_draw(const TableFamily &family, const Arguments &arguments) {
+int run_draw(std::string_view command, const Arguments &arguments) {
+    const TableFamily &family = family_of(command);
     const std::string &name = arguments.operands()[0];
     std::vector<TableFile> tables = open_tables(family, arguments);
     for (TableFile &table : tables) {
@@ -102,7 +103,7 @@ constexpr Option kOptions[] = {
 
 }  // namespace
 
-const TableAction kProfileDraw = {
+const Action kProfileDraw = {
     "draw",
     "NAME [--hpgl] [--output FILE]",
     "draw a cross-section",

@@ -20,7 +20,7 @@ std::string without_blanks(std::string_view text) {
 }
 
 // "A>50", "Iy <= 6000".
-TableCondition parse_condition(const std::string &command, const std::string &word) {
+TableCondition parse_condition(std::string_view command, const std::string &word) {
     const std::string text = without_blanks(word);
     const std::size_t start = text.find_first_of("<>=!");
     const std::size_t end = text.find_first_not_of("<>=!", start);
@@ -37,7 +37,7 @@ TableCondition parse_condition(const std::string &command, const std::string &wo
     fail_usage(command, "'" + word + "' is no condition");
 }
 
-int parse_limit(const std::string &command, const Arguments &arguments) {
+int parse_limit(std::string_view command, const Arguments &arguments) {
     const std::string text = arguments.value("--limit", "");
     int limit = std::numeric_limits<int>::max();
     if (!arguments.has("--limit")) return limit;
@@ -51,12 +51,13 @@ int parse_limit(const std::string &command, const Arguments &arguments) {
 // Those that say something about the columns: of several tables, one without such a column has no match.
 std::vector<TableFile> with_columns(std::vector<TableFile> tables,
                                     const std::vector<TableCondition> &conditions,
-                                    const std::string &command) {
+                                    std::string_view command) {
     for (const TableCondition &condition : conditions) {
         const auto lacks = [&](const TableFile &table) { return !table.has_column(condition.column); };
         tables.erase(std::remove_if(tables.begin(), tables.end(), lacks), tables.end());
         if (tables.empty()) {
-            throw Failure{kNotFound, command + ": there is no column '" + condition.column + "'"};
+            throw Failure{kNotFound,
+                          std::string(command) + ": there is no column '" + condition.column + "'"};
         }
     }
     return tables;
@@ -64,7 +65,7 @@ std::vector<TableFile> with_columns(std::vector<TableFile> tables,
 
 // The tables of --table or of all files, else the one that is named after the type.
 std::vector<TableFile> searched_tables(const TableFamily &family, const Arguments &arguments,
-                                       const std::string &command, const std::string &pattern) {
+                                       std::string_view command, const std::string &pattern) {
     std::vector<TableFile> tables = open_tables(family, arguments);
     if (arguments.has("--all-files") || arguments.has("--table") || tables.size() == 1) return tables;
     std::string type;
@@ -94,8 +95,8 @@ void sort_entries(std::vector<TableEntry> &entries, std::size_t column) {
                      [&](const TableEntry &a, const TableEntry &b) { return key(a) < key(b); });
 }
 
-int run_find(const TableFamily &family, const Arguments &arguments) {
-    const std::string command = std::string(family.command) + " find";
+int run_find(std::string_view command, const Arguments &arguments) {
+    const TableFamily &family = family_of(command);
     const std::string pattern = arguments.value("--type", "");
     const auto limit = static_cast<std::size_t>(parse_limit(command, arguments));
     std::vector<TableCondition> conditions;
@@ -120,7 +121,7 @@ int run_find(const TableFamily &family, const Arguments &arguments) {
     if (!sort_column.empty()) sort_entries(entries, key);
     if (entries.size() > limit) entries.resize(limit);
     for (TableEntry &entry : entries) entry.values.resize(shown.size());
-    if (entries.empty()) throw Failure{kNotFound, command + ": nothing found"};
+    if (entries.empty()) throw Failure{kNotFound, std::string(command) + ": nothing found"};
     if (arguments.has("--json")) {
         print_entries_json(entries, shown);
     } else {
@@ -141,7 +142,7 @@ constexpr Option kOptions[] = {
 
 }  // namespace
 
-const TableAction kTableFind = {
+const Action kTableFind = {
     "find",
     "[CONDITION]... [--type PATTERN] [--all-files] [--sort COLUMN] [--limit N]",
     "find the entries that meet conditions",

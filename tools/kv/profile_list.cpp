@@ -38,7 +38,8 @@ void list_tables(std::vector<TableFile> &tables, bool json) {
     if (json) std::cout << "\n]\n";
 }
 
-int run_list(const TableFamily &family, const Arguments &arguments) {
+int run_list(std::string_view command, const Arguments &arguments) {
+    const TableFamily &family = family_of(command);
     std::vector<TableFile> tables = open_tables(family, arguments);
     const bool json = arguments.has("--json");
     if (!arguments.has("--table") && !arguments.has("--all")) {
@@ -60,7 +61,8 @@ int run_list(const TableFamily &family, const Arguments &arguments) {
     return kDone;
 }
 
-int run_get(const TableFamily &family, const Arguments &arguments) {
+int run_get(std::string_view command, const Arguments &arguments) {
+    const TableFamily &family = family_of(command);
     const std::string &name = arguments.operands()[0];
     std::vector<TableFile> tables = open_tables(family, arguments);
     static_cast<void>(chosen_columns(family, arguments, tables));  // of which at least one has each
@@ -83,7 +85,7 @@ int run_get(const TableFamily &family, const Arguments &arguments) {
         }
         return kDone;
     }
-    throw Failure{kNotFound, std::string(family.command) + " get: no entry '" + name + "'"};
+    throw Failure{kNotFound, std::string(command) + ": no entry '" + name + "'"};
 }
 
 constexpr Option kListOptions[] = {
@@ -92,7 +94,7 @@ constexpr Option kGetOptions[] = {kColumnsOption, kSiOption, kTablesJsonOption};
 
 }  // namespace
 
-const TableAction kTableList = {
+const Action kTableList = {
     "list",
     "[--table TABLE | --all] [--columns LIST] [--si]",
     "list the tables, or the entries of one",
@@ -105,7 +107,7 @@ const TableAction kTableList = {
     run_list,
 };
 
-const TableAction kTableGet = {
+const Action kTableGet = {
     "get",
     "NAME [--columns LIST] [--si]",
     "print the values of an entry",

@@ -156,7 +156,7 @@ constexpr Option kOptions[] = {
 
 }  // namespace
 
-const RecordAction kRecordDump = {
+const Action kRecordDump = {
     "dump",
     "FILE FORMAT [--no-header] [--json]",
     "print the values of a file",
@@ -168,7 +168,8 @@ digits, and numbers that are not finite are strings ("inf", "nan").
 A record that is cut off at the end of the file gives exit code 3, after the records before it.
 )",
     kOptions,
-    false,
+    2,
+    2,
     run_dump,
 };
 

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstring>
 #include <iostream>
+#include <limits>
 
 #include "failure.hpp"
 #include "platform/platform.hpp"
@@ -123,7 +124,7 @@ constexpr Option kOptions[] = {kNoHeaderOption};
 
 }  // namespace
 
-const RecordAction kRecordWrite = {
+const Action kRecordWrite = {
     "write",
     "FILE FORMAT [VALUE]... [--no-header]",
     "make a file of values",
@@ -136,7 +137,8 @@ Values that do not fit their fields are refused, and nothing is written: numbers
 that are too long. FILE holds its old content or all of the new one.
 )",
     kOptions,
-    true,
+    2,
+    std::numeric_limits<std::size_t>::max(),
     run_write,
 };
 
