@@ -99,6 +99,7 @@ class ReplacementFile {
   private:
     struct Paths;
     bool open_temporary();
+    bool write_temporary(const char *bytes, std::size_t size);
     bool commit_temporary();
     bool commit_in_place();
 

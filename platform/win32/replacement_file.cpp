@@ -176,30 +176,8 @@ bool ReplacementFile::open_temporary() {
     return false;
 }
 
-bool ReplacementFile::write(const char *bytes, std::size_t size) {
-    if (failed_) return false;
-    if (handle_ != -1) {
-        failed_ = !win32::write_all(to_handle(handle_), bytes, size);
-        return !failed_;
-    }
-    try {
-        pending_.insert(pending_.end(), bytes, bytes + size);
-    } catch (const std::bad_alloc &) {
-        failed_ = true;
-        exhausted_ = true;
-    }
-    return !failed_;
-}
-
-bool ReplacementFile::commit() {
-    if (failed_) return false;
-    failed_ = true;  // nothing more can be written
-    try {
-        return handle_ != -1 ? commit_temporary() : commit_in_place();
-    } catch (const std::bad_alloc &) {
-        exhausted_ = true;
-        return false;
-    }
+bool ReplacementFile::write_temporary(const char *bytes, std::size_t size) {
+    return win32::write_all(to_handle(handle_), bytes, size);
 }
 
 bool ReplacementFile::commit_temporary() {
