@@ -1,12 +1,12 @@
-"""Follows a document as its reader does: writes the files that it shows, types its commands into one shell, with an empty home,
-and compares what comes with what is shown.
+"""Follows a document as its reader does: writes the files that it shows, types its commands into one shell, with an empty
+home, and compares what comes with what is shown.
 
 usage: documents.py <document> <build directory> [<examples directory> <program kv>]
 
-A block "```console" holds commands behind "$ " and what they print; a block with a file's name behind its language is that
-file. A command has to succeed. The commands begin in an empty directory, from which build/mine is the build directory; or in
-a copy of the examples, with kv at hand. A picture that they make is compared with the one of its name in images/ beside the
-document or in docs/.
+A block "```console" holds commands behind "$ " and what they print; a block with a file's name behind its language is
+that file. A command has to succeed. The commands begin in an empty directory, from which build/mine is the build
+directory; or in a copy of the examples, with kv at hand. A picture that they make is compared with the one of its name in
+images/ beside the document or in docs/.
 """
 
 import os

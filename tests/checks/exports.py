@@ -1,5 +1,5 @@
-"""Checks that exported = listed = declared = documented = tested, that the layer for C++ is tested, and that the documents
-name no function that is not there. What is missing is named.
+"""Checks that exported = listed = declared = documented = tested, that the layer for C++ is tested, and that the
+documents name no function that is not there. What is missing is named.
 
 usage: exports.py <project directory> <shared library or DLL> [<objdump>]
 """
@@ -31,7 +31,8 @@ def exported_by(library):
         return {line.split()[-1] for line in table.splitlines() if line.startswith("\t[")}
     names = {line.split()[-1] for line in output("nm", "-D", "--defined-only", library).splitlines()}
     # What the sanitizers and the coverage add to a library.
-    return {name for name in names if not re.match(r"(__(asan|sancov|odr_asan|start|stop|gcov|llvm)|_edata|_end)", name)}
+    added = re.compile(r"(__(asan|sancov|odr_asan|start|stop|gcov|llvm)|_edata|_end)")
+    return {name for name in names if not added.match(name)}
 
 
 def sources(folder, *patterns):
@@ -79,6 +80,7 @@ for page in [*root.glob("*.md"), *(root / "docs").glob("*.md")]:
 
 print(
     "\n".join(failures)
-    or f"{len(exported)} names are exported, listed, declared, documented and tested, and {len(layer)} of kv.hpp are tested"
+    or f"{len(exported)} names are exported, listed, declared, documented and tested, "
+    f"and {len(layer)} of kv.hpp are tested"
 )
 sys.exit(1 if failures else 0)

@@ -1,4 +1,4 @@
-"""Packs the build for Windows and looks into the archive: the DLL, the program and what an application needs to be built.
+"""Packs the build for Windows and looks into the archive: the DLL, the program, and what applications are built with.
 
 usage: package_zip.py <cpack> <build directory> <version> <objdump>
 """
@@ -30,12 +30,13 @@ with tempfile.TemporaryDirectory() as work:
     files = sorted(path for path in root.rglob("*") if path.is_file())
     names = {str(path.relative_to(root)) for path in files}
 
-    wanted = ["bin/kv.dll", "bin/kv.exe", "lib/libkv.dll.a", "lib/libkv.a", "lib/kv.def", "include/kv.h", "include/kv.hpp"]
-    wanted += ["lib/cmake/kv/kvConfig.cmake"]
+    wanted = ["bin/kv.dll", "bin/kv.exe", "include/kv.h", "include/kv.hpp"]
+    wanted += [f"lib/{name}" for name in ("libkv.dll.a", "libkv.a", "kv.def", "cmake/kv/kvConfig.cmake")]
     wanted += [f"share/doc/kv/{name}" for name in ("README.md", "LICENSE", "docs/windows.md", "examples/limits.c")]
     failures += [f"{name} is missing" for name in wanted if name not in names]
     failures += [f"{name} is no file for Windows" for name in names if re.search(r"\.so\b|\.cpp$|CMakeLists", name)]
-    failures += [f"{path} names the directory of the build" for path in files if str(build).encode() in path.read_bytes()]
+    own = str(build).encode()
+    failures += [f"{path} names the directory of the build" for path in files if own in path.read_bytes()]
 
     # The import library leads to the DLL beside it, and both are of the width that the archive's name says.
     width = "pei-x86-64" if archives[0].stem.endswith("win64") else "pei-i386"
