@@ -11,6 +11,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "platform/failpoint.hpp"
 #include "platform/platform.hpp"
 #include "tests/config/ini_safety.hpp"
 
@@ -73,6 +74,41 @@ TEST_F(IniSafety, PermissionsAndLinksStay) {
     EXPECT_EQ(ini_delete_section(file.c_str(), "S"), INI_OK);
     EXPECT_EQ(read_file(link), "[T]\r\nb=2\r\n");
     EXPECT_EQ(files(), 2);
+}
+
+// Of several links the file is written in place.
+TEST_F(IniSafety, InPlaceEveryFailureLeavesOldOrNew) {
+    const auto reset_links = [this] {
+        reset(kBefore);
+        fs::create_hard_link(file, directory / "link.ini");
+    };
+    for (std::size_t i = 0; i < changes().size(); ++i) {
+        reset_links();
+        ASSERT_EQ(changes()[i](file.c_str()), INI_OK);
+        const std::string after = content();
+        for (std::int64_t call = 0;; ++call) {
+            SCOPED_TRACE(testing::Message() << "change " << i << ", call " << call);
+            reset_links();
+            kv::platform::plan_io_failure(call, false);
+            const int32_t status = changes()[i](file.c_str());
+            const bool failed = kv::platform::calls_until_failure < 0;
+            kv::platform::plan_io_failure(-1, false);
+            const std::string now = content();
+            EXPECT_TRUE(now == kBefore || now == after) << now;
+            EXPECT_TRUE(status != INI_OK || now == after || !tells_of_saving(i)) << status;
+            EXPECT_EQ(read_file(directory / "link.ini"), now);
+            EXPECT_EQ(files(), 2);
+            if (!failed) break;
+            ASSERT_LT(call, 100);
+        }
+        sweep_allocation_failures([&](std::int64_t successes) {
+            SCOPED_TRACE(testing::Message() << "change " << i << ", " << successes << " succeed");
+            write_file(file, kBefore);
+            const int32_t status = changes()[i](file.c_str());
+            EXPECT_EQ(content(), status == INI_OK ? after : kBefore);
+            EXPECT_EQ(files(), 2);
+        });
+    }
 }
 
 TEST_F(IniSafety, AFullDisk) {

@@ -251,6 +251,16 @@ TEST(MiniNumbers, RoundTrips) {
     EXPECT_EQ(mini_rw_double(-1, cache, "s", "d", &real), INI_OK);
     char text[] = "txt";
     EXPECT_EQ(mini_rw_string(1, cache, "s", "t", text, nullptr), INI_OK);
+    char back[8] = "";
+    int32_t size = sizeof back;
+    EXPECT_EQ(mini_rw_string(0, cache, "s", "t", back, &size), INI_OK);
+    EXPECT_STREQ(back, text);
+    double pair[] = {0.5, -3};
+    int32_t pair_count = 2;
+    EXPECT_EQ(mini_rw_doubles(1, cache, "s", "pair", pair, &pair_count), INI_OK);
+    pair[0] = 0;
+    EXPECT_EQ(mini_rw_doubles(0, cache, "s", "pair", pair, &pair_count), INI_OK);
+    EXPECT_EQ(pair[0], 0.5);
     EXPECT_EQ(value(cache, "s", "l") + value(cache, "s", "d") + value(cache, "s", "t"), "52.5txt");
 
     int32_t items[4] = {9, 9, 9, 9};

@@ -127,6 +127,9 @@ TEST(Ini, ValuesKeysAndSaving) {
         EXPECT_EQ(*ini.get<std::string>("S", "text"), large);
         EXPECT_EQ(*ini.get<double>("S", "new"), 2.5);
         EXPECT_EQ(*ini.keys("S"), (std::vector{"old"s, "new"s, "text"s}));
+        EXPECT_EQ(ini.put("Long", std::string(9000, 'k'), ""), INI_OK);
+        EXPECT_EQ(*ini.keys("Long"), std::vector{std::string(9000, 'k')});
+        EXPECT_EQ(ini.erase("Long", std::string(9000, 'k')), INI_OK);
         EXPECT_EQ(ini.get<std::string>("S", "none").code(), INI_NO_ENTRY);
         EXPECT_EQ(ini.get<std::string>("S", nullptr).code(), INI_NO_ENTRY);
         EXPECT_EQ(ini.keys("T").code(), INI_NO_SECTION);
@@ -134,7 +137,7 @@ TEST(Ini, ValuesKeysAndSaving) {
         EXPECT_TRUE(ini.save());
         EXPECT_EQ(ini.put("S", "old", "3"), INI_OK);
     }
-    EXPECT_EQ(read_file(drive_c() / "layer.ini"), "[S]\r\n; kept\r\nold=3\r\nnew=2.5");
+    EXPECT_EQ(read_file(drive_c() / "layer.ini"), "[S]\r\n; kept\r\nold=3\r\nnew=2.5\r\n\r\n[Long]");
 }
 
 TEST(File, RecordsAndLines) {

@@ -103,6 +103,27 @@ TEST_F(Files, ThatCannotBeRead) {
     }
 }
 
+// What is read would take the place of what the sub-environment stands on.
+TEST_F(Files, ThatOpenASubEnvironment) {
+    const Env env = tree("[s]\n  a =1\n");
+    struct Source {
+        ENV *env;
+        std::string_view rest;
+        Env opened;
+    } source{env.get(), "[t]\n  b =2\n", nullptr};
+    const auto next = [](void *stream) -> int32_t {
+        Source &self = *static_cast<Source *>(stream);
+        if (self.opened == nullptr) self.opened = open_sub(self.env, "s", nullptr);
+        if (self.rest.empty()) return -1;
+        const char c = self.rest.front();
+        self.rest.remove_prefix(1);
+        return c;
+    };
+    EXPECT_EQ(env_read(next, &source, env.get()), ENV_ERROR);
+    EXPECT_EQ(dump(env.get()), "[s] a=1");
+    EXPECT_EQ(env_exist(source.opened.get(), nullptr, "a", 1), 1);
+}
+
 TEST_F(Files, ThatCannotBeWritten) {
     const Env env = tree("[s]\n  a =1\n");
     fs::create_directory(host("dir"));

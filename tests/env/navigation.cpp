@@ -104,6 +104,27 @@ TEST(Navigation, Iteration) {
     EXPECT_EQ(next(), ENV_NOT_FOUND);
 }
 
+// So many that their index has several parts, which become empty.
+TEST(Navigation, ManyOfOneNameGoAway) {
+    constexpr int kCount = 3000;
+    for (const bool from_the_front : {true, false}) {
+        const Env env = open_env();
+        for (int i = 1; i <= kCount; ++i)
+            env_put_long(env.get(), "s", ("v@" + std::to_string(i)).c_str(), i);
+        for (int left = kCount; left > 0; --left) {
+            int32_t first = 0;
+            int32_t last = 0;
+            env_get_long(env.get(), "s", "v@1", 1, &first);
+            env_get_long(env.get(), "s", ("v@" + std::to_string(left)).c_str(), 1, &last);
+            ASSERT_EQ(first, from_the_front ? kCount - left + 1 : 1);
+            ASSERT_EQ(last, from_the_front ? kCount : left);
+            const std::string which = from_the_front ? "v" : "v@" + std::to_string(left);
+            ASSERT_EQ(env_delete(env.get(), "s", which.c_str()), ENV_OK);
+        }
+        EXPECT_EQ(env_count_path(env.get(), "s", "v", 1), 0);
+    }
+}
+
 TEST(Navigation, ExistenceAndCounts) {
     const Env env = tree(kTree);
     ASSERT_EQ(env_put_external(env.get(), "s", "e", nullptr), ENV_OK);

@@ -215,6 +215,7 @@ TEST(Traversal, SinkModes) {
     EXPECT_EQ(env_sink(nullptr, source.get(), ENV_SINK_ADD), ENV_ERROR);
     EXPECT_EQ(env_sink(destination.get(), nullptr, ENV_SINK_ADD), ENV_ERROR);
     EXPECT_EQ(env_sink(destination.get(), open_sub(source.get(), "s", "b@d").get(), 0), ENV_ERROR);
+    EXPECT_EQ(env_sink(destination.get(), open_sub(source.get(), "s", "b").get(), ENV_SINK_ADD), ENV_ERROR);
     EXPECT_EQ(env_sink(destination.get(), open_env().get(), ENV_SINK_ADD), ENV_OK);
 
     // An element in use is not freed: the merge fails, what came before stays.
