@@ -29,7 +29,6 @@
 namespace kv {
 
 // ---- Texts and results
-// -------------------------------------------------------------------------------------
 
 /// A text as an argument: zero-terminated ones are handed on, others are copied, short ones without the
 /// heap. NIL stays NIL.
@@ -92,7 +91,6 @@ class result {
 };
 
 // ---- Call trace
-// --------------------------------------------------------------------------------------------
 
 /// The function that runs, in the trace of reports, until the end of the scope: kv_begin() and kv_end().
 class trace {
@@ -174,7 +172,6 @@ result<std::vector<std::string>> names(List list) {
 }  // namespace detail
 
 // ---- The environment tree
-// ----------------------------------------------------------------------------------
 
 /// What an element is; the values are those of ENV_DATA, ENV_BLOCK and ENV_EXTERNAL.
 enum class element_type : std::int32_t { data = ENV_DATA, block = ENV_BLOCK, external = ENV_EXTERNAL };
@@ -339,7 +336,6 @@ std::int32_t env::put(const text &section, const text &path, const T &value) {
 }
 
 // ---- INI files
-// ---------------------------------------------------------------------------------------------
 
 /// An INI file in memory. Closing it saves what was changed, unless it is MINI_READONLY.
 class ini {
@@ -411,7 +407,6 @@ class ini {
 };
 
 // ---- Files of records and lines
-// ----------------------------------------------------------------------------
 
 class file {
   public:
@@ -464,7 +459,6 @@ class file {
 };
 
 // ---- Tables of profiles and mats
-// ---------------------------------------------------------------------------
 
 /// A row of a table: its name, and the wanted columns' values in the order in which they were wanted.
 struct row {
@@ -548,7 +542,6 @@ class table {
 };
 
 // ---- Tokens and expressions
-// --------------------------------------------------------------------------------
 
 struct token {
     std::int32_t kind;   ///< SCAN_IDENTIFIER, ...
