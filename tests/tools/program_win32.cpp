@@ -64,6 +64,7 @@ Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions
         PROCESS_INFORMATION process{};
         if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr,
                            path("").string().c_str(), &start, &process) == 0) {
+            ADD_FAILURE() << "the program cannot be started: error " << GetLastError();
             return outcome;
         }
         WaitForSingleObject(process.hProcess, INFINITE);
