@@ -42,11 +42,28 @@ TEST(ProfilesRobust, EveryAllocationFails) {
         EXPECT_EQ(profil_prev(table.get(), values, name), -1);
     });
     EXPECT_GT(runs, 10);
+    std::string wide = "T S";
+    std::string row = "\nHEB 1";
+    for (int i = 0; i < 100; ++i) {
+        wide += " c" + std::to_string(i);
+        row += " " + std::to_string(i);
+    }
+    kvtest::write_file(kvtest::drive_c() / "wide.pro", wide + row);
+    static const char *const kWideNames[] = {"c99", "c7", nullptr};
+    kvtest::sweep_allocation_failures([](int64_t) {
+        const Table table(profil_open("c:\\wide.pro", kWideNames, nullptr));
+        if (table == nullptr) return;
+        double values[2];
+        char name[PROFIL_NAME_SIZE];
+        EXPECT_EQ(profil_next(table.get(), values, name), 0);
+        EXPECT_EQ(values[0] + values[1] / 100, 99.07);
+    });
     profil_path("c:\\");
     kvtest::sweep_allocation_failures([](int64_t) {
         int32_t count = 5;
         char(*list)[PROFIL_FIELD_SIZE] = nullptr;
-        const int32_t result = profil_findfiles("HEB1500", &count, &list);
+        const std::string pattern = "HEB1500x" + std::string(40, '0');
+        const int32_t result = profil_findfiles(pattern.c_str(), &count, &list);
         EXPECT_EQ(list != nullptr, count > 0);
         if (result == 0) {
             EXPECT_EQ(count, 0);
