@@ -87,9 +87,20 @@ void get_cpp(benchmark::State &state) {
     finish(state, right, kSections * kElements);
 }
 
+// Of all names and values of one block.
+std::size_t length_of_elements() {
+    std::size_t length = 0;
+    for (int i = 0; i < kElements; ++i) {
+        const std::string element = name("limit", i);
+        length += element.size() + tree().get<std::string>("section7", "axis@" + element)->size();
+    }
+    return length;
+}
+
 void elements_c(benchmark::State &state) {
     ENV *const env = tree().get();
     bool right = true;
+    const std::size_t wanted = length_of_elements();
     for (auto _ : state) {
         std::size_t length = 0;
         std::int32_t origin = 0;
@@ -101,7 +112,7 @@ void elements_c(benchmark::State &state) {
              ++position) {
             length += std::string_view(element).size() + std::string_view(value).size();
         }
-        right = right && length > 0;
+        right = right && length == wanted;
     }
     finish(state, right, kElements);
 }
@@ -109,11 +120,12 @@ void elements_c(benchmark::State &state) {
 void elements_cpp(benchmark::State &state) {
     const kv::env &env = tree();
     bool right = true;
+    const std::size_t wanted = length_of_elements();
     for (auto _ : state) {
         std::size_t length = 0;
         for (const kv::element &element : env.elements("section7", "axis"))
             length += element.name.size() + element.value.size();
-        right = right && length > 0;
+        right = right && length == wanted;
     }
     finish(state, right, kElements);
 }
