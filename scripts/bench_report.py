@@ -5,7 +5,6 @@ import os
 import pathlib
 import platform
 import re
-import shutil
 import subprocess
 
 HEAD = """# Performance
@@ -52,6 +51,8 @@ def table(comparisons):
         what = row.what if row.what != before else ""
         ours = figure(row.ours, row.unit) if row.what != before else ""
         goal = f"{row.most:.3g}" if row.most is not None else ""
+        if row.most is not None and row.ours > row.theirs * row.most:
+            goal += ", missed"
         lines.append(f"| {what} | {ours} | {row.peer} | {figure(row.theirs, row.unit)} | {row.ours / row.theirs:.3f} | {goal} |")
         before = row.what
     return "\n".join(lines) + "\n"
@@ -87,7 +88,7 @@ def write(directory, everything):
     text = HEAD.format(date=date, machine=machine(), compiler=first_line("g++", "--version"))
     comparisons = [row for measured in everything.values() for row in measured.comparisons]
     text += "\n## Beside the peers\n\n" + table(comparisons)
-    if "env" in everything and shutil.which("gnuplot"):
+    if "env" in everything:
         images = directory / "images"
         images.mkdir(exist_ok=True)
         text += "\n## Growth\n\nTime for each element or operation, in one block of 1,000 to 100,000 elements.\n"
