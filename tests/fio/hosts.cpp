@@ -1,4 +1,6 @@
 // Drives with current directories of their own, and where paths lead from there.
+#include "tests/fio/hosts.hpp"
+
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
@@ -11,26 +13,14 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string cwd() {
-    char text[256];
-    return fio_getcwd(text, sizeof text) == text ? text : "(none)";
-}
+using kvtest::cwd;
+using kvtest::full;
+using kvtest::host;
 
 std::string cwd_of(const char *host) {
     char text[256] = "#";
     EXPECT_EQ(fio_get_host_cwd(host, text, sizeof text), text);
     return text;
-}
-
-std::string host() {
-    char text[3];
-    return fio_gethostname(text, sizeof text) == 0 ? text : "(none)";
-}
-
-std::string full(const char *name) {
-    char out[256];
-    return fio_make_fullpath(out, nullptr, nullptr, name);
 }
 
 class Hosts : public testing::Test {

@@ -7,30 +7,19 @@
 
 #include "kv/fio.h"
 
+#include "tests/fio/hosts.hpp"
 #include "tests/support/support.hpp"
 
 namespace {
 
 namespace fs = std::filesystem;
+using kvtest::cwd;
+using kvtest::full;
+using kvtest::host;
 
 std::string with_backslashes(std::string path) {
     for (char &c : path) c = c == '/' ? '\\' : c;
     return path;
-}
-
-std::string cwd() {
-    char text[256];
-    return fio_getcwd(text, sizeof text) == text ? text : "(none)";
-}
-
-std::string host() {
-    char text[3];
-    return fio_gethostname(text, sizeof text) == 0 ? text : "(none)";
-}
-
-std::string full(const char *name) {
-    char out[256];
-    return fio_make_fullpath(out, nullptr, nullptr, name);
 }
 
 TEST(HostsOnPosix, TheNativeDriveIsCurrentAtTheStart) {
