@@ -258,9 +258,10 @@ TEST(MiniNumbers, RoundTrips) {
     double pair[] = {0.5, -3};
     int32_t pair_count = 2;
     EXPECT_EQ(mini_rw_doubles(1, cache, "s", "pair", pair, &pair_count), INI_OK);
-    pair[0] = 0;
+    pair[0] = pair[1] = 0;
     EXPECT_EQ(mini_rw_doubles(0, cache, "s", "pair", pair, &pair_count), INI_OK);
     EXPECT_EQ(pair[0], 0.5);
+    EXPECT_EQ(pair[1], -3);
     EXPECT_EQ(value(cache, "s", "l") + value(cache, "s", "d") + value(cache, "s", "t"), "52.5txt");
 
     int32_t items[4] = {9, 9, 9, 9};
