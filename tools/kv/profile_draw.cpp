@@ -93,7 +93,7 @@ int run_draw(std::string_view command, const Arguments &arguments) {
               arguments.value("--output", "-"));
         return kDone;
     }
-    throw Failure{kNotFound, "kv profile draw: no entry '" + name + "'"};
+    throw Failure{kNotFound, std::string(command) + ": no entry '" + name + "'"};
 }
 
 constexpr Option kOptions[] = {
