@@ -65,7 +65,6 @@ std::int32_t or_exit(Function function) noexcept {
         return function();
     } catch (const std::bad_alloc &) {
         kv_exit("Insufficient of memory.", nullptr, nullptr, "Mini", __LINE__);
-        return INI_FAILED;
     }
 }
 

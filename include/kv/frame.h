@@ -52,7 +52,7 @@ KV_API void kv_message(const char *text1, const char *text2, const char *text3, 
  *  Shows a message box with the texts joined (their first 255 characters) and the caption "EXIT :",
  *  logs them with the traceback, and runs kv_atexit(). Arguments as for kv_error(). Does not return. */
 KV_API void kv_exit(const char *text1, const char *text2, const char *text3, const char *file,
-                    int32_t line) KV_NOEXCEPT;
+                    int32_t line) KV_NOEXCEPT KV_NORETURN;
 
 /** Reports a value that a switch did not expect, with the traceback.
  *

@@ -21,13 +21,15 @@
 #define KV_API
 #endif
 
-/* Lets the compiler check a format text against its arguments. */
+/* Let the compiler check the arguments of a call, and know where none returns. */
 #if defined(__GNUC__)
 #define KV_PRINTF(text, first) __attribute__((format(printf, text, first)))
 #define KV_SENTINEL __attribute__((sentinel))
+#define KV_NORETURN __attribute__((noreturn))
 #else
 #define KV_PRINTF(text, first)
 #define KV_SENTINEL
+#define KV_NORETURN
 #endif
 
 /** A number or a pointer, as stacks, queues, hash tables and list keys hold them: 32 bits where
