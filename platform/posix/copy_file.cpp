@@ -13,25 +13,6 @@ namespace kv::platform {
 
 namespace {
 
-class Descriptor {
-  public:
-    Descriptor(const char *host_path, int flags) : value_(posix::open_descriptor(host_path, flags)) {}
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    ~Descriptor() { posix::close_descriptor(value_); }
-
-    int value() const { return value_; }
-    // False if the system could not write what it had taken.
-    bool close() {
-        const int descriptor = value_;
-        value_ = -1;
-        return ::close(descriptor) == 0;
-    }
-
-  private:
-    int value_;
-};
-
 // Lets the system copy as far as it can; the rest is left to read_and_write().
 void copy_in_kernel(int from, int to) {
     constexpr std::size_t kMost = std::size_t{1} << 30;
@@ -59,7 +40,7 @@ void keep_attributes(int to, const struct stat &status) {
 namespace posix {
 
 Copied copy_content(const char *from, const char *to, bool attributes) {
-    Descriptor source(from, O_RDONLY | O_NOCTTY);
+    Descriptor source(open_descriptor(from, O_RDONLY | O_NOCTTY));
     struct stat status;
     if (source.value() < 0 || fstat(source.value(), &status) != 0 || S_ISDIR(status.st_mode)) {
         return Copied::no_source;
@@ -68,7 +49,7 @@ Copied copy_content(const char *from, const char *to, bool attributes) {
     if (stat(to, &there) == 0 && there.st_dev == status.st_dev && there.st_ino == status.st_ino) {
         return Copied::done;  // opening it for writing would empty it
     }
-    Descriptor destination(to, O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY);
+    Descriptor destination(open_descriptor(to, O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY));
     if (destination.value() < 0) return Copied::no_destination;
     if (S_ISREG(status.st_mode)) copy_in_kernel(source.value(), destination.value());
     const bool written = read_and_write(source.value(), destination.value());

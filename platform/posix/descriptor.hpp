@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <unistd.h>
+#include <utility>
 
 namespace kv::platform::posix {
 
@@ -12,5 +14,23 @@ int open_descriptor(const char *host_path, int flags);
 void close_descriptor(std::intptr_t descriptor);
 /// False, with errno, after a write error.
 bool write_all(int descriptor, const char *bytes, std::size_t size);
+
+/// Closes the descriptor, unless that is negative, at the end of its life.
+class Descriptor {
+  public:
+    explicit Descriptor(int value) : value_(value) {}
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+    ~Descriptor() { close_descriptor(value_); }
+
+    int value() const { return value_; }
+    /// Leaves the closing to somebody else.
+    int release() { return std::exchange(value_, -1); }
+    /// Closes it now. False if the system could not write what it had taken.
+    bool close() { return ::close(release()) == 0; }
+
+  private:
+    int value_;
+};
 
 }  // namespace kv::platform::posix

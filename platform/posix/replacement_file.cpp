@@ -157,21 +157,14 @@ bool ReplacementFile::commit_temporary() {
 
 bool ReplacementFile::commit_in_place() {
     const int flags = O_CREAT | O_NOCTTY;
-    int descriptor = posix::open_descriptor(paths_->target.text, O_RDWR | flags);
-    if (descriptor < 0) descriptor = posix::open_descriptor(paths_->target.text, O_WRONLY | flags);
+    int opened = posix::open_descriptor(paths_->target.text, O_RDWR | flags);
+    if (opened < 0) opened = posix::open_descriptor(paths_->target.text, O_WRONLY | flags);
+    posix::Descriptor file(opened);
     struct stat status;
-    if (descriptor < 0 || fstat(descriptor, &status) != 0) {
-        posix::close_descriptor(descriptor);
-        return false;
-    }
-    bool done = false;
-    try {
-        done = S_ISREG(status.st_mode) ? overwrite(descriptor, status, pending_)
-                                       : posix::write_all(descriptor, pending_.data(), pending_.size());
-    } catch (const std::bad_alloc &) {
-        exhausted_ = true;
-    }
-    return ::close(descriptor) == 0 && done;
+    if (opened < 0 || fstat(opened, &status) != 0) return false;
+    const bool done = S_ISREG(status.st_mode) ? overwrite(opened, status, pending_)
+                                              : posix::write_all(opened, pending_.data(), pending_.size());
+    return file.close() && done;
 }
 
 }  // namespace kv::platform

@@ -231,21 +231,16 @@ Stream open_stream(const char *path, const StreamMode &mode) {
     posix::HostPath host;
     const bool reads = mode.access == StreamMode::Access::read;
     if (!posix::map_path(path, reads ? posix::Purpose::read : posix::Purpose::write, host)) return {};
-    const int descriptor = posix::open_descriptor(host.text, open_flags(mode));
+    posix::Descriptor file(posix::open_descriptor(host.text, open_flags(mode)));
+    const int descriptor = file.value();
     struct stat status;
-    if (descriptor < 0) return {};
-    if (fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode)) {
-        posix::close_descriptor(descriptor);
-        return {};
-    }
+    if (descriptor < 0 || fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode)) return {};
     if (mode.text && mode.update) remove_end_mark(descriptor, status);
     Stream stream{mode.text ? open_text(*layer, descriptor, mode) : fdopen(descriptor, mode_text(mode)),
                   layer.get()};
-    if (stream.file == nullptr) {
-        posix::close_descriptor(descriptor);
-        return {};
-    }
-    static_cast<void>(layer.release());  // closing the stream frees it
+    if (stream.file == nullptr) return {};
+    static_cast<void>(file.release());   // closing the stream closes it
+    static_cast<void>(layer.release());  // and frees the layer
     __fsetlocking(stream.file, FSETLOCKING_BYCALLER);
     // The C library begins at the end then.
     if (mode.access == StreamMode::Access::append) static_cast<void>(stream_seek(stream, 0, SEEK_SET));
