@@ -4,7 +4,6 @@
 #include <cstdint>
 
 #include "kv/calc.h"
-#include "kv/frame.h"
 #include "kv/scan.h"
 
 #include "platform/platform.hpp"
@@ -74,11 +73,8 @@ std::int32_t apply_operator(std::int32_t kind, double left, double &value) {
         case SCAN_LE:
             value = truth(left <= value);
             break;
-        case SCAN_GE:
+        default:  // SCAN_GE: the evaluator passes nothing else
             value = truth(left >= value);
-            break;
-        default:
-            kv_switch_error(kind, "Calc", __LINE__);
             break;
     }
     return CALC_OK;
@@ -129,15 +125,11 @@ std::int32_t apply_function(Keyword keyword, double &value) {
         case Keyword::kLog:
             value = std::log10(x);
             break;
-        case Keyword::kMin:
-        case Keyword::kMax:
-            break;  // the argument that was kept
         case Keyword::kSqrt:
             value = x < 0 ? 0.0 : std::sqrt(x);
             return x < 0 ? CALC_NEGATIVE_ROOT : CALC_OK;
         default:
-            kv_switch_error(static_cast<std::int32_t>(keyword), "Calc", __LINE__);
-            break;
+            break;  // MIN and MAX: the argument that was kept
     }
     return CALC_OK;
 }

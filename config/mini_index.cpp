@@ -67,8 +67,9 @@ void Index::clear() {
 
 void Index::allocate(std::uint32_t size) {
     if (size > kLargestSize) throw std::bad_alloc();
-    places_ = static_cast<Place *>(heap_calloc(size, sizeof(Place)));
-    if (places_ == nullptr) throw std::bad_alloc();
+    auto *const places = static_cast<Place *>(heap_calloc(size, sizeof(Place)));
+    if (places == nullptr) throw std::bad_alloc();
+    places_ = places;
     mask_ = size - 1;
 }
 
@@ -107,12 +108,7 @@ Node *Index::find(std::string_view name) const {
 void Index::grow() {
     Place *const old = places_;
     const std::uint32_t old_size = mask_ + 1;
-    try {
-        allocate(old_size * 2);
-    } catch (const std::bad_alloc &) {
-        places_ = old;
-        throw;
-    }
+    allocate(old_size * 2);
     for (std::uint32_t i = 0; i < old_size; ++i) {
         if (old[i] == 0) continue;
         std::uint32_t position = hash_of(node_at(old[i])->key()) & mask_;

@@ -60,10 +60,10 @@ class FileSink : public Sink {
     explicit FileSink(platform::TextWriter &file) : file_(file) {}
 
     void put(const char *text, std::size_t size) override {
-        if (size > buffer_.size() - held_) flush();
-        if (size > buffer_.size()) {
-            file_.write(text, size);
-            return;
+        for (std::size_t room; size > (room = buffer_.size() - held_); text += room, size -= room) {
+            std::copy(text, text + room, buffer_.data() + held_);
+            held_ += room;
+            flush();
         }
         std::copy(text, text + size, buffer_.data() + held_);
         held_ += size;

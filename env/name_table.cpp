@@ -108,9 +108,10 @@ Namesakes NameTable::find(std::string_view name) const {
 void NameTable::allocate(std::size_t size, bool wide) {
     const std::size_t bytes = size * (sizeof(Tag) + (wide ? sizeof(void *) : sizeof(std::uint32_t)));
     if (bytes > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
-    block_ = static_cast<char *>(heap_malloc(static_cast<std::uint32_t>(bytes)));
-    if (block_ == nullptr) throw std::bad_alloc();
-    std::memset(block_, 0, size * sizeof(Tag));
+    auto *const block = static_cast<char *>(heap_malloc(static_cast<std::uint32_t>(bytes)));
+    if (block == nullptr) throw std::bad_alloc();
+    std::memset(block, 0, size * sizeof(Tag));
+    block_ = block;
     mask_ = static_cast<std::uint32_t>(size - 1);
     used_ = 0;
     wide_ = wide ? 1 : 0;
@@ -140,13 +141,8 @@ void NameTable::clear() {
 
 // Moves everything to a table of another size or with references of another width.
 void NameTable::rebuild(std::size_t size, bool wide) {
-    NameTable old = *this;
-    try {
-        allocate(size, wide);
-    } catch (const std::bad_alloc &) {
-        *this = old;
-        throw;
-    }
+    const NameTable old = *this;
+    allocate(size, wide);
     for (std::size_t from = 0; from < old.size(); ++from) {
         const Tag tag = old.tags()[from];
         if (tag == kFree) continue;

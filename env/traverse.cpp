@@ -29,7 +29,8 @@ List *top_list(ENV *env) {
 
 namespace {
 
-// Visits one element: the sub-environment is open during the callback, which cannot close it.
+// Visits one element: the sub-environment is open during the callback, which cannot close it. So the
+// element stays, and the walk can go on from it.
 void visit(ENV *env, Element &element, env_callback callback, const char *section, const char *path,
            void *user) {
     ENV *subenv = open_on(env, element);
@@ -52,19 +53,11 @@ std::int32_t traverse(ENV *env, const char *section, const char *path, std::int3
     if (path != nullptr) text.push(path);
     const std::size_t prefix = text.length();
     const Use use(env);
-    for (Element *element = first.element; element != nullptr;) {
-        ++element->pins;  // it stays, so that the walk can go on from it
+    for (Element *element = first.element; element != nullptr; element = element->next) {
         text.cut(prefix);
-        try {
-            if (!sections) text.push(*element);
-            visit(env, *element, callback, sections ? element->name() : section,
-                  sections ? nullptr : text.c_str(), user);
-        } catch (const std::bad_alloc &) {
-            --element->pins;
-            throw;
-        }
-        --element->pins;
-        element = element->next;
+        if (!sections) text.push(*element);
+        visit(env, *element, callback, sections ? element->name() : section,
+              sections ? nullptr : text.c_str(), user);
     }
     return ENV_OK;
 }

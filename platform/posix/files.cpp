@@ -56,7 +56,7 @@ std::int64_t InputFile::read_at(std::int64_t offset, char *buffer, std::size_t s
 
 bool InputFile::modification_time(std::int64_t &seconds) const {
     struct stat status;
-    if (fstat(static_cast<int>(handle_), &status) != 0) return false;
+    if (io_fails() || fstat(static_cast<int>(handle_), &status) != 0) return false;
     seconds = status.st_mtime;
     return true;
 }

@@ -1,4 +1,5 @@
 // Reading files, their status, and the log.
+#include "platform/failpoint.hpp"
 #include "platform/platform.hpp"
 #include "platform/win32/handle.hpp"
 
@@ -58,7 +59,7 @@ std::int64_t InputFile::read_at(std::int64_t offset, char *buffer, std::size_t s
 
 bool InputFile::modification_time(std::int64_t &seconds) const {
     FILETIME time;
-    if (GetFileTime(to_handle(handle_), nullptr, nullptr, &time) == 0) return false;
+    if (io_fails() || GetFileTime(to_handle(handle_), nullptr, nullptr, &time) == 0) return false;
     seconds = win32::seconds_since_1970(time);
     return true;
 }
