@@ -37,6 +37,22 @@ TEST_F(Calc, ShowsThePlaceOfAnError) {
     EXPECT_EQ(run({"calc", "--unknown", "1"}).code, 2);
 }
 
+TEST_F(Calc, SaysWhatIsWrong) {
+    const std::pair<const char *, const char *> cases[] = {
+        {"SIN 30", "( is missing behind the name of a function (error 2)"},
+        {"(1+2", ") is missing (error 3)"},
+        {"1 ? 2", ": is missing (error 7)"},
+        {"(-8)^(1/3)", "a negative number to a power that is no whole number (error 14)"},
+        {"0^-1", "the power is not finite (error 15)"},
+        {"SQRT(-4)", "the square root of a negative number (error 17)"},
+    };
+    for (const auto &[expression, text] : cases) {
+        const Outcome outcome = run({"calc", "--", expression});
+        EXPECT_EQ(outcome.code, 1);
+        EXPECT_TRUE(outcome.err.starts_with(std::string("kv calc: ") + text + "\n")) << outcome.err;
+    }
+}
+
 TEST_F(Calc, ReadsLines) {
     write("sheet", "; a beam\r\n2*3\r\n\r\n1/0\n4");
     const Outcome outcome = run({"calc", "--echo"}, {.input = path("sheet").string()});
