@@ -171,9 +171,9 @@ void kill_changes(const std::string &file, int kills, const SetNumber &set, int 
         // Seldom changed: the changes are slower.
         if (now != before) {
             ++changed;
-            latest = std::max(latest - 20, 100);
+            latest = std::max(latest - latest / 16, 100);
         } else {
-            latest = std::min(latest + 20, 10000);
+            latest = std::min(latest + latest / 16, 100'000);
         }
         before = now;
     }
