@@ -27,6 +27,7 @@ if(KV_SANITIZE)
   add_link_options(-fsanitize=${KV_SANITIZE})
 endif()
 if(KV_COVERAGE)
-  add_compile_options(--coverage)
+  # The tests run threads, which would lose counts, or make them negative.
+  add_compile_options(--coverage -fprofile-update=atomic)
   add_link_options(--coverage)
 endif()
