@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "config/mini_sections.hpp"
 #include "memory/failpoint.hpp"
 #include "platform/failpoint.hpp"
 #include "tests/config/mini_caches.hpp"
@@ -228,6 +229,55 @@ TEST(MiniExhaustion, OpeningUpdatingRenaming) {
     });
     EXPECT_GT(runs, 20);
     EXPECT_NE(after.find("[a name that is longer]\r\nc=3"), std::string::npos) << after;
+}
+
+// New entries do without the index when that finds no room to grow.
+TEST(MiniExhaustion, AnIndexThatCannotGrow) {
+    use_file("");
+    const Cache cache;
+    const auto write = [&](int i) {
+        const std::string key = "key" + std::to_string(i);
+        mini_write_string(cache, "A", key.c_str(), std::to_string(i).c_str());
+    };
+    constexpr std::int64_t kMany = 1000;
+    std::int64_t usual = 0;  // the allocations of an entry
+    int refused = 0;
+    for (int i = 0; i < 200; ++i) {
+        kv::memory::plan_failure(usual > 0 ? usual : kMany);
+        write(i);
+        const std::int64_t left = kv::memory::allocations_until_failure;
+        kv::memory::plan_failure(-1);
+        if (i == 20) usual = kMany - left;
+        ASSERT_EQ(value(cache, "A", "key0"), "0") << i;  // builds the index again
+        ASSERT_EQ(value(cache, "A", ("key" + std::to_string(i)).c_str()), std::to_string(i));
+        if (usual > 0 && left == 0) ++refused;
+    }
+    EXPECT_GT(refused, 0);
+}
+
+// The numbers by which an index knows what comes first, at the ends of what they hold.
+TEST(MiniLists, NumbersThatEnd) {
+    const auto numbers_grow = [](const auto &list) {
+        for (const kv::mini::Node *node = list.first(); node->next != nullptr; node = node->next) {
+            if (node->order >= node->next->order) return false;
+        }
+        return true;
+    };
+    kv::mini::Sections sections;
+    kv::mini::Section &section = sections.add(kv::mini::Sections::make("s"));
+    kv::mini::Entry &first = section.append("twice", "1");
+    for (int i = 0; i < 20; ++i) section.append(std::to_string(i), "");
+    section.entries.find("19")->order = INT32_MAX;
+    kv::mini::Entry &second = section.append("twice", "2");
+    EXPECT_TRUE(numbers_grow(section.entries));
+    EXPECT_EQ(section.entries.find("twice"), &first);
+    section.entries.remove(first);
+    EXPECT_EQ(section.entries.find("twice"), &second);
+
+    section.order = INT32_MIN;
+    const kv::mini::Section &unnamed = sections.add(kv::mini::Sections::make(""));
+    EXPECT_EQ(sections.first(), &unnamed);
+    EXPECT_TRUE(numbers_grow(sections));
 }
 
 std::size_t files_on_drive() {

@@ -132,6 +132,13 @@ TEST(Exhaustion, Lookups) {
         {"check", [&](ENV *e) { return done(env_check(e, "s", "z", 0) == ENV_DATA); }},
         {"count", [&](ENV *e) { return done(env_count_elements(e, "s", "y", 0) == 1); }},
         {"count path", [&](ENV *e) { return done(env_count_path(e, "big", "n7", 0) == 3); }},
+        {"get by position",
+         [&](ENV *e) {
+             const char *name = nullptr;
+             const int32_t status =
+                 env_get_core(e, "big", nullptr, 1, 50, nullptr, &name, nullptr, nullptr);
+             return done(status == ENV_DATA && std::string(name) == "n9");
+         }},
         {"iterate",
          [&](ENV *e) {
              char name[8], value[8];

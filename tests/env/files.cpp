@@ -1,5 +1,6 @@
 // Files and strings: line ends, times, and what happens to a file that cannot be read or written.
 
+#include "platform/failpoint.hpp"
 #include "tests/env/trees.hpp"
 
 namespace {
@@ -62,6 +63,25 @@ TEST_F(Files, Times) {
     EXPECT_EQ(env_get_file_mtime(sub.get()), -10);
     EXPECT_EQ(env_read_file("c:\\none.env", env.get()), ENV_ERROR);
     EXPECT_EQ(env_get_file_mtime(env.get()), read);
+    EXPECT_EQ(reports("Try to call 'env_core_set_mtime' for subenv",
+                      [&] { env_read_file("c:\\t.env", sub.get()); }),
+              1);
+    // A file system that does not tell: the content is there.
+    int untold = 0;
+    for (int successes = 0; successes < 10; ++successes) {
+        const Env other = open_env();
+        int32_t status = ENV_ERROR;
+        kv::platform::plan_io_failure(successes, false);
+        const int told =
+            reports("_fstat failed", [&] { status = env_read_file("c:\\t.env", other.get()); });
+        kv::platform::plan_io_failure(-1, false);
+        if (told == 0) continue;
+        EXPECT_EQ(status, ENV_OK);
+        EXPECT_NE(dump(other.get()), "");
+        EXPECT_EQ(env_get_file_mtime(other.get()), -10);
+        untold += told;
+    }
+    EXPECT_EQ(untold, 1);
 }
 
 TEST_F(Files, Writing) {

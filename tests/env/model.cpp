@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <deque>
 #include <random>
+#include <thread>
 
 #include "tests/env/trees.hpp"
 
@@ -606,6 +607,25 @@ TEST(EnvModel, ElementsFarApart) {
     const char *rest = nullptr;
     EXPECT_EQ(env_get_reference(env.get(), "s", "e7", 1, &rest), 0);
     EXPECT_STREQ(rest, "again");
+}
+
+// Another thread's memory may lie far from this one's: the new elements take what the deleted ones leave
+// there, and what the table of names needs for a second element of a name comes from here.
+TEST(EnvModel, ElementsOfAnotherThread) {
+    Env env = open_env();
+    std::thread([&] {
+        for (int i = 0; i < 60; ++i) env_put(env.get(), "s", numbered("n", i + 10).c_str(), "v");
+    }).join();
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(env_delete(env.get(), "s", numbered("n", i + 10).c_str()), ENV_OK);
+    for (int i = 20; i < 25; ++i) {
+        EXPECT_EQ(env_put(env.get(), "s", (numbered("n", i) + "@2").c_str(), "w"), ENV_OK);
+    }
+    for (int i = 0; i < 60; ++i) {
+        const int count = i < 5 ? 0 : i >= 10 && i < 15 ? 2 : 1;
+        EXPECT_EQ(env_count_path(env.get(), "s", numbered("n", i + 10).c_str(), 1), count) << i;
+    }
+    EXPECT_EQ(get(env.get(), "s", "n20@1") + get(env.get(), "s", "n20@2"), "vw");
 }
 
 TEST_P(EnvModels, RandomOperations) {

@@ -245,16 +245,17 @@ TEST(Traversal, MergesWithinOneTree) {
         int32_t mode;
         const char *from, *to, *after;
     } cases[] = {
-        {ENV_SINK_APPEND, nullptr, nullptr, "[s] v=1 v=2 b{x=3 c{y=4 y=4} x=3} w=5 v=1 v=2 w=5"},
-        {ENV_SINK_REPLACE, nullptr, nullptr, "[s] v=1 v=2 b{x=3 c{y=4}} w=5"},
-        {ENV_SINK_REPLACE, "b", nullptr, "[s] v=1 v=2 b{x=3 c{y=4}} w=5 x=3 c{y=4}"},
-        {ENV_SINK_REPLACE, "b", "b@c", "[s] v=1 v=2 b{x=3 c{y=4 x=3 c{y=4}}} w=5"},
-        {ENV_SINK_ADD, "b@c", "b", "[s] v=1 v=2 b{x=3 c{y=4} y=4} w=5"},
+        {ENV_SINK_APPEND, nullptr, nullptr, "[s] v=1 v=2 b{x=3 c{y=4 y=4} e*0 x=3} w=5 v=1 v=2 w=5"},
+        {ENV_SINK_REPLACE, nullptr, nullptr, "[s] v=1 v=2 b{x=3 c{y=4} e*0} w=5"},
+        {ENV_SINK_REPLACE, "b", nullptr, "[s] v=1 v=2 b{x=3 c{y=4} e*0} w=5 x=3 c{y=4}"},
+        {ENV_SINK_REPLACE, "b", "b@c", "[s] v=1 v=2 b{x=3 c{y=4 x=3 c{y=4}} e*0} w=5"},
+        {ENV_SINK_ADD, "b@c", "b", "[s] v=1 v=2 b{x=3 c{y=4} e*0 y=4} w=5"},
     };
     for (const auto &row : cases) {
         SCOPED_TRACE(testing::Message() << "mode " << row.mode << " " << (row.from ? row.from : "all"));
         const Env env =
             tree("[s]\n  v =1\n  v =2\n  b ={\n    x =3\n    c ={\n      y =4\n    }\n  }\n  w =5\n");
+        ASSERT_EQ(env_put_external(env.get(), "s", "b@e", nullptr), ENV_OK);  // stays alone
         {
             const Env from = open_sub(env.get(), "s", row.from), to = open_sub(env.get(), "s", row.to);
             EXPECT_EQ(env_sink(to.get(), from.get(), row.mode), 0);
