@@ -12,7 +12,7 @@ HEAD = """# Performance
 Written by `scripts/bench` on {date}: {machine}. {compiler}, Release.
 
 Each line sets what this library takes beside what a peer takes for the same work in the same run; the share is the first figure by
-the second, so that less is better. A goal is the most that the share may be. Figures are medians of three repetitions in random
+the second, so that less is better. A goal is the most that the share may be. Figures are medians of nine repetitions in random
 order, of processor time where nothing else is said; [bench/README.md](../bench/README.md) says what is measured and how much to
 trust it.
 """
