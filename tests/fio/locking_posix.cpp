@@ -27,7 +27,7 @@ namespace {
 TEST(LockingOnPosix, FilesWithoutPositions) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
-    const std::string path = "/proc/self/fd/" + std::to_string(ends[1]);
+    const std::string path = "Z:\\proc\\self\\fd\\" + std::to_string(ends[1]);
     FIO *stream = fio_open("", path.c_str(), FIO_WRITE);
     ASSERT_NE(stream, nullptr);
     EXPECT_EQ(fio_lock(stream), FIO_LOCK_FAILED);

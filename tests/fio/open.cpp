@@ -64,6 +64,7 @@ TEST(Open, Flags) {
 }
 
 TEST(Open, WhatCannotBeOpened) {
+    clear_log();
     std::filesystem::create_directory(drive_c() / "folder");
     for (const uint32_t flags : {1U, 2U, 4U, 9U, 17U, 25U}) {
         EXPECT_EQ(fio_open("C:\\", "folder", flags), nullptr) << flags;
