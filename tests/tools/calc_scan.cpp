@@ -69,10 +69,10 @@ TEST_F(Scan, PrintsATable) {
                "     1     1  keyword     if  = 1\n"
                "     1     4  identifier  x1\n"
                "     1     7  long        -7  = -7\n"
-               "     1     9  eol         \n"
+               "     1     9  eol\n"
                "     2     1  char        a  = 97\n"
                "     2     5  double      1.5e  = 1.5  ! exponent without a digit\n"
-               "     2     9  eof         \n",
+               "     2     9  eof\n",
                "");
     EXPECT_EQ(run({"scan", "none"}).code, 3);
     EXPECT_EQ(run({"scan", "text", "--keywords", "none"}).code, 3);

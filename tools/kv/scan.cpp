@@ -123,8 +123,10 @@ struct CloseScanner {
 
 void print(std::int32_t kind, std::int32_t error, const SCAN_TOKEN &token) {
     std::cout << std::right << std::setw(6) << token.line + 1 << ' ' << std::setw(5) << token.column + 1
-              << "  " << std::left << std::setw(11) << kKindNames[kind] << ' ';
-    if (kind < SCAN_EOL) std::cout << token.text;
+              << "  ";
+    const bool has_text = kind < SCAN_EOL;
+    std::cout << std::left << std::setw(has_text ? 12 : 0) << kKindNames[kind];
+    if (has_text) std::cout << token.text;
     if (kind == SCAN_DOUBLE) std::cout << "  = " << token.dval;
     if (kind == SCAN_LONG || kind == SCAN_CHAR || kind == SCAN_KEYWORD) std::cout << "  = " << token.lval;
     if (error != SCAN_OK) std::cout << "  ! " << kErrors[error];
