@@ -325,7 +325,11 @@ int32_t hash_get_index(HASH *table, int32_t index, char **key, kv_value *value) 
 }
 
 int32_t hash_remove_name(HASH *table, const char *key) noexcept {
-    if (table == nullptr || key == nullptr) return -1;
+    if (table == nullptr) return -1;
+    if (key == nullptr) {
+        if (table->hashfn == byte_sum) byte_sum(key);  // which reports it
+        return -1;
+    }
     return hash_remove_index(table, table->find_place(table->want(key)));
 }
 

@@ -230,6 +230,8 @@ KV_API int32_t hash_get_index(HASH *table, int32_t index, char **key, kv_value *
 /** Removes a key from this table. It is looked for as hash_put() does: no further than to the first
  *  empty slot.
  *
+ *  A NIL key is reported where the table has the library's hash function.
+ *
  *  @return the index of the slot, which is empty now; -1: not found, or table or key is NIL */
 KV_API int32_t hash_remove_name(HASH *table, const char *key) KV_NOEXCEPT;
 

@@ -167,8 +167,17 @@ TEST(Hash, ParentsAndIndexes) {
         EXPECT_EQ(hash_remove_index(outer, bad), -1);
         EXPECT_EQ(hash_get_index(outer, bad, &key, nullptr), -1);
     }
+    // Of NIL for a key only a removal tells.
+    kvtest::clear_log();
+    EXPECT_EQ(hash_put(inner, nullptr, 1), -1);
+    EXPECT_EQ(hash_get(inner, nullptr, nullptr, nullptr), -1);
+    EXPECT_EQ(kvtest::read_log(), "");
+    EXPECT_EQ(hash_remove_name(inner, nullptr), -1);
+    EXPECT_EQ(kvtest::count_in_log(">ERROR  in Unknown Application \"Hash\""), 1);
+    EXPECT_EQ(kvtest::count_in_log("   NIL  parameter!\n"), 1);
     hash_close(inner);
     hash_close(outer);
+    EXPECT_EQ(hash_remove_name(nullptr, nullptr), -1);
     EXPECT_EQ(hash_put(nullptr, "x", 1), -1);
     EXPECT_EQ(hash_get(nullptr, "x", nullptr, nullptr), -1);
     EXPECT_EQ(hash_get_index(nullptr, 0, nullptr, nullptr), -1);
