@@ -74,6 +74,8 @@ TEST(Paths, TooLongPathsAreNeitherCutNorWrittenBeyondTheBuffer) {
     EXPECT_STREQ(fio_make_fullpath(full, nullptr, nullptr, longest.c_str()), "");
     EXPECT_STREQ(fio_make_fullpath(full, nullptr, nullptr, ("C:\\" + std::string(252, 'n')).c_str()),
                  ("C:\\" + std::string(252, 'n')).c_str());
+    EXPECT_STREQ(fio_make_fullpath(full, nullptr, "C:\\\\", nullptr),
+                 "C:\\");  // a root keeps one separator
 }
 
 TEST(Paths, PathsAreTakenApart) {
