@@ -60,13 +60,14 @@ class FileSink : public Sink {
     explicit FileSink(platform::TextWriter &file) : file_(file) {}
 
     void put(const char *text, std::size_t size) override {
-        for (std::size_t room; size > (room = buffer_.size() - held_); text += room, size -= room) {
-            std::copy(text, text + room, buffer_.data() + held_);
-            held_ += room;
+        while (size > buffer_.size() - held_) {
+            const std::size_t room = buffer_.size() - held_;
+            hold(text, room);
             flush();
+            text += room;
+            size -= room;
         }
-        std::copy(text, text + size, buffer_.data() + held_);
-        held_ += size;
+        hold(text, size);
     }
     void flush() {
         file_.write(buffer_.data(), held_);  // a failure shows when the file is committed
@@ -74,6 +75,11 @@ class FileSink : public Sink {
     }
 
   private:
+    void hold(const char *text, std::size_t size) {
+        std::copy(text, text + size, buffer_.data() + held_);
+        held_ += size;
+    }
+
     platform::TextWriter &file_;
     FileBuffer buffer_;
     std::size_t held_ = 0;
