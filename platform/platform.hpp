@@ -98,6 +98,7 @@ class ReplacementFile {
 
   private:
     struct Paths;
+    // False if that fails. The two that commit may throw std::bad_alloc, which commit() catches.
     bool open_temporary();
     bool write_temporary(const char *bytes, std::size_t size);
     bool commit_temporary();
