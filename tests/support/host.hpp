@@ -21,7 +21,10 @@ class Host {
     std::filesystem::path root_;
 };
 
-/// Runs all tests; the result of main().
+/// The system's number of this process.
+unsigned long process_number();
+
+/// Runs all tests; the result of main(). A test that ends the process fails it, whatever its exit code.
 int run_tests(int argc, char **argv);
 
 }  // namespace kvtest

@@ -5,6 +5,7 @@
 #include <stdlib.h>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "tests/support/host.hpp"
 #include "tests/support/support.hpp"
@@ -23,6 +24,10 @@ Host::Host() {
 
 Host::~Host() {
     if (!root_.empty()) std::filesystem::remove_all(root_);
+}
+
+unsigned long process_number() {
+    return static_cast<unsigned long>(getpid());
 }
 
 RegistryValue::RegistryValue(const std::string &key, const std::string &text) : key_(key) {

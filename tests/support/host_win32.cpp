@@ -108,6 +108,10 @@ Host::~Host() {
     if (g_answers.joinable()) g_answers.join();
 }
 
+unsigned long process_number() {
+    return GetCurrentProcessId();
+}
+
 RegistryValue::RegistryValue(const std::string &key, const std::string &text) : key_(key) {
     HKEY opened = nullptr;
     EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &opened,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -18,6 +19,14 @@ namespace {
 
 std::filesystem::path g_drive_c;
 std::vector<std::filesystem::path> g_not_ours;  // on drive C at the start
+unsigned long g_running = 0;                    // the process that has tests to run
+
+// kv_exit() ends a process with 0, which would pass for success. Children that tests fork may do so.
+void refuse_early_exit() {
+    if (process_number() != g_running) return;
+    std::fputs("A test has ended the process.\n", stderr);
+    std::_Exit(1);
+}
 
 std::vector<std::filesystem::path> all_on_drive_c() {
     std::vector<std::filesystem::path> entries;
@@ -128,7 +137,10 @@ int kvtest::run_tests(int argc, char **argv) {
     g_drive_c = host.root();
     g_not_ours = all_on_drive_c();
     remove_variable("KV_DEBUG_OUTPUT");
+    g_running = process_number();
+    if (std::atexit(refuse_early_exit) != 0) return 1;
     const int result = RUN_ALL_TESTS();
+    g_running = 0;
     empty_drive_c();
     return result;
 }
