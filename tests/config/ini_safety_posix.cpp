@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <functional>
 #include <random>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -14,6 +13,7 @@
 #include "platform/failpoint.hpp"
 #include "platform/platform.hpp"
 #include "tests/config/ini_safety.hpp"
+#include "tests/support/size_limit_posix.hpp"
 
 namespace {
 
@@ -120,9 +120,7 @@ TEST_F(IniSafety, AFullDisk) {
             reset(before);
             if (linked) fs::create_hard_link(file, directory / "link.ini");
             const int status = in_child([&] {
-                signal(SIGXFSZ, SIG_IGN);
-                const rlimit limit = {50000, 50000};
-                setrlimit(RLIMIT_FSIZE, &limit);
+                const SizeLimit limit(50000);
                 return changes()[i](file.c_str());
             });
             const bool kept = content() == before;

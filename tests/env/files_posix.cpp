@@ -1,11 +1,10 @@
 // Environment files and the rights, the links and the limits of the system. On POSIX alone: the tests fork,
 // and set what Windows does not have.
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "tests/env/trees.hpp"
+#include "tests/support/size_limit_posix.hpp"
 
 namespace {
 
@@ -72,9 +71,7 @@ TEST_F(FilesOnPosix, OldFileStaysWhenTheDiskIsFull) {
     write_file(host("kept.env"), "[old]\r\n");
     fs::permissions(host("kept.env"), static_cast<fs::perms>(0666));
     in_child([&] {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{20'000, 20'000};
-        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+        const SizeLimit limit(20'000);
         env_write_file("c:\\kept.env", big.get());
         EXPECT_GE(count_in_log(">ERROR"), 1);
     });

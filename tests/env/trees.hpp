@@ -6,13 +6,13 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
-#include <pthread.h>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "kv.h"
 
+#include "tests/support/small_stack.hpp"
 #include "tests/support/support.hpp"
 
 namespace kvtest {
@@ -116,23 +116,6 @@ inline std::string get(ENV *env, const char *section, const char *path, int32_t 
     const char *text = nullptr;
     const int32_t code = env_get_reference(env, section, path, exact, &text);
     return code >= 0 && text != nullptr ? text : testing::PrintToString(code);
-}
-
-inline void *run_function(void *work) {
-    (*static_cast<const std::function<void()> *>(work))();
-    return nullptr;
-}
-
-/// Runs `work` on a thread with a stack of 256 KiB.
-inline void on_small_stack(const std::function<void()> &work) {
-    pthread_attr_t attributes;
-    pthread_t thread;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
-    ASSERT_EQ(
-        pthread_create(&thread, &attributes, run_function, const_cast<std::function<void()> *>(&work)), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
 }
 
 }  // namespace kvtest

@@ -1,9 +1,10 @@
-// Devices and disks that are full, as Windows does not let a test have them.
-#include <csignal>
+// Streams whose device or disk fails, as Windows does not let a test have it.
+#include <fcntl.h>
 #include <string>
-#include <sys/resource.h>
+#include <unistd.h>
 
 #include "tests/fio/handles.hpp"
+#include "tests/support/size_limit_posix.hpp"
 
 namespace {
 
@@ -28,24 +29,6 @@ TEST(Values, FullDisk) {
     }
 }
 
-// The largest size of a file, until it is lifted.
-class SizeLimit {
-  public:
-    explicit SizeLimit(rlim_t size) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit{size, before_.rlim_max};
-        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-    }
-    SizeLimit(const SizeLimit &) = delete;
-    SizeLimit &operator=(const SizeLimit &) = delete;
-    ~SizeLimit() { lift(); }
-    void lift() { setrlimit(RLIMIT_FSIZE, &before_); }
-
-  private:
-    rlimit before_{};
-};
-
 // A text that the disk took a part of goes on behind the last whole character: no half of a line end stays.
 TEST(TextStreams, GoOnOnADiskThatHasRoomAgain) {
     const std::string on_disk = "ab\r\n\r\ncd\r\n";
@@ -61,6 +44,28 @@ TEST(TextStreams, GoOnOnADiskThatHasRoomAgain) {
         const std::size_t kept = room > 0 && on_disk[room - 1] == '\r' ? room - 1 : room;
         EXPECT_EQ(written_content(), on_disk.substr(0, kept) + "e\r\n");
     }
+}
+
+// A read that fails behind a carriage return loses nothing: what follows decides about it later.
+TEST(TextStreams, GoOnBehindAFailedRead) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    ASSERT_EQ(write(ends[1], "a\r", 2), 2);
+    const int next = dup(ends[0]);  // the number that the stream will have
+    close(next);
+    const std::string path = "Z:\\proc\\self\\fd\\" + std::to_string(ends[0]);
+    FIO *const file = fio_open("", path.c_str(), FIO_READ | FIO_TEXT);
+    ASSERT_NE(file, nullptr);
+    ASSERT_EQ(fcntl(next, F_SETFL, O_NONBLOCK), 0);  // a read with nothing to read fails then
+    EXPECT_EQ(fio_getchar(file, nullptr), 'a');
+    EXPECT_EQ(fio_getchar(file, nullptr), -1);
+    EXPECT_NE(fio_seek(file, 0, 0), 0);
+    ASSERT_EQ(write(ends[1], "\nb", 2), 2);
+    EXPECT_EQ(fio_getchar(file, nullptr), '\n');
+    EXPECT_EQ(fio_getchar(file, nullptr), 'b');
+    EXPECT_EQ(fio_close(file), 0);
+    close(ends[0]);
+    close(ends[1]);
 }
 
 }  // namespace
