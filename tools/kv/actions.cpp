@@ -1,10 +1,10 @@
-#include "actions.hpp"
+#include "tools/kv/actions.hpp"
 
 #include <algorithm>
 #include <iomanip>
 #include <iostream>
 
-#include "failure.hpp"
+#include "tools/kv/failure.hpp"
 
 namespace kvtool {
 

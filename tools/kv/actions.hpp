@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "arguments.hpp"
+#include "tools/kv/arguments.hpp"
 
 namespace kvtool {
 

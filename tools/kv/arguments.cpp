@@ -1,8 +1,8 @@
-#include "arguments.hpp"
+#include "tools/kv/arguments.hpp"
 
 #include <algorithm>
 
-#include "failure.hpp"
+#include "tools/kv/failure.hpp"
 
 namespace kvtool {
 

@@ -10,10 +10,10 @@
 #include "kv/fio.h"
 #include "kv/memory.h"
 
-#include "arguments.hpp"
-#include "failure.hpp"
-#include "quoting.hpp"
-#include "subcommands.hpp"
+#include "tools/kv/arguments.hpp"
+#include "tools/kv/failure.hpp"
+#include "tools/kv/quoting.hpp"
+#include "tools/kv/subcommands.hpp"
 
 namespace kvtool {
 

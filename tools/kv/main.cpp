@@ -8,8 +8,8 @@
 
 #include "kv/frame.h"
 
-#include "failure.hpp"
-#include "subcommands.hpp"
+#include "tools/kv/failure.hpp"
+#include "tools/kv/subcommands.hpp"
 
 namespace kvtool {
 

@@ -8,10 +8,10 @@
 #include "kv/fio.h"
 #include "kv/serial.h"
 
-#include "arguments.hpp"
-#include "failure.hpp"
 #include "platform/platform.hpp"
-#include "subcommands.hpp"
+#include "tools/kv/arguments.hpp"
+#include "tools/kv/failure.hpp"
+#include "tools/kv/subcommands.hpp"
 
 namespace kvtool {
 

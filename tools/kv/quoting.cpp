@@ -1,4 +1,4 @@
-#include "quoting.hpp"
+#include "tools/kv/quoting.hpp"
 
 #include <algorithm>
 #include <charconv>

@@ -9,9 +9,9 @@
 #include <memory>
 #include <vector>
 
-#include "arguments.hpp"
-#include "failure.hpp"
-#include "subcommands.hpp"
+#include "tools/kv/arguments.hpp"
+#include "tools/kv/failure.hpp"
+#include "tools/kv/subcommands.hpp"
 
 namespace kvtool {
 

@@ -7,9 +7,9 @@
 #include "kv/fio.h"
 #include "kv/strings.h"
 
-#include "arguments.hpp"
-#include "failure.hpp"
-#include "subcommands.hpp"
+#include "tools/kv/arguments.hpp"
+#include "tools/kv/failure.hpp"
+#include "tools/kv/subcommands.hpp"
 
 namespace kvtool {
 

@@ -1,4 +1,4 @@
-#include "unreadable.hpp"
+#include "tools/kv/unreadable.hpp"
 
 #include <cerrno>
 #include <cstdio>

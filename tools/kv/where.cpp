@@ -5,9 +5,9 @@
 
 #include "kv/config.h"
 
-#include "arguments.hpp"
-#include "failure.hpp"
-#include "subcommands.hpp"
+#include "tools/kv/arguments.hpp"
+#include "tools/kv/failure.hpp"
+#include "tools/kv/subcommands.hpp"
 
 namespace kvtool {
 

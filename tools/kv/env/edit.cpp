@@ -1,0 +1,128 @@
+// `kv env set`, `delete`, `insert` and `edit`: changes of a file, all of a call or none.
+#include "tools/kv/env/action.hpp"
+#include "tools/kv/env/edits.hpp"
+#include "tools/kv/env/file.hpp"
+#include "tools/kv/failure.hpp"
+
+namespace kvtool {
+
+namespace {
+
+// Makes the edits in memory and saves once. `numbered`: messages tell which of the edits failed.
+int change_file(const Arguments &arguments, const std::vector<Edit> &edits, bool numbered) {
+    const std::string &file = arguments.operands()[0];
+    const Tree tree = new_tree();
+    std::string problem;
+    const LoadResult result = try_load(file, tree.get(), problem);
+    const bool create = result == LoadResult::missing && arguments.has("--create");
+    if (result != LoadResult::done && !create) throw Failure{kFile, problem};
+    for (std::size_t i = 0; i < edits.size(); ++i) {
+        try {
+            apply(edits[i], tree.get());
+        } catch (const Failure &failure) {
+            const std::string which = numbered ? "edit " + std::to_string(i + 1) + ": " : "";
+            std::string text = file;
+            text.append(": ").append(which).append(failure.text).append("; nothing was saved");
+            throw Failure{failure.code, text};
+        }
+    }
+    save(tree.get(), arguments.value("--output", file));
+    return kDone;
+}
+
+// An action whose operands behind FILE are the words of one edit.
+int run_single(std::string_view command, const Arguments &arguments) {
+    const std::string_view verb = command.substr(command.rfind(' ') + 1);
+    return change_file(
+        arguments, {{std::string(verb), {arguments.operands().begin() + 1, arguments.operands().end()}}},
+        false);
+}
+
+int run_edit(std::string_view command, const Arguments &arguments) {
+    std::vector<Edit> edits;
+    for (const std::string &text : arguments.values("-e")) edits.push_back(parse_edit(text));
+    if (edits.empty()) fail_usage(command, "wants -e EDIT");
+    return change_file(arguments, edits, true);
+}
+
+constexpr Option kCreateOption = {"--create", "", "start with an empty file if there is none"};
+constexpr Option kSetOptions[] = {kCreateOption, kOutputOption};
+constexpr Option kDeleteOptions[] = {kOutputOption};
+constexpr Option kEditOptions[] = {
+    {"-e", "EDIT", "an edit; may be given several times"},
+    kCreateOption,
+    kOutputOption,
+};
+
+}  // namespace
+
+const Action kEnvSet = {
+    "set",
+    "FILE SECTION [PATH VALUE] [--create] [--output FILE]",
+    "store a value, or make a section",
+    R"(Stores VALUE at PATH and saves the file; without PATH it makes the section if there is none.
+What is missing on the way is made: sections, blocks, and for an index beyond the last element
+of its name as many empty elements as are missing. A block that VALUE is stored over is gone
+with all in it, and so is the text of an element that PATH leads through. A part of PATH that is
+digits behind a name is an index, so 'slot@7' is the seventh slot; 'slot@1@7' names an element
+7.
+
+Refused, with exit code 2, is what a file cannot carry: a text with a line end, that begins with
+a blank or "{", or ends with a blank; a name with "=" or a line end, or with blanks around it,
+or that begins with "[" or "}"; a section name with "]"; the byte 26. Comments of the file are
+not kept.
+)",
+    kSetOptions,
+    2,
+    4,
+    run_single,
+};
+
+const Action kEnvDelete = {
+    "delete",
+    "FILE SECTION [PATH] [--output FILE]",
+    "delete an element or a section",
+    R"(Deletes an element with all below it, without PATH a section, and saves the file.
+)",
+    kDeleteOptions,
+    2,
+    3,
+    run_single,
+};
+
+const Action kEnvInsert = {
+    "insert",
+    "FILE SECTION [PATH] NAME [VALUE] [--output FILE]",
+    "insert an element or a section before another",
+    R"(Inserts an element NAME with the text VALUE (empty if not given) in front of the one at PATH;
+without PATH, an empty section NAME in front of SECTION. Then saves the file. An element becomes
+a block when something is set below it. NAME is one name, not a path. For what is refused, see
+'kv env set --help'.
+)",
+    kDeleteOptions,
+    3,
+    5,
+    run_single,
+};
+
+const Action kEnvEdit = {
+    "edit",
+    "FILE -e EDIT... [--create] [--output FILE]",
+    "make several edits at once",
+    R"(Makes edits in order and saves the file once, with all of them; if one fails, none is saved. An
+EDIT is
+  set SECTION [PATH VALUE]
+  delete SECTION [PATH]
+  insert SECTION [PATH] NAME [VALUE]
+with the meaning of the actions of these names. Its words are separated by blanks. A word that
+has blanks or is empty stands in '...' or "..."; the quote itself is written twice in it.
+Backslashes, and quotes inside of a word, are characters like others:
+  kv env edit press.env -e "set press name 'Press 4'" -e 'delete press limits@max'
+)",
+    kEditOptions,
+    1,
+    1,
+    run_edit,
+};
+
+}  // namespace kvtool

@@ -1,0 +1,207 @@
+// `kv ini set`, `delete`, `rename` and `edit`: changes of a file, all of a call or none.
+#include <filesystem>
+
+#include "tools/kv/env/edits.hpp"
+#include "tools/kv/failure.hpp"
+#include "tools/kv/ini/action.hpp"
+
+namespace kvtool {
+
+namespace {
+
+bool has_any(const std::string &text, const char *characters) {
+    return text.find_first_of(characters) != text.npos;
+}
+
+bool has_white_space_at(const std::string &text, std::size_t position) {
+    return static_cast<unsigned char>(text[position]) <= 32;
+}
+
+void check_section(const std::string &name) {
+    const bool around = !name.empty() && (name.front() == ' ' || name.back() == ' ');
+    if (around || has_any(name, "]\n\r\x1a") || name.size() > 79) {
+        throw Failure{kUsage,
+                      "a section's name has at most 79 characters, no \"]\", line end or Ctrl-Z in it, "
+                      "and no blanks around it"};
+    }
+}
+
+void check_new_section(const std::string &name) {
+    check_section(name);
+    if (name.empty()) throw Failure{kUsage, "a section's new name is empty"};
+}
+
+void check_key(const std::string &key) {
+    if (key.empty() || key[0] == ';' || key[0] == '[' || has_any(key, "=\n\r\x1a") || key.size() > 79 ||
+        has_white_space_at(key, 0) || has_white_space_at(key, key.size() - 1)) {
+        throw Failure{kUsage,
+                      "a key has 1 to 79 characters, no \"=\", line end or Ctrl-Z in it and no blanks "
+                      "around it, and begins neither with \";\" nor with \"[\""};
+    }
+}
+
+void check_value(const std::string &key, const std::string &value) {
+    if (has_any(value, "\n\r\x1a") || (!value.empty() && has_white_space_at(value, value.size() - 1))) {
+        throw Failure{kUsage, "a value has no line end or Ctrl-Z in it and no blanks at its end"};
+    }
+    constexpr std::size_t kLineLength = 511;
+    if (key.size() + 1 + value.size() > kLineLength) {
+        throw Failure{kUsage, "a key and its value have at most 510 characters together"};
+    }
+}
+
+// The library's form of an edit, which points into it.
+INI_EDIT library_edit(const Edit &edit) {
+    const std::vector<std::string> &words = edit.words;
+    const auto wants = [&](std::size_t least, std::size_t most, const char *what) {
+        if (words.size() < least || words.size() > most)
+            throw Failure{kUsage, edit.verb + " wants " + what};
+    };
+    if (edit.verb == "set") {
+        wants(3, 3, "SECTION KEY VALUE");
+        check_section(words[0]);
+        check_key(words[1]);
+        check_value(words[1], words[2]);
+        return {INI_EDIT_WRITE, words[0].c_str(), words[1].c_str(), words[2].c_str()};
+    }
+    if (edit.verb == "delete") {
+        wants(1, 2, "SECTION [KEY]");
+        if (words.size() == 1) return {INI_EDIT_DELETE_SECTION, words[0].c_str(), nullptr, nullptr};
+        return {INI_EDIT_DELETE_ENTRY, words[0].c_str(), words[1].c_str(), nullptr};
+    }
+    if (edit.verb == "rename") {
+        wants(2, 3, "SECTION [KEY] NEW");
+        if (words.size() == 2) {
+            check_new_section(words[1]);
+            return {INI_EDIT_RENAME_SECTION, words[0].c_str(), nullptr, words[1].c_str()};
+        }
+        check_key(words[2]);
+        return {INI_EDIT_RENAME_ENTRY, words[0].c_str(), words[1].c_str(), words[2].c_str()};
+    }
+    throw Failure{kUsage, "no edit '" + edit.verb + "', see 'kv ini edit --help'"};
+}
+
+[[noreturn]] void fail_edit(const std::string &file, const std::string &which, const Failure &failure) {
+    std::string text = file;
+    text.append(": ").append(which).append(failure.text).append("; nothing was saved");
+    throw Failure{failure.code, text};
+}
+
+// `numbered`: messages tell which of the edits failed.
+int change_file(const Arguments &arguments, const std::vector<Edit> &edits, bool numbered) {
+    const std::string file = ini_file(arguments);
+    const auto which = [&](std::size_t i) {
+        return numbered ? "edit " + std::to_string(i + 1) + ": " : std::string();
+    };
+    std::vector<INI_EDIT> all;
+    for (std::size_t i = 0; i < edits.size(); ++i) {
+        try {
+            all.push_back(library_edit(edits[i]));
+        } catch (const Failure &failure) {
+            fail_edit(file, which(i), failure);
+        }
+    }
+    std::error_code ignored;
+    const bool create = arguments.has("--create") && !std::filesystem::exists(file, ignored);
+    if (!create) require_readable(file);
+    int32_t reached = 0;
+    const int32_t status = ini_edit(file.c_str(), all.data(), static_cast<int32_t>(all.size()), &reached);
+    if (status == INI_OK) return kDone;
+    const auto failed = static_cast<std::size_t>(reached);
+    if (failed < edits.size() && status > INI_OK) {
+        const Edit &edit = edits[failed];
+        const char *key = status == INI_NO_ENTRY ? edit.words[1].c_str() : nullptr;
+        fail_edit(file, which(failed), {kNotFound, describe_ini(edit.words[0], key) + " not found"});
+    }
+    throw Failure{kFile, file +
+                             ": could not be saved; is there room on the disk, and the right to write "
+                             "the file and its directory?"};
+}
+
+// An action whose operands are the words of one edit.
+int run_single(std::string_view command, const Arguments &arguments) {
+    const std::string_view verb = command.substr(command.rfind(' ') + 1);
+    return change_file(arguments, {{std::string(verb), arguments.operands()}}, false);
+}
+
+int run_edit(std::string_view command, const Arguments &arguments) {
+    std::vector<Edit> edits;
+    for (const std::string &text : arguments.values("-e")) edits.push_back(parse_edit(text));
+    if (edits.empty()) fail_usage(command, "wants -e EDIT");
+    return change_file(arguments, edits, true);
+}
+
+constexpr Option kCreateOption = {"--create", "", "make the file if there is none"};
+constexpr Option kSetOptions[] = {kCreateOption};
+constexpr Option kEditOptions[] = {
+    {"-e", "EDIT", "an edit; may be given several times"},
+    kCreateOption,
+};
+
+}  // namespace
+
+const Action kIniSet = {
+    "set",
+    "SECTION KEY VALUE [--create]",
+    "set an entry to a value",
+    R"(Sets an entry, which is added at the end of its section, and the section at the end of the file,
+where there is none. Comments stay. Lines of the section up to the entry come out as KEY=VALUE,
+and its lines that are no entries are left out; see 'kv ini list' for what the library reads.
+
+Refused, with exit code 2, is what a file cannot hold: what has a line end or a Ctrl-Z (26); a
+value with blanks at its end; a key with "=", or that begins with ";" or "["; a section's name
+with "]"; names with blanks around them or of more than 79 characters; key and value of more than
+510 together.
+)",
+    kSetOptions,
+    3,
+    3,
+    run_single,
+};
+
+const Action kIniDelete = {
+    "delete",
+    "SECTION [KEY]",
+    "delete an entry or a section",
+    R"(Deletes an entry, without KEY a section with its comments.
+)",
+    {},
+    1,
+    2,
+    run_single,
+};
+
+const Action kIniRename = {
+    "rename",
+    "SECTION [KEY] NEW",
+    "rename an entry or a section",
+    R"(Gives an entry the key NEW, without KEY a section the name NEW. Value and place stay. For what a
+name cannot be, see 'kv ini set --help'.
+)",
+    {},
+    2,
+    3,
+    run_single,
+};
+
+const Action kIniEdit = {
+    "edit",
+    "-e EDIT... [--create]",
+    "make several edits at once",
+    R"(Makes edits in order and saves the file once, with all of them; if one fails, none is saved. An
+EDIT is
+  set SECTION KEY VALUE
+  delete SECTION [KEY]
+  rename SECTION [KEY] NEW
+with the meaning of the actions of these names. Its words are separated by blanks. A word that
+has blanks or is empty stands in '...' or "..."; the quote itself is written twice in it.
+Backslashes, and quotes inside of a word, are characters like others:
+  kv ini edit -e "set Pfade Daten C:\kv\daten" -e "delete Beep Tick"
+)",
+    kEditOptions,
+    0,
+    0,
+    run_edit,
+};
+
+}  // namespace kvtool

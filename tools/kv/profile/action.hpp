@@ -1,0 +1,21 @@
+// What the actions of `kv profile` and `kv mat` share. Each has a file of its own.
+#pragma once
+
+#include "tools/kv/actions.hpp"
+#include "tools/kv/profile/tables.hpp"
+
+namespace kvtool {
+
+/// What the tables of a command are, "kv profile find" or "kv mat find".
+const TableFamily &family_of(std::string_view command);
+
+extern const Action kTableList;
+extern const Action kTableGet;
+extern const Action kTableFind;
+extern const Action kProfileDraw;
+
+inline constexpr Option kColumnsOption = {"--columns", "LIST", "these columns, with commas between them"};
+inline constexpr Option kSiOption = {"--si", "", "values in metres and their powers"};
+inline constexpr Option kTablesJsonOption = {"--json", "", "print JSON: an array of objects"};
+
+}  // namespace kvtool

@@ -1,0 +1,160 @@
+// The action find: entries that meet conditions.
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+#include "tools/kv/failure.hpp"
+#include "tools/kv/profile/action.hpp"
+
+namespace kvtool {
+
+namespace {
+
+constexpr std::string_view kOperators[] = {">", "<", ">=", "<=", "=", "==", "!=", "<>"};
+
+std::string without_blanks(std::string_view text) {
+    std::string result;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(result),
+                 [](char c) { return c != ' ' && c != '\t'; });
+    return result;
+}
+
+// "A>50", "Iy <= 6000".
+TableCondition parse_condition(std::string_view command, const std::string &word) {
+    const std::string text = without_blanks(word);
+    const std::size_t start = text.find_first_of("<>=!");
+    const std::size_t end = text.find_first_not_of("<>=!", start);
+    TableCondition condition{text.substr(0, start), "", 0};
+    if (start != text.npos && end != text.npos) {
+        condition.op = text.substr(start, end - start);
+        const char *first = text.data() + end;
+        const char *last = text.data() + text.size();
+        const auto [stop, error] = std::from_chars(first, last, condition.value);
+        const bool known =
+            std::find(std::begin(kOperators), std::end(kOperators), condition.op) != std::end(kOperators);
+        if (known && !condition.column.empty() && error == std::errc() && stop == last) return condition;
+    }
+    fail_usage(command, "'" + word + "' is no condition");
+}
+
+int parse_limit(std::string_view command, const Arguments &arguments) {
+    const std::string text = arguments.value("--limit", "");
+    int limit = std::numeric_limits<int>::max();
+    if (!arguments.has("--limit")) return limit;
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), limit);
+    if (error != std::errc() || stop != text.data() + text.size() || limit < 1) {
+        fail_usage(command, "--limit needs a number from 1");
+    }
+    return limit;
+}
+
+// Those that say something about the columns: of several tables, one without such a column has no match.
+std::vector<TableFile> with_columns(std::vector<TableFile> tables,
+                                    const std::vector<TableCondition> &conditions,
+                                    std::string_view command) {
+    for (const TableCondition &condition : conditions) {
+        const auto lacks = [&](const TableFile &table) { return !table.has_column(condition.column); };
+        tables.erase(std::remove_if(tables.begin(), tables.end(), lacks), tables.end());
+        if (tables.empty()) {
+            throw Failure{kNotFound,
+                          std::string(command) + ": there is no column '" + condition.column + "'"};
+        }
+    }
+    return tables;
+}
+
+// The tables of --table or of all files, else the one that is named after the type.
+std::vector<TableFile> searched_tables(const TableFamily &family, const Arguments &arguments,
+                                       std::string_view command, const std::string &pattern) {
+    std::vector<TableFile> tables = open_tables(family, arguments);
+    if (arguments.has("--all-files") || arguments.has("--table") || tables.size() == 1) return tables;
+    std::string type;
+    for (const char c : without_blanks(pattern)) {
+        const char lower = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+        if (lower < 'a' || lower > 'z') break;
+        type += lower;
+    }
+    const auto other = [&](const TableFile &table) {
+        std::string name = table.name();
+        for (char &c : name) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+        return name != type;
+    };
+    tables.erase(std::remove_if(tables.begin(), tables.end(), other), tables.end());
+    if (tables.empty()) {
+        fail_usage(command, type.empty() ? "wants --type, --table or --all-files"
+                                         : "there is no table '" + type + "'; --all-files asks all");
+    }
+    return tables;
+}
+
+void sort_entries(std::vector<TableEntry> &entries, std::size_t column) {
+    const auto key = [&](const TableEntry &entry) {
+        return entry.values[column].value_or(std::numeric_limits<double>::infinity());
+    };
+    std::stable_sort(entries.begin(), entries.end(),
+                     [&](const TableEntry &a, const TableEntry &b) { return key(a) < key(b); });
+}
+
+int run_find(std::string_view command, const Arguments &arguments) {
+    const TableFamily &family = family_of(command);
+    const std::string pattern = arguments.value("--type", "");
+    const auto limit = static_cast<std::size_t>(parse_limit(command, arguments));
+    std::vector<TableCondition> conditions;
+    for (const std::string &word : arguments.operands()) {
+        conditions.push_back(parse_condition(command, word));
+    }
+    std::vector<TableFile> tables =
+        with_columns(searched_tables(family, arguments, command, pattern), conditions, command);
+    const std::vector<std::string> shown = chosen_columns(family, arguments, tables);
+    std::vector<std::string> columns = shown;
+    const std::string sort_column = arguments.value("--sort", "");
+    const auto sorted_by = std::find(columns.begin(), columns.end(), sort_column);
+    const auto key = static_cast<std::size_t>(sorted_by - columns.begin());
+    if (!sort_column.empty() && sorted_by == columns.end()) columns.push_back(sort_column);
+
+    const bool si = arguments.has("--si");
+    std::vector<TableEntry> entries;
+    for (TableFile &table : tables) {
+        table.select(columns, si);
+        for (TableEntry &entry : table.search(pattern, conditions)) entries.push_back(std::move(entry));
+    }
+    if (!sort_column.empty()) sort_entries(entries, key);
+    if (entries.size() > limit) entries.resize(limit);
+    for (TableEntry &entry : entries) entry.values.resize(shown.size());
+    if (entries.empty()) throw Failure{kNotFound, std::string(command) + ": nothing found"};
+    if (arguments.has("--json")) {
+        print_entries_json(entries, shown);
+    } else {
+        print_entries(entries, shown, si, tables.size() > 1);
+    }
+    return kDone;
+}
+
+constexpr Option kOptions[] = {
+    {"--type", "PATTERN", "of the names: a type, HEB, or with sizes, HEB200, L100x10"},
+    {"--all-files", "", "search all tables of the directory"},
+    {"--sort", "COLUMN", "the smallest value first"},
+    {"--limit", "N", "print the first N"},
+    kColumnsOption,
+    kSiOption,
+    kTablesJsonOption,
+};
+
+}  // namespace
+
+const Action kTableFind = {
+    "find",
+    "[CONDITION]... [--type PATTERN] [--all-files] [--sort COLUMN] [--limit N]",
+    "find the entries that meet conditions",
+    R"(Prints the entries that meet all conditions, such as 'A>50' or 'Iy<=6000': a column, one of
+> < >= <= = == != <>, and a number, with --si in metres and their powers. In PATTERN a number
+is a lower bound, and exact in parentheses. Without --table and --all-files the table is the one
+named after the type. Tables without a column of the conditions are left out.
+)",
+    kOptions,
+    0,
+    1000,
+    run_find,
+};
+
+}  // namespace kvtool

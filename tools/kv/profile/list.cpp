@@ -1,0 +1,123 @@
+// The actions list and get: the tables, their entries, one entry.
+#include <iostream>
+
+#include "tools/kv/failure.hpp"
+#include "tools/kv/profile/action.hpp"
+#include "tools/kv/quoting.hpp"
+
+namespace kvtool {
+
+namespace {
+
+int count_entries(TableFile &table) {
+    int count = 0;
+    table.select({}, false);
+    while (table.next()) ++count;
+    return count;
+}
+
+// One line for each table: its name, the number of its entries, its columns.
+void list_tables(std::vector<TableFile> &tables, bool json) {
+    const char *separator = "[\n";
+    for (TableFile &table : tables) {
+        const int count = count_entries(table);
+        if (json) {
+            std::cout << separator << "{\"table\": " << json_string(table.name())
+                      << ", \"entries\": " << count << ", \"columns\": [";
+        } else {
+            std::cout << table.name() << ": " << count << " entries;";
+        }
+        const char *comma = "";
+        for (const std::string &column : table.columns()) {
+            std::cout << (json ? comma : " ") << (json ? json_string(column) : column);
+            comma = ", ";
+        }
+        std::cout << (json ? "]}" : "\n");
+        separator = ",\n";
+    }
+    if (json) std::cout << "\n]\n";
+}
+
+int run_list(std::string_view command, const Arguments &arguments) {
+    const TableFamily &family = family_of(command);
+    std::vector<TableFile> tables = open_tables(family, arguments);
+    const bool json = arguments.has("--json");
+    if (!arguments.has("--table") && !arguments.has("--all")) {
+        list_tables(tables, json);
+        return kDone;
+    }
+    const std::vector<std::string> columns = chosen_columns(family, arguments, tables);
+    const bool si = arguments.has("--si");
+    std::vector<TableEntry> entries;
+    for (TableFile &table : tables) {
+        table.select(columns, si);
+        while (std::optional<TableEntry> entry = table.next()) entries.push_back(std::move(*entry));
+    }
+    if (json) {
+        print_entries_json(entries, columns);
+    } else {
+        print_entries(entries, columns, si, tables.size() > 1);
+    }
+    return kDone;
+}
+
+int run_get(std::string_view command, const Arguments &arguments) {
+    const TableFamily &family = family_of(command);
+    const std::string &name = arguments.operands()[0];
+    std::vector<TableFile> tables = open_tables(family, arguments);
+    static_cast<void>(chosen_columns(family, arguments, tables));  // of which at least one has each
+    const bool si = arguments.has("--si");
+    for (TableFile &table : tables) {
+        std::vector<std::string> columns = table.columns();
+        if (arguments.has("--columns")) columns = chosen_columns(family, arguments, tables);
+        table.select(columns, si);
+        const std::optional<TableEntry> entry = table.get(name);
+        if (!entry) continue;
+        if (arguments.has("--json")) {
+            print_entries_json({*entry}, columns);
+            return kDone;
+        }
+        std::cout << entry->name << '\n';
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            const std::string unit = unit_of(columns[i], si);
+            std::cout << columns[i] << " = " << text_of_value(entry->values[i]) << (unit.empty() ? "" : " ")
+                      << unit << '\n';
+        }
+        return kDone;
+    }
+    throw Failure{kNotFound, std::string(command) + ": no entry '" + name + "'"};
+}
+
+constexpr Option kListOptions[] = {
+    {"--all", "", "the entries of all tables"}, kColumnsOption, kSiOption, kTablesJsonOption};
+constexpr Option kGetOptions[] = {kColumnsOption, kSiOption, kTablesJsonOption};
+
+}  // namespace
+
+const Action kTableList = {
+    "list",
+    "[--table TABLE | --all] [--columns LIST] [--si]",
+    "list the tables, or the entries of one",
+    R"(Lists the tables of the directory with the number of their entries and their columns; with
+--table the entries of one table, with --all those of all. A value that a table has not is nil.
+)",
+    kListOptions,
+    0,
+    0,
+    run_list,
+};
+
+const Action kTableGet = {
+    "get",
+    "NAME [--columns LIST] [--si]",
+    "print the values of an entry",
+    R"(Prints the values of the entry with exactly this name, or of the first one with exactly the
+numbers of NAME: 'HEB 200', heb200, L100x10. The tables are asked in the order of their names.
+)",
+    kGetOptions,
+    1,
+    1,
+    run_get,
+};
+
+}  // namespace kvtool

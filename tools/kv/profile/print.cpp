@@ -1,0 +1,84 @@
+// Entries of tables as text and as JSON.
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+
+#include "tools/kv/profile/tables.hpp"
+#include "tools/kv/quoting.hpp"
+
+namespace kvtool {
+
+std::string text_of_value(const std::optional<double> &value) {
+    char text[32];
+    if (!value) return "nil";
+    std::snprintf(text, sizeof text, "%.12g", *value);  // more digits are those of the factor's rounding
+    return text;
+}
+
+namespace {
+
+using Row = std::vector<std::string>;
+
+Row header_row(const std::vector<std::string> &columns, bool several_tables) {
+    Row row = {"name"};
+    if (several_tables) row.emplace_back("table");
+    row.insert(row.end(), columns.begin(), columns.end());
+    return row;
+}
+
+Row unit_row(const std::vector<std::string> &columns, bool si, bool several_tables) {
+    Row row(several_tables ? 2 : 1);
+    for (const std::string &column : columns) row.push_back(unit_of(column, si));
+    return row;
+}
+
+Row entry_row(const TableEntry &entry, bool several_tables) {
+    Row row = {entry.name};
+    if (several_tables) row.push_back(entry.table);
+    for (const std::optional<double> &value : entry.values) row.push_back(text_of_value(value));
+    return row;
+}
+
+void print_aligned(const std::vector<Row> &rows, std::size_t left_columns) {
+    std::vector<std::size_t> widths(rows.front().size());
+    for (const Row &row : rows) {
+        for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+    }
+    for (const Row &row : rows) {
+        std::string line;
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            const std::string padding(widths[i] - row[i].size(), ' ');
+            if (i > 0) line += "  ";
+            line += i < left_columns ? row[i] + padding : padding + row[i];
+        }
+        std::cout << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
+    }
+}
+
+}  // namespace
+
+void print_entries(const std::vector<TableEntry> &entries, const std::vector<std::string> &columns, bool si,
+                   bool several_tables) {
+    std::vector<Row> rows = {header_row(columns, several_tables), unit_row(columns, si, several_tables)};
+    for (const TableEntry &entry : entries) rows.push_back(entry_row(entry, several_tables));
+    print_aligned(rows, several_tables ? 2 : 1);
+}
+
+void print_entries_json(const std::vector<TableEntry> &entries, const std::vector<std::string> &columns) {
+    const char *separator = "[\n";
+    for (const TableEntry &entry : entries) {
+        std::cout << separator << "{\"name\": " << json_string(entry.name)
+                  << ", \"table\": " << json_string(entry.table) << ", \"values\": {";
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            const std::optional<double> &value = entry.values[i];
+            const std::string text = text_of_value(value);
+            std::cout << (i > 0 ? ", " : "") << json_string(columns[i]) << ": "
+                      << (value && text.find_first_of("na") == text.npos ? text : "null");
+        }
+        std::cout << "}}";
+        separator = ",\n";
+    }
+    std::cout << (entries.empty() ? "[\n]\n" : "\n]\n");
+}
+
+}  // namespace kvtool

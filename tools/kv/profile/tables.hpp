@@ -1,0 +1,96 @@
+// Tables of profiles and mats as the program's actions see them.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kv/profiles.h"
+
+#include "tools/kv/arguments.hpp"
+
+namespace kvtool {
+
+/// What differs between `kv profile` and `kv mat`.
+struct TableFamily {
+    std::string_view command;  ///< "kv profile"
+    std::string_view what;     ///< "profiles", as messages call the entries
+    const char *extension;
+    const char *setting;  ///< of the directory, in section System of the main configuration file
+    PROFIL *(*open)(const char *path, const char *const *names, const double *factors);
+};
+
+/// An entry with the values of the columns that were selected; none for what is missing.
+struct TableEntry {
+    std::string table;
+    std::string name;
+    std::vector<std::optional<double>> values;
+};
+
+/// A condition on a column: "A>50".
+struct TableCondition {
+    std::string column;
+    std::string op;
+    double value;
+};
+
+class TableFile {
+  public:
+    /// None if the file is no table.
+    static std::optional<TableFile> open(const TableFamily &family, const std::string &path);
+
+    const std::string &name() const { return name_; }
+    /// The columns behind the two of the name.
+    const std::vector<std::string> &columns() const { return columns_; }
+    bool has_column(std::string_view column) const;
+
+    /// Says which values entries are to have, in the units of the table or in metres and their powers, and
+    /// goes to the first entry.
+    void select(const std::vector<std::string> &columns, bool si);
+    std::optional<TableEntry> next();
+    /// The entry of that name, whatever its blanks and its case, or the first one that has exactly its
+    /// numbers.
+    std::optional<TableEntry> get(const std::string &name);
+    /// All entries that match the pattern and meet the conditions.
+    std::vector<TableEntry> search(const std::string &pattern,
+                                   const std::vector<TableCondition> &conditions);
+
+  private:
+    struct Close {
+        void operator()(PROFIL *table) const { profil_close(table); }
+    };
+    using Handle = std::unique_ptr<PROFIL, Close>;
+
+    TableFile(Handle handle, std::string name) : handle_(std::move(handle)), name_(std::move(name)) {}
+    TableEntry entry(const char *name, const std::vector<double> &values) const;
+
+    Handle handle_;
+    std::string name_;
+    std::vector<std::string> columns_;
+    std::vector<double> factors_;
+    std::vector<bool> there_;  // whether the table has the column that was selected
+};
+
+/// The tables that --table or --dir, or else the configuration, name: all of a directory in the order of
+/// their names, or the one. Throws Failure if there are none, or the one is none.
+std::vector<TableFile> open_tables(const TableFamily &family, const Arguments &arguments);
+
+/// The columns that --columns names, or all that any of the tables has. Throws Failure (kNotFound) at one
+/// that no table has.
+std::vector<std::string> chosen_columns(const TableFamily &family, const Arguments &arguments,
+                                        const std::vector<TableFile> &tables);
+
+/// The unit of a column, "cm4" or "m4"; empty if it has none.
+std::string unit_of(const std::string &column, bool si);
+
+/// The value with up to 12 digits; "nil" for none.
+std::string text_of_value(const std::optional<double> &value);
+
+/// Prints entries in columns, or as an array of JSON.
+void print_entries(const std::vector<TableEntry> &entries, const std::vector<std::string> &columns, bool si,
+                   bool several_tables);
+void print_entries_json(const std::vector<TableEntry> &entries, const std::vector<std::string> &columns);
+
+}  // namespace kvtool

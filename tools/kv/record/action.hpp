@@ -1,0 +1,13 @@
+// The actions of `kv record`; each has a file record_<name>.cpp.
+#pragma once
+
+#include "tools/kv/actions.hpp"
+
+namespace kvtool {
+
+extern const Action kRecordDump;
+extern const Action kRecordWrite;
+
+inline constexpr Option kNoHeaderOption = {"--no-header", "", "the file has no header"};
+
+}  // namespace kvtool
