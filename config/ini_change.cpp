@@ -1,5 +1,5 @@
-// Changes of INI files on the disk. Who changes a file has his turn at it from before it is read until the
-// new content is in place, so that changes of several processes at once are made one after the other.
+// Changes of INI files on the disk. The file is locked from before it is read until the new content is in
+// place, so that changes of several processes at once are made one after the other.
 #include <cstdint>
 #include <new>
 #include <span>
@@ -22,13 +22,17 @@ struct Outcome {
 Outcome change(const char *path, const INI_EDIT &edit) {
     if (const std::int32_t status = check(edit); status != INI_OK) return {status};
     if (path == nullptr) return {INI_FAILED};
+    const bool writes = edit.operation == INI_EDIT_WRITE;
+    const bool deletes =
+        edit.operation == INI_EDIT_DELETE_ENTRY || edit.operation == INI_EDIT_DELETE_SECTION;
     try {
-        const platform::FileTurn turn(path);
-        memory::String bytes;
-        if (!load(path, edit.operation == INI_EDIT_WRITE, bytes)) return {INI_FAILED};
-        memory::String changed;
-        const std::int32_t status = rewrite(edit, bytes, changed);
-        const std::int32_t saved = save(path, changed);
+        // A file in use is one that cannot be written; deleting has no other status for it.
+        std::int32_t status = deletes ? INI_FAILED : INI_OK;
+        const std::int32_t saved = change_file(path, writes ? Old::may_be_missing : Old::needed,
+                                               [&](memory::String &bytes, memory::String &changed) {
+                                                   status = rewrite(edit, bytes, changed);
+                                                   return true;
+                                               });
         if (saved == INI_FAILED) return {INI_FAILED};
         return {status, saved};
     } catch (const std::bad_alloc &) {
@@ -46,17 +50,19 @@ std::int32_t change_all(const char *path, std::span<const INI_EDIT> edits, std::
         if (const std::int32_t status = check(edits[reached]); status != INI_OK) return status;
     }
     reached = 0;
-    const platform::FileTurn turn(path);
-    memory::String bytes;
-    const bool may_be_missing = !edits.empty() && edits[0].operation == INI_EDIT_WRITE;
-    if (!load(path, may_be_missing, bytes)) return INI_FAILED;
-    for (; reached < edits.size(); ++reached) {
-        memory::String changed;
-        const std::int32_t status = rewrite(edits[reached], bytes, changed);
-        if (status != INI_OK) return status;
-        bytes.swap(changed);
-    }
-    return edits.empty() ? std::int32_t{INI_OK} : save(path, bytes);
+    const bool writes = !edits.empty() && edits[0].operation == INI_EDIT_WRITE;
+    std::int32_t status = INI_OK;
+    const std::int32_t saved = change_file(path, writes ? Old::may_be_missing : Old::needed,
+                                           [&](memory::String &bytes, memory::String &changed) {
+                                               changed.swap(bytes);
+                                               for (reached = 0; reached < edits.size(); ++reached) {
+                                                   bytes.swap(changed);
+                                                   status = rewrite(edits[reached], bytes, changed);
+                                                   if (status != INI_OK) return false;
+                                               }
+                                               return !edits.empty();
+                                           });
+    return status == INI_OK ? saved : status;
 }
 
 }  // namespace

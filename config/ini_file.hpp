@@ -30,7 +30,8 @@ template <typename Function>
 std::int32_t read_lines(const char *path, Function function) {
     const Located located(path);
     platform::InputFile file;
-    if (located.path() == nullptr || !file.open(located.path())) return INI_FAILED;
+    if (located.path() == nullptr || !file.open(located.path(), platform::InputFile::Content::consistent))
+        return INI_FAILED;
     char buffer[8192];
     platform::TextLines lines(file, buffer, sizeof buffer);
     const std::int32_t status = function(lines);

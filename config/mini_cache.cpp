@@ -13,7 +13,7 @@ Path::Path(const MINI &cache) {
 }
 
 FileLines::FileLines(const char *path)
-    : open_(file_.open(path)),
+    : open_(file_.open(path, platform::InputFile::Content::consistent)),
       lines_(file_, buffer_, sizeof buffer_, kLongestLine, platform::TextLines::Ends::feed_or_zero) {}
 
 std::string_view section_name(const char *section) {

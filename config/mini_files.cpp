@@ -75,16 +75,15 @@ memory::Owned<MINI> open(const char *dir, const char *name, std::int32_t flags) 
 
 bool update(MINI &cache) {
     const Path path(cache);
-    const platform::FileTurn turn(path.text());
-    memory::String text;
-    if ((cache.flags & MINI_REWRITE) != 0) {
-        text = rewritten(cache.sections);
-    } else {
-        memory::String old;
-        if (!config::load(path.text(), true, old)) return false;
-        text = merged(old, cache.sections);
-    }
-    if (config::save(path.text(), text) != INI_OK) return false;
+    const bool rewrites = (cache.flags & MINI_REWRITE) != 0;
+    const std::int32_t saved =
+        config::change_file(path.text(), rewrites ? config::Old::unread : config::Old::may_be_missing,
+                            [&](const memory::String &old, memory::String &text) {
+                                if (!rewrites) load_created(old, cache.sections);
+                                text = rewrites ? rewritten(cache.sections) : merged(old, cache.sections);
+                                return true;
+                            });
+    if (saved != INI_OK) return false;
     mark_saved(cache.sections);
     return true;
 }

@@ -56,6 +56,10 @@ class List : public NodeList {
         NodeList::prepend(*node);
         return *node.release();
     }
+    void move_to_end(T &node) {
+        unlink(node);
+        NodeList::append(node);
+    }
     void remove(T &node) {
         unlink(node);
         memory::Release()(&node);

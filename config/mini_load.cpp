@@ -51,6 +51,39 @@ void load_all(platform::TextLines &lines, Sections &sections) {
     }
 }
 
+namespace {
+
+// Entries of which pointers may have been given out keep their places in memory.
+void put_in_front(List<Entry> &loaded, Section &section) {
+    const Entry *first = nullptr;
+    for (const Entry *entry = loaded.first(); entry != nullptr; entry = next(entry)) {
+        const bool is_first_of_key = loaded.find(entry->key()) == entry;
+        Entry *placed = is_first_of_key ? section.entries.find(entry->key()) : nullptr;
+        if (placed != nullptr) {
+            section.entries.move_to_end(*placed);
+        } else {
+            placed = &section.append(entry->key(), entry->text());
+        }
+        if (first == nullptr) first = placed;
+    }
+    while (first != nullptr && section.entries.first() != first) {
+        section.entries.move_to_end(*section.entries.first());
+    }
+}
+
+}  // namespace
+
+void load_created(std::string_view file, Sections &sections) {
+    for (Section *section = sections.first(); section != nullptr; section = next(section)) {
+        if (!section->created) continue;
+        platform::TextLines lines(file, kLongestLine, platform::TextLines::Ends::feed_or_zero);
+        Sections found;
+        Section *const loaded = load_one(lines, section->key(), found);
+        if (loaded != nullptr) put_in_front(loaded->entries, *section);
+        section->created = false;
+    }
+}
+
 Section *load_one(platform::TextLines &lines, std::string_view name, Sections &sections) {
     if (!name.empty()) {
         Line header = next_header(lines);

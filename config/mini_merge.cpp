@@ -156,7 +156,7 @@ memory::String merged(std::string_view old, Sections &sections) {
 
 void mark_saved(Sections &sections) {
     for (Section *section = sections.first(); section != nullptr; section = next(section)) {
-        if (section->merged) section->modified = false;
+        if (section->merged) section->modified = section->created = false;
     }
 }
 

@@ -45,6 +45,7 @@ struct Section : Node {
     List<Entry> entries;
     bool modified = false;  ///< a value was written that the file does not have yet
     bool merged = false;    ///< what is being made for the file has it
+    bool created = false;   ///< by a write, since the file did not have it then: nothing was loaded
 };
 
 /// The unnamed section, if it is there, stands in front.
@@ -62,6 +63,10 @@ class Sections : public List<Section> {
 void load_all(platform::TextLines &lines, Sections &sections);
 /// Loads the first section of this name; null if there is none.
 Section *load_one(platform::TextLines &lines, std::string_view name, Sections &sections);
+
+/// Loads those sections that were created by writes and are in the file by now: the file's entries come
+/// first, with the values that were written to them.
+void load_created(std::string_view file, Sections &sections);
 
 // ---- The bytes of the file after an update. These throw std::bad_alloc.
 

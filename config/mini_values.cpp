@@ -39,7 +39,10 @@ std::int32_t write(MINI &cache, const char *section, std::string_view key, std::
     Section *found = nullptr;
     const std::int32_t status = find_section(cache, name, found);
     if (status == INI_FAILED) return status;
-    if (found == nullptr) found = &cache.sections.add(Sections::make(name));
+    if (found == nullptr) {
+        found = &cache.sections.add(Sections::make(name));
+        found->created = true;
+    }
     if (key.empty()) return INI_NO_ENTRY;
     if (Entry *const entry = found->entries.find(key)) {
         entry->set(value);

@@ -1,14 +1,10 @@
 #include "config/whole_file.hpp"
 
-#include "kv/ini.h"
-
-#include "platform/platform.hpp"
-
 namespace kv::config {
 
 bool load(const char *path, bool may_be_missing, memory::String &bytes) {
     platform::InputFile file;
-    if (!file.open(path)) return may_be_missing && file.missing();
+    if (!file.open(path, platform::InputFile::Content::consistent)) return may_be_missing && file.missing();
     constexpr std::size_t kFirstBlock = 16384;
     std::size_t used = 0;
     for (;;) {
@@ -22,10 +18,12 @@ bool load(const char *path, bool may_be_missing, memory::String &bytes) {
     return true;
 }
 
-std::int32_t save(const char *path, const memory::String &bytes) {
+std::int32_t save(const char *path, const platform::FileLock &lock, const memory::String &bytes,
+                  bool &overtaken) {
     platform::ReplacementFile file;
-    const bool opened = file.open(path);
+    const bool opened = file.open(path, &lock);
     if (opened && file.write(bytes.data(), bytes.size()) && file.commit()) return INI_OK;
+    overtaken = file.overtaken();
     if (file.exhausted()) return INI_FAILED;
     return opened ? INI_WRITE_FAILED : INI_NOT_WRITABLE;
 }

@@ -101,12 +101,15 @@ void keep_modification_time(const platform::TextReader &file, ENV *env) {
     }
 }
 
+// Files are opened and put in place without the lock of the environments: both may have to wait for other
+// processes.
 std::int32_t read_file(const char *file_name, ENV *env) {
     platform::TextReader file;
     if (!file.open(file_name)) {
         report("cann't open to read:", file_name, kFiles);
         return ENV_ERROR;
     }
+    const Lock lock;
     const std::int32_t status = enter(env, [&] {
         FileSource source(file);
         return read_text(source, env);
@@ -136,12 +139,10 @@ void write_file(const char *file_name, ENV *env) {
 }  // namespace kv::env
 
 int32_t env_read_file(const char *file_name, ENV *env) noexcept {
-    const kv::env::Lock lock;
     return kv::env::read_file(file_name, env);
 }
 
 void env_write_file(const char *file_name, ENV *env) noexcept {
-    const kv::env::Lock lock;
     try {
         kv::env::write_file(file_name, env);
     } catch (const std::bad_alloc &) {

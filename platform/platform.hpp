@@ -43,8 +43,11 @@ class InputFile {
     InputFile &operator=(const InputFile &) = delete;
     ~InputFile();
 
+    /// Whether what is read has to be one state of the file: then changes that are written in place wait
+    /// for the end of the object, and it waits for theirs, but not longer than FileLock::acquire() does.
+    enum class Content { any, consistent };
     /// False if the file cannot be opened, or is a directory.
-    bool open(const char *path);
+    bool open(const char *path, Content content = Content::any);
     /// True if open() failed because there is no such file.
     bool missing() const { return missing_; }
     /// Reads up to `size` bytes; the number read, 0 at the end, -1 after a read error.
@@ -58,28 +61,59 @@ class InputFile {
   private:
     std::intptr_t handle_ = -1;
     bool missing_ = false;
+    bool locked_ = false;
 };
 
-/// The turn at changing a file. Whoever else, in this process or another, waits for the same turn gets it
-/// when this object, or its process, has ended. A turn keeps nobody from reading or writing the file.
-/// Where the system cannot keep order (no right to read the file, a file system without locks), there
-/// is no waiting.
-class FileTurn {
+/// What tells one state of a file from another, as far as the system tells.
+struct FileStamp {
+    bool exists = false;
+    std::uint64_t volume = 0;
+    std::uint64_t number = 0;  // of the file on its volume
+    std::int64_t size = 0;
+    std::int64_t modified = 0;  // nanoseconds, or what the system counts in
+
+    bool operator==(const FileStamp &) const = default;
+};
+
+/// The lock that a change of a file holds from the moment the file is read until its new content is in
+/// place, so that several changes, of other processes too, are made one after the other. It does not keep
+/// anybody from reading, nor from writing without this lock.
+///
+/// A file that is not there has no lock: two who create it at the same time do not wait for each other, but
+/// the second one is told by ReplacementFile::overtaken(). Where the system has no lock for a file (no
+/// right to write it, a file system without locks), nobody waits.
+class FileLock {
   public:
-    /// Waits for the turn at the file, which need not exist.
-    explicit FileTurn(const char *path);
-    FileTurn(const FileTurn &) = delete;
-    FileTurn &operator=(const FileTurn &) = delete;
-    ~FileTurn();
+    FileLock() = default;
+    FileLock(const FileLock &) = delete;
+    FileLock &operator=(const FileLock &) = delete;
+    ~FileLock() { release(); }
+
+    /// Waits for the lock on the file of this name, instead of that it has. False if somebody else has kept
+    /// it for as long as one waits: KV_LOCK_TIMEOUT seconds, 10 if that is not set.
+    bool acquire(const char *path);
+    void release();
+    /// The state of the file when the lock was acquired.
+    const FileStamp &stamp() const { return stamp_; }
 
   private:
     std::intptr_t handle_ = -1;
+    FileStamp stamp_;
 };
 
+/// Whether somebody has a lock on a file that changes of it wait for.
+enum class LockState { free, held };
+/// Says whether a change of the file would have to wait, and, where the system tells it, for whom:
+/// "NAME (process 123)" goes into the buffer, or an empty text.
+LockState lock_state(const char *path, char *holder, std::size_t size);
+
 /// A file that takes new content as a whole: after commit() it holds all that was written, and until
-/// then, or without commit(), its old content. Where a temporary file beside it is impossible (no right
-/// to the directory, several hard links, a device), commit() writes in place from memory, so that the
-/// bytes are kept on the library's heap until then.
+/// then, or without commit(), its old content. The new content has no name before it is complete, or one
+/// that only its owner can read; the file keeps its permissions, owner, access list and attributes.
+///
+/// Where a new file cannot take the old one's place (several hard links, somebody else's file, a mount
+/// point, no right to write the directory, attributes that cannot be kept, a device), commit() writes in
+/// place from memory; readers that ask for a consistent content (InputFile::open) wait for that.
 class ReplacementFile {
   public:
     ReplacementFile();
@@ -87,14 +121,19 @@ class ReplacementFile {
     ReplacementFile &operator=(const ReplacementFile &) = delete;
     ~ReplacementFile();
 
-    /// False if the file cannot be written; nothing has changed then.
-    bool open(const char *path);
+    /// `lock` is the caller's lock on this file, which has to outlive the object; without one, the file is
+    /// locked from here to the end of commit(). False if the file cannot be written, or is in use; nothing
+    /// has changed then.
+    bool open(const char *path, const FileLock *lock = nullptr);
     /// False after a write error or an exhausted heap; later writes and commit() then fail too.
     bool write(const char *bytes, std::size_t size);
     /// Puts the new content in place. False if that fails; the old content is kept.
     bool commit();
     /// True if what failed was the heap.
     bool exhausted() const { return exhausted_; }
+    /// True if commit() failed because the file is not in the state any more in which the caller's lock
+    /// found it: somebody has made, changed or replaced it without this lock. The change is to begin anew.
+    bool overtaken() const { return overtaken_; }
 
   private:
     struct Paths;
@@ -104,11 +143,14 @@ class ReplacementFile {
     bool commit_temporary();
     bool commit_in_place();
 
+    FileLock own_lock_;
+    const FileLock *lock_ = nullptr;
     memory::Owned<Paths> paths_;
     memory::Vector<char> pending_;  // the content of a file that is written in place
     std::intptr_t handle_ = -1;     // the temporary file
     bool failed_ = false;
     bool exhausted_ = false;
+    bool overtaken_ = false;
 };
 
 /// A text for people on this machine, such as the log: appended to, or emptied first. Lines have the

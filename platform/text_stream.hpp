@@ -10,7 +10,7 @@ namespace kv::platform {
 /// the first Ctrl-Z (26).
 class TextReader {
   public:
-    bool open(const char *path) { return file_.open(path); }
+    bool open(const char *path) { return file_.open(path, InputFile::Content::consistent); }
     /// Reads up to `size` (at least 1) characters; the number read, 0 at the end or after a read error.
     std::size_t read(char *buffer, std::size_t size);
     /// True if the reading ended at a read error.

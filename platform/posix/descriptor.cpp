@@ -8,11 +8,11 @@
 
 namespace kv::platform::posix {
 
-int open_descriptor(const char *host_path, int flags) {
+int open_descriptor(const char *host_path, int flags, unsigned mode) {
     if (io_fails()) return -1;
     int descriptor;
     do {
-        descriptor = ::open(host_path, flags | O_CLOEXEC, 0666);
+        descriptor = ::open(host_path, flags | O_CLOEXEC, mode);
     } while (descriptor < 0 && errno == EINTR);
     return descriptor;
 }
@@ -31,6 +31,19 @@ bool write_all(int descriptor, const char *bytes, std::size_t size) {
         size -= static_cast<std::size_t>(count);
     }
     return true;
+}
+
+std::int64_t read_from_start(int descriptor, char *bytes, std::size_t size) {
+    if (io_fails()) return -1;
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t count = pread(descriptor, bytes + done, size - done, static_cast<off_t>(done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return -1;
+        if (count == 0) break;
+        done += static_cast<std::size_t>(count);
+    }
+    return static_cast<std::int64_t>(done);
 }
 
 }  // namespace kv::platform::posix

@@ -8,12 +8,18 @@
 
 namespace kv::platform::posix {
 
-/// As open(), closed in child programs; new files get 0666 less the umask.
-int open_descriptor(const char *host_path, int flags);
+/// What a new file is to be for its owner, its group and others, less the umask.
+inline constexpr unsigned kForAll = 0666;
+inline constexpr unsigned kForOwner = 0600;
+
+/// As open(), closed in child programs.
+int open_descriptor(const char *host_path, int flags, unsigned mode = kForAll);
 /// Negative descriptors are ignored.
 void close_descriptor(std::intptr_t descriptor);
 /// False, with errno, after a write error.
 bool write_all(int descriptor, const char *bytes, std::size_t size);
+/// Reads a file from its beginning; the bytes read, which are fewer at its end, or -1.
+std::int64_t read_from_start(int descriptor, char *bytes, std::size_t size);
 
 /// Closes the descriptor, unless that is negative, at the end of its life.
 class Descriptor {
@@ -24,6 +30,10 @@ class Descriptor {
     ~Descriptor() { close_descriptor(value_); }
 
     int value() const { return value_; }
+    void reset(int value) {
+        close_descriptor(value_);
+        value_ = value;
+    }
     /// Leaves the closing to somebody else.
     int release() { return std::exchange(value_, -1); }
     /// Closes it now. False if the system could not write what it had taken.

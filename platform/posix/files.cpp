@@ -8,6 +8,7 @@
 #include "platform/platform.hpp"
 #include "platform/posix/descriptor.hpp"
 #include "platform/posix/drives.hpp"
+#include "platform/posix/file_lock.hpp"
 
 namespace kv::platform {
 
@@ -15,11 +16,13 @@ using posix::HostPath;
 using posix::map_path;
 using posix::Purpose;
 
+// A child that was forked meanwhile has the descriptor too, and the lock with it.
 InputFile::~InputFile() {
+    if (locked_) posix::unlock_byte(static_cast<int>(handle_), posix::kContentByte);
     posix::close_descriptor(handle_);
 }
 
-bool InputFile::open(const char *path) {
+bool InputFile::open(const char *path, Content content) {
     HostPath host;
     missing_ = !map_path(path, Purpose::read, host);
     if (missing_) return false;
@@ -28,7 +31,13 @@ bool InputFile::open(const char *path) {
     if (descriptor < 0) return false;
     handle_ = descriptor;
     struct stat status;
-    return fstat(descriptor, &status) == 0 && !S_ISDIR(status.st_mode);
+    if (fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode)) return false;
+    if (content == Content::consistent && S_ISREG(status.st_mode)) {
+        const posix::Deadline deadline;
+        locked_ =
+            posix::lock_byte(descriptor, F_RDLCK, posix::kContentByte, deadline) == posix::Locked::done;
+    }
+    return true;
 }
 
 std::int64_t InputFile::read(char *buffer, std::size_t size) {

@@ -183,7 +183,7 @@ TEST_F(IniSafety, AKilledChangeLeavesOldOrNew) {
         file, 1000, [](const char *path, const char *value) { ini_write_string(path, "", "n", value); },
         changed);
     EXPECT_GT(changed, 50);  // the children did get to their work
-    // The turns ended with them.
+    // Their locks ended with them.
     EXPECT_EQ(ini_write_string(file.c_str(), "", "n", "1"), INI_OK);
 }
 
@@ -219,8 +219,8 @@ TEST_F(IniSafety, ProcessesThatChangeOneFileLoseNothing) {
     EXPECT_EQ(files(), 1);
 }
 
-// While a change waits for its turn, `meanwhile` happens to the file.
-TEST_F(IniSafety, AFileThatVanishesOrIsReplacedBeforeTheTurnCame) {
+// While a change waits for the lock, `meanwhile` happens to the file.
+TEST_F(IniSafety, AFileThatVanishesOrIsReplacedBeforeItsLockCame) {
     const std::function<void()> meanwhiles[] = {
         [&] { fs::remove(file); },
         [&] {
@@ -233,7 +233,8 @@ TEST_F(IniSafety, AFileThatVanishesOrIsReplacedBeforeTheTurnCame) {
         reset(kBefore);
         pid_t child = -1;
         {
-            const kv::platform::FileTurn turn(file.c_str());
+            kv::platform::FileLock lock;
+            ASSERT_TRUE(lock.acquire(file.c_str()));
             child = fork();
             if (child == 0) _exit(ini_write_string(file.c_str(), "S", "a", "9"));
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
