@@ -72,6 +72,27 @@ Locked lock_byte(int descriptor, short type, off_t byte, const Deadline &deadlin
     }
 }
 
+Locked lock_for_reading(int descriptor) {
+    const Deadline deadline;
+    for (;;) {
+        struct flock gate = region(F_RDLCK, kGateByte);
+        if (fcntl(descriptor, F_OFD_GETLK, &gate) != 0 || gate.l_type == F_UNLCK) {
+            const Locked locked = try_lock_byte(descriptor, F_RDLCK, kContentByte);
+            if (locked != Locked::in_use) return locked;
+        }
+        if (!deadline.sleep()) return Locked::in_use;
+    }
+}
+
+Locked lock_for_overwriting(int descriptor) {
+    const Deadline deadline;
+    const Locked gate = lock_byte(descriptor, F_WRLCK, kGateByte, deadline);
+    if (gate != Locked::done) return gate;
+    const Locked locked = lock_byte(descriptor, F_WRLCK, kContentByte, deadline);
+    unlock_byte(descriptor, kGateByte);
+    return locked;
+}
+
 void unlock_byte(int descriptor, off_t byte) {
     static_cast<void>(try_lock_byte(descriptor, F_UNLCK, byte));
 }
@@ -120,7 +141,9 @@ bool FileLock::acquire(const char *path) {
             file.reset(posix::open_descriptor(host.text, O_WRONLY | kFlags));
         if (file.value() < 0) {
             if (errno == ENOENT) continue;
-            return true;
+            // Without the right to write it, the file is not changed in the end; else nothing may be
+            // risked.
+            return errno == EACCES || errno == EPERM || errno == EROFS || errno == ETXTBSY;
         }
         const posix::Locked locked = lock_for_change(file.value(), deadline);
         if (locked == posix::Locked::in_use) return false;
@@ -163,20 +186,21 @@ std::size_t read_text(const char *path, char *text, std::size_t size) {
     return length;
 }
 
-// Whether the description of a descriptor in /proc tells of a lock on one of our bytes of the file:
-// "lock: 1: OFDLCK ADVISORY WRITE -1 fe:00:1234 4611686018427387904 4611686018427387904".
+// Whether the description of a descriptor in /proc tells of a lock on one of our bytes of the file, such as
+// "lock: 1: OFDLCK ADVISORY WRITE -1 fe:00:1234 4611686018427387904 4611686018427387904", or "0 EOF".
 bool tells_of_lock(const char *description, const struct stat &file) {
-    char wanted[96];
-    std::snprintf(wanted, sizeof wanted, " %02x:%02x:%llu %lld", major(file.st_dev), minor(file.st_dev),
-                  static_cast<unsigned long long>(file.st_ino),
-                  static_cast<long long>(posix::kLockRange / 10));
-    // The last digit tells the bytes apart.
+    char wanted[64];
+    std::snprintf(wanted, sizeof wanted, " %02x:%02x:%llu ", major(file.st_dev), minor(file.st_dev),
+                  static_cast<unsigned long long>(file.st_ino));
     for (const char *line = std::strstr(description, "lock:"); line != nullptr;
          line = std::strstr(line + 1, "lock:")) {
-        const char *end = std::strchr(line, '\n');
-        const char *found = std::strstr(line, wanted);
-        if (std::strstr(line, "OFDLCK") != nullptr && found != nullptr && (end == nullptr || found < end))
-            return true;
+        const char *range = std::strstr(line, wanted);
+        if (range == nullptr) return false;
+        char *end = nullptr;
+        const long long first = std::strtoll(range + std::strlen(wanted), &end, 10);
+        const long long last =
+            std::strncmp(end, " EOF", 4) == 0 ? posix::kGateByte : std::strtoll(end, nullptr, 10);
+        if (first <= posix::kGateByte && last >= posix::kLockRange) return true;
     }
     return false;
 }
@@ -224,7 +248,7 @@ LockState lock_state(const char *path, char *holder, std::size_t size) {
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
     lock.l_start = posix::kLockRange;
-    lock.l_len = posix::kQueueByte - posix::kLockRange + 1;
+    lock.l_len = posix::kGateByte - posix::kLockRange + 1;
     if (fcntl(file.value(), F_OFD_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return LockState::free;
     find_holder(status, holder, size);
     return LockState::held;

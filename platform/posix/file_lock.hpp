@@ -19,6 +19,7 @@ inline constexpr off_t kLockRange = off_t{1} << 62;
 inline constexpr off_t kChangeByte = kLockRange;       // one change of the file after the other
 inline constexpr off_t kContentByte = kLockRange + 1;  // readers, and who writes in place
 inline constexpr off_t kQueueByte = kLockRange + 2;    // the next one to change the file
+inline constexpr off_t kGateByte = kLockRange + 3;     // a change in place that waits for readers to end
 
 /// The moment at which waiting ends; beginning with the construction, the setting KV_LOCK_TIMEOUT says
 /// when.
@@ -39,6 +40,10 @@ enum class Locked { done, in_use, impossible };
 Locked lock_byte(int descriptor, short type, off_t byte, const Deadline &deadline);
 /// As lock_byte() without waiting.
 Locked try_lock_byte(int descriptor, short type, off_t byte);
+/// Locks the content for reading, but lets those first who wait to write it in place.
+Locked lock_for_reading(int descriptor);
+/// Locks the content for writing it in place; readers that come from now on wait.
+Locked lock_for_overwriting(int descriptor);
 /// Needed where a child process may have the descriptor too; else closing does it.
 void unlock_byte(int descriptor, off_t byte);
 

@@ -33,9 +33,7 @@ bool InputFile::open(const char *path, Content content) {
     struct stat status;
     if (fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode)) return false;
     if (content == Content::consistent && S_ISREG(status.st_mode)) {
-        const posix::Deadline deadline;
-        locked_ =
-            posix::lock_byte(descriptor, F_RDLCK, posix::kContentByte, deadline) == posix::Locked::done;
+        locked_ = posix::lock_for_reading(descriptor) == posix::Locked::done;
     }
     return true;
 }

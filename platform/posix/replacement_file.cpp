@@ -326,9 +326,7 @@ bool ReplacementFile::commit_in_place() {
                device.close();
     }
     const int file = paths.file.value();
-    const posix::Deadline deadline;
-    if (posix::lock_byte(file, F_WRLCK, posix::kContentByte, deadline) == posix::Locked::in_use)
-        return false;
+    if (posix::lock_for_overwriting(file) == posix::Locked::in_use) return false;
     struct stat status;
     const bool done = fstat(file, &status) == 0 && overwrite(file, status.st_size, pending_);
     posix::unlock_byte(file, posix::kContentByte);
