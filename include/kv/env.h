@@ -494,9 +494,13 @@ KV_API int32_t env_read(env_getc get_character, void *stream, ENV *env) KV_NOEXC
  *          is unchanged) */
 KV_API int32_t env_read_file(const char *file_name, ENV *env) KV_NOEXCEPT;
 
-/** Writes a text file as env_write() does, with CR LF at the line ends, in place of an old one: the file
- *  holds either its old content or all of the new one. What cannot be written is reported with kv_error. A
- *  NIL environment or a sub-environment leaves an empty file. */
+/** Writes a text file as env_write() does, with CR LF at the line ends, instead of an old one. A NIL
+ *  environment or a sub-environment leaves an empty file.
+ *
+ *  The file holds either its old content or all of the new one, and keeps its owner, permissions and
+ *  attributes; which files may lose that when the process is killed, because they are written in place, and
+ *  how processes wait for each other, is said in kv/ini.h. A file that cannot be written, or is in use for
+ *  as long as one waits, is reported ("cann't open to write:", "cann't write:") and unchanged. */
 KV_API void env_write_file(const char *file_name, ENV *env) KV_NOEXCEPT;
 
 /** Reads a zero-terminated text as env_read() does; carriage returns in it are skipped. */

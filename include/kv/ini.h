@@ -111,20 +111,36 @@ KV_API int32_t ini_read_sections(const char *path, char *buf, int32_t *size) KV_
  * stays as it was, but for lone line feeds, which become CR LF. A change that does not find its section or
  * its entry still writes the file in normal form. What stands behind a Ctrl-Z stays behind the text.
  *
- * The file has either its old content or all of the new one, whenever the process or the machine stops;
- * its permissions stay. Where no temporary file can be made beside it (no right to the directory, several
- * links, a device), it is written in place. Changes of one file by several processes or threads at once
- * are made one after the other, and none is lost.
- *
  * A file that is there but cannot be read is not changed: INI_FAILED. The same holds for an exhausted
- * heap. */
+ * heap.
+ *
+ * Saving. The file has either its old content or all of the new one, whenever the process or the machine
+ * stops: a new file is written, which has no name (on Windows, and on file systems without such files, a
+ * name of its own, and nobody else can read it) until it is complete, and then replaces the old one. The
+ * owner, the permissions, the access list and the attributes of the file stay; links are followed.
+ *
+ * A file that a new one cannot replace is written in place: one with several hard links, that of another
+ * owner or with attributes that this process may not give a file, a mount point, a device, and any file in
+ * a directory that may not be written. When writing fails, its old content is put back; but what the file
+ * holds when the process is killed or the machine stops while it is written is not certain.
+ *
+ * Several processes and threads. Changes of one file are made one after the other, and none is lost.
+ * Reads give what the file held before or after a change, in place too. For that, files are locked while
+ * they are changed or read. Waiting for a lock ends after 10 seconds, or the number of seconds in the
+ * environment variable KV_LOCK_TIMEOUT: reading then goes on without the lock; a change fails with the
+ * status of a file that cannot be written (INI_FAILED for the functions that delete), and nothing is
+ * changed. A change that meets one without such a lock, of an editor for one, before it is saved begins
+ * anew. The locks are advice among programs with this library from version 1.1 on; versions before take
+ * no part in them. On Linux they are locks of open files on bytes from offset 2^62 on, which disturb
+ * neither flock() nor locks on the content; a process that may read a file can hold them up. On file
+ * systems without locks there is no waiting. */
 
 /** Sets an entry to a value. What is missing is added: an entry at the end of its section, behind the
  *  comments there; a section at the end of the file; the file. NIL or "" as the path means the main
  *  configuration file.
  *
  *  @retval INI_OK            done
- *  @retval INI_NOT_WRITABLE  the file cannot be opened for writing; it is unchanged
+ *  @retval INI_NOT_WRITABLE  the file cannot be opened for writing, or is in use; it is unchanged
  *  @retval INI_WRITE_FAILED  writing failed; the file is unchanged
  *  @retval INI_FAILED        the main configuration file was not found, or the file cannot be read */
 KV_API int32_t ini_write_string(const char *path, const char *section, const char *entry,
@@ -156,14 +172,14 @@ KV_API int32_t ini_write_doubles(const char *path, const char *section, const ch
  *  @retval INI_OK          the entry was there; that the new file could be saved it does not say
  *  @retval INI_NO_SECTION  no such section
  *  @retval INI_NO_ENTRY    no such entry
- *  @retval INI_FAILED      there is no such file, or it cannot be read */
+ *  @retval INI_FAILED      there is no such file, it cannot be read, or it is in use */
 KV_API int32_t ini_delete_entry(const char *path, const char *section, const char *entry) KV_NOEXCEPT;
 
 /** Removes a section: its header and all up to the next one. Of the unnamed section the comments stay.
  *
  *  @retval INI_OK          the section was there; that the new file could be saved it does not say
  *  @retval INI_NO_SECTION  no such section
- *  @retval INI_FAILED      there is no such file, or it cannot be read */
+ *  @retval INI_FAILED      there is no such file, it cannot be read, or it is in use */
 KV_API int32_t ini_delete_section(const char *path, const char *section) KV_NOEXCEPT;
 
 /** Renames a section. The unnamed section gets a header before its first entry.
@@ -173,7 +189,7 @@ KV_API int32_t ini_delete_section(const char *path, const char *section) KV_NOEX
  *  @retval INI_OK            done
  *  @retval INI_BAD_NAME      the new name is empty; the file was not opened
  *  @retval INI_NO_SECTION    no such section
- *  @retval INI_NOT_WRITABLE  the file cannot be opened for writing; it is unchanged
+ *  @retval INI_NOT_WRITABLE  the file cannot be opened for writing, or is in use; it is unchanged
  *  @retval INI_WRITE_FAILED  writing failed; the file is unchanged
  *  @retval INI_FAILED        there is no such file, or it cannot be read */
 KV_API int32_t ini_rename_section(const char *path, const char *oldname, const char *newname) KV_NOEXCEPT;
@@ -186,7 +202,8 @@ KV_API int32_t ini_rename_section(const char *path, const char *oldname, const c
  *  @retval INI_OK            done
  *  @retval INI_BAD_NAME      the new name is empty; the file was not opened
  *  @retval INI_NO_SECTION    no such section
- *  @retval INI_NO_ENTRY      no such entry, or (INI_NOT_WRITABLE) the file cannot be opened for writing
+ *  @retval INI_NO_ENTRY      no such entry, or (INI_NOT_WRITABLE) the file cannot be opened for writing or
+ *                            is in use
  *  @retval INI_WRITE_FAILED  writing failed; the file is unchanged
  *  @retval INI_FAILED        there is no such file, or it cannot be read */
 KV_API int32_t ini_rename_entry(const char *path, const char *section, const char *oldname,
@@ -219,8 +236,9 @@ typedef struct INI_EDIT {
  *                  and saving failed; may be NIL
  *  @retval INI_OK  done. Otherwise the file is unchanged. With *reached less than count the status is what
  *                  the edit's function gives: INI_NO_SECTION, INI_NO_ENTRY or INI_BAD_NAME; INI_FAILED for
- *                  an unknown operation, or a file that was not found or cannot be read. With *reached
- *                  equal to count it is INI_NOT_WRITABLE, INI_WRITE_FAILED or INI_FAILED. */
+ *                  an unknown operation, or a file that was not found or cannot be read; INI_NOT_WRITABLE,
+ *                  with *reached 0, for a file in use. With *reached equal to count it is
+ *                  INI_NOT_WRITABLE, INI_WRITE_FAILED or INI_FAILED. */
 KV_API int32_t ini_edit(const char *path, const INI_EDIT *edits, int32_t count,
                         int32_t *reached) KV_NOEXCEPT;
 

@@ -77,12 +77,16 @@ KV_API int32_t mini_close(MINI **cache) KV_NOEXCEPT;
  *  sections are reported ("Incorrect entry's format. '=' is not found;", "entry has been ignored") and
  *  left out. With MINI_REWRITE the sections are written one after the other without empty lines.
  *
- *  The file has either its old content or all of the new one, whenever the process or the machine stops;
- *  caches and ini_ functions of several processes take turns at it.
+ *  A section that a write has created, because the file did not have it, is looked for again now: entries
+ *  that others have put into the file meanwhile stay and are loaded.
+ *
+ *  The file has either its old content or all of the new one, whenever the process or the machine stops,
+ *  but for the files that are written in place, which kv/ini.h names. Updates wait for other changes of the
+ *  file and for each other as said there, too.
  *
  *  @retval 1  the file was rewritten
- *  @retval 0  `cache` is NIL or read-only, the file cannot be read or written, or the heap is exhausted:
- *             the file is as it was, and the changes are still to be put into it */
+ *  @retval 0  `cache` is NIL or read-only, the file cannot be read or written or is in use, or the heap is
+ *             exhausted: the file is as it was, and the changes are still to be put into it */
 KV_API int32_t mini_update_file(MINI *cache) KV_NOEXCEPT;
 
 /** Frees all loaded sections; what was written to them and not yet put into the file is lost.
