@@ -2,6 +2,7 @@
 #include "env/handle.hpp"
 #include "env/list.hpp"
 #include "env/lookup.hpp"
+#include "env/own_text.hpp"
 #include "memory/owned.hpp"
 
 namespace kv::env {
@@ -103,6 +104,11 @@ ENV *env_create_subenv(ENV *env, const char *section, const char *path) noexcept
     const kv::env::Lock lock;
     ENV *subenv = env_open_subenv(env, section, path, 1);
     if (subenv != nullptr || env == nullptr) return subenv;
-    if (env_put_core(env, section, path, nullptr, nullptr) != ENV_OK) return nullptr;
-    return env_open_subenv(env, section, path, 1);
+    return enter(env, static_cast<ENV *>(nullptr), [&]() -> ENV * {
+        // Storing may free them, if they are the tree's.
+        const kv::env::OwnText own_section(section), own_path(path);
+        if (env_put_core(env, own_section.get(), own_path.get(), nullptr, nullptr) != ENV_OK)
+            return nullptr;
+        return env_open_subenv(env, own_section.get(), own_path.get(), 1);
+    });
 }

@@ -287,19 +287,36 @@ TEST(Values, GetterCodes) {
     EXPECT_EQ(env_data_length(env.get(), "s", "b@a", 1), 4);
 }
 
-// A text that the tree keeps may be put back into the tree.
-TEST(Values, PutOfAReference) {
+// Texts that the tree keeps may be arguments of what changes it.
+TEST(Values, TextsOfTheTreeAsArguments) {
     const Env env = tree("[s]\n  a ={\n    b =0123456789\n  }\n");
-    const char *ref = nullptr;
-    ASSERT_EQ(env_get_reference(env.get(), "s", "a@b", 1, &ref), 0);
-    EXPECT_EQ(env_put(env.get(), "s", "a@b", ref + 4), ENV_OK);
+    const auto text = [&](const char *path) {
+        const char *ref = nullptr;
+        EXPECT_EQ(env_get_reference(env.get(), "s", path, 1, &ref), 0);
+        return ref;
+    };
+    EXPECT_EQ(env_put(env.get(), "s", "a@b", text("a@b") + 4), ENV_OK);
     EXPECT_EQ(dump(env.get()), "[s] a{b=456789}");
-    ASSERT_EQ(env_get_reference(env.get(), "s", "a@b", 1, &ref), 0);
-    EXPECT_EQ(env_put(env.get(), "s", "a", ref), ENV_OK);
+    EXPECT_EQ(env_put(env.get(), "s", "a", text("a@b")), ENV_OK);
     EXPECT_EQ(dump(env.get()), "[s] a=456789");
-    ASSERT_EQ(env_get_reference(env.get(), "s", "a", 1, &ref), 0);
-    EXPECT_EQ(env_put(env.get(), "s", "a@c", ref), ENV_OK);
+    EXPECT_EQ(env_put(env.get(), "s", "a@c", text("a")), ENV_OK);
     EXPECT_EQ(dump(env.get()), "[s] a{c=456789}");
+    // Addresses below their own element, of which the text is freed on the way.
+    const std::string name(300, 'n'), path = "a@" + name;
+    const Env source = tree("[s]\n  a ={\n    " + name + " ={\n      x =1\n    }\n  }\n");
+    for (const bool copy : {false, true}) {
+        ASSERT_EQ(env_put(env.get(), "s", "a", path.c_str()), ENV_OK);
+        if (copy) {
+            EXPECT_EQ(env_copy_block(env.get(), source.get(), "s", text("a"), ENV_SINK_ADD), ENV_OK);
+        } else {
+            EXPECT_NE(Env(env_create_subenv(env.get(), "s", text("a"))), nullptr);
+        }
+        EXPECT_EQ(dump(env.get()), "[s] a{" + name + (copy ? "{x=1}}" : "*0}"));
+    }
+    ASSERT_EQ(env_put(env.get(), name.c_str(), "a", name.c_str()), ENV_OK);
+    const char *section = nullptr;
+    ASSERT_EQ(env_get_reference(env.get(), name.c_str(), "a", 1, &section), 0);
+    EXPECT_NE(Env(env_create_subenv(env.get(), section, "a@x")), nullptr);
 }
 
 TEST(Values, CreatePath) {
