@@ -2,19 +2,20 @@
 #include "env/handle.hpp"
 #include "env/list.hpp"
 #include "env/lookup.hpp"
+#include "env/writer.hpp"
 
 namespace kv::env {
 
 namespace {
 
 std::int32_t delete_all(ENV *env) {
-    if (has_pinned_elements(env)) return ENV_IN_USE;
+    if (has_pinned_elements(env) || being_written(env)) return ENV_IN_USE;
     clear_list(env->sections);
     return ENV_OK;
 }
 
 std::int32_t delete_element(Element &element) {
-    if (pinned(element)) return ENV_IN_USE;
+    if (pinned(element) || being_written(element)) return ENV_IN_USE;
     unlink(element);
     return ENV_OK;
 }

@@ -42,7 +42,7 @@ struct Element {
         List *children;  // ENV_TYPE_BLOCK: null until the block receives a child
         void *external;  // ENV_TYPE_EXTERNAL: the application's
     };
-    std::uint32_t pins;  // reasons not to free it: sub-environments open on it, a text being written
+    std::uint32_t pins;  // sub-environments open on it: it must not be freed
     std::uint16_t room;  // bytes for a text behind the name
     std::uint8_t type;
     std::uint8_t name_length;  // kLongName: or more

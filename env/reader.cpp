@@ -8,6 +8,7 @@
 #include "env/list.hpp"
 #include "env/report.hpp"
 #include "env/state.hpp"
+#include "env/writer.hpp"
 #include "memory/owned.hpp"
 
 namespace kv::env {
@@ -145,6 +146,7 @@ std::int32_t read_text(Source &source, ENV *env) {
         report("can not read subenv");
         return ENV_ERROR;
     }
+    if (being_written(env)) return ENV_IN_USE;
     if (has_pinned_elements(env)) {
         report("can not read: sub-environments are open");
         return ENV_ERROR;

@@ -25,6 +25,7 @@ constinit State state{.delimiter = "@",
                       .iteration = {},
                       .syntax_error = {},
                       .first_handle = nullptr,
+                      .writing = nullptr,
                       .changes = 0};
 
 Lock::Lock() : taken_(kv_get_win32() >= 3) {

@@ -29,13 +29,16 @@ struct SyntaxError {
     const char *text;
 };
 
+class Writing;
+
 struct State {
     char delimiter[256];
     char previous_delimiter[256];
     std::array<bool, 256> is_delimiter;  // the characters of `delimiter`
     Iteration iteration;
     SyntaxError syntax_error;
-    ENV *first_handle;  // all open environments and sub-environments
+    ENV *first_handle;       // all open environments and sub-environments
+    const Writing *writing;  // the innermost writing that is running, see writer.hpp
     // Counts what may lead an address to another element than before, or to one that is gone: elements
     // taken out or inserted in any tree, another delimiter. Elements that are appended do not.
     std::uint64_t changes;

@@ -4,6 +4,7 @@
 #include "env/list.hpp"
 #include "env/lookup.hpp"
 #include "env/report.hpp"
+#include "env/writer.hpp"
 #include "memory/owned.hpp"
 
 namespace kv::env {
@@ -18,7 +19,8 @@ ElementPointer make_element(std::string_view name, const Content &content) {
 }
 
 std::int32_t replace(Element &element, const Content &content) {
-    if (element.type == ENV_TYPE_BLOCK && pinned_below(element)) return ENV_IN_USE;
+    if ((element.type == ENV_TYPE_BLOCK && pinned_below(element)) || being_written(element))
+        return ENV_IN_USE;
     if (content.text != nullptr) {
         set_text(element, content.text);
     } else {
@@ -65,6 +67,7 @@ void create(List &top, std::span<const Step> steps, std::int32_t missing, const 
 std::int32_t create_below(Element &parent, std::span<const Step> steps, std::int32_t missing,
                           const Content &content) {
     if (!can_create(steps, missing)) return ENV_ERROR;
+    if (parent.type != ENV_TYPE_BLOCK && being_written(parent)) return ENV_IN_USE;
     LooseList made;
     create(made, steps, missing, content);
     if (parent.list() == nullptr) {

@@ -8,18 +8,6 @@ namespace kv::env {
 
 namespace {
 
-// Keeps an element, and all that it is in, from being freed by the sink.
-class Pin {
-  public:
-    explicit Pin(Element &element) : element_(element) { ++element_.pins; }
-    Pin(const Pin &) = delete;
-    Pin &operator=(const Pin &) = delete;
-    ~Pin() { --element_.pins; }
-
-  private:
-    Element &element_;
-};
-
 void open_element(LineWriter &lines, int level, const Element &element) {
     const bool section = element.is_section();
     const std::string_view before = section ? "[" : "";
@@ -40,7 +28,30 @@ void close_element(LineWriter &lines, int level, const Element &element) {
     if (element.type == ENV_TYPE_BLOCK && !element.is_section()) lines.write(level, {"}"});
 }
 
+template <typename Is>
+bool any_writing(Is is) {
+    for (const Writing *each = state.writing; each != nullptr; each = each->outer()) {
+        if (is(*each)) return true;
+    }
+    return false;
+}
+
 }  // namespace
+
+bool Writing::is_in(const Element &element) const {
+    for (const Element *each = element_; each != nullptr; each = each->parent->owner) {
+        if (each == &element) return true;
+    }
+    return false;
+}
+
+bool being_written(const Element &element) {
+    return any_writing([&](const Writing &writing) { return writing.is_in(element); });
+}
+
+bool being_written(const ENV *env) {
+    return any_writing([&](const Writing &writing) { return writing.is_of(env); });
+}
 
 void write_text(Sink &sink, ENV *env) {
     if (env->is_subenv()) {
@@ -49,23 +60,22 @@ void write_text(Sink &sink, ENV *env) {
     }
     constexpr int kIndentation = 2;
     const Use use(env);
+    Writing writing(env);
     LineWriter lines(sink);
     int level = 1;
     for (Element *element = env->sections.first; element != nullptr;) {
-        {
-            const Pin pin(*element);
-            open_element(lines, level, *element);
-            if (const List *list = element->list(); list != nullptr && list->first != nullptr) {
-                element = list->first;
-                level += kIndentation;
-                continue;
-            }
-            close_element(lines, level, *element);
+        writing.go_to(element);
+        open_element(lines, level, *element);
+        if (const List *list = element->list(); list != nullptr && list->first != nullptr) {
+            element = list->first;
+            level += kIndentation;
+            continue;
         }
+        close_element(lines, level, *element);
         while (element->next == nullptr && !element->is_section()) {
             element = element->parent->owner;
             level -= kIndentation;
-            const Pin pin(*element);
+            writing.go_to(element);
             close_element(lines, level, *element);
         }
         element = element->next;

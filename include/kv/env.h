@@ -33,6 +33,12 @@
  * Open sub-environments. A change that would free elements on which, or below which, a sub-environment
  * is open is refused with ENV_IN_USE and changes nothing.
  *
+ * Writing. The character function of env_write() may call every function, on the environment that is being
+ * written too. An element is being written until its last character is out, and so is every block around
+ * it up to its "}". Storing over it, deleting it, reading into the environment and closing it are refused
+ * with ENV_IN_USE and change nothing meanwhile. Elements beside it may be changed, and blocks around it may
+ * receive new ones: what the writing has not come to yet is written as it is then.
+ *
  * Threads. One recursive lock per process serialises the functions, callbacks included. The iteration
  * of env_get_first() and env_get_next() is one per process. */
 #ifndef KV_ENV_H
@@ -55,7 +61,8 @@ enum {
     ENV_SYNTAX = -5,    /**< a text or a stored value does not follow its grammar */
     ENV_BAD_PATH = -6,  /**< the path was rejected: empty, too long, too many elements */
     ENV_TOO_SMALL = -7, /**< a buffer or an array is too small, or a count is out of range */
-    ENV_IN_USE = -8,    /**< sub-environments are open on it, or it is another's default */
+    ENV_IN_USE = -8,    /**< sub-environments are open on it, it is another's default, or it is
+                             being written */
     ENV_ERROR = -10     /**< NIL environment, misuse, exhausted heap, or another reported error */
 };
 
@@ -117,7 +124,8 @@ KV_API ENV *env_create_subenv(ENV *env, const char *section, const char *path) K
  *   ENV_OK      stored; also when the path was rejected (after a kv_error; nothing is stored then except
  *               a section that was missing), and when a section of a root environment is addressed
  *               without a path, which creates the section if need be and changes nothing else
- *   ENV_IN_USE  the element is a block with an open sub-environment below it; nothing is changed
+ *   ENV_IN_USE  the element is a block with an open sub-environment below it, or it is being written and
+ *               would be replaced or become a block; nothing is changed
  *   ENV_ERROR   env or section is NIL; the heap is exhausted; an occurrence index of 0 where there is no
  *               element to stand for it, or one that is more than 1000000 beyond the elements that there
  *               are (each after a kv_error); nothing is changed */
@@ -390,7 +398,7 @@ KV_API int32_t env_insert_before(ENV *env, const char *section, const char *path
  *  @retval ENV_OK         deleted
  *  @retval ENV_NOT_FOUND  the addressed element does not exist
  *  @retval ENV_BAD_PATH   the path was rejected (reported)
- *  @retval ENV_IN_USE     a sub-environment is open on it or below it
+ *  @retval ENV_IN_USE     a sub-environment is open on it or below it, or it is being written
  *  @retval ENV_ERROR      env is NIL, or a sub-environment is used without a path (reported, but for
  *                         section not NIL) */
 KV_API int32_t env_delete(ENV *env, const char *section, const char *path) KV_NOEXCEPT;
@@ -480,6 +488,7 @@ KV_API void env_write(env_putc put_character, void *stream, ENV *env) KV_NOEXCEP
  *                      reported ("Was really error"), and the sections before that one are there
  *  @retval ENV_SYNTAX  the text breaks the format (after a kv_error; env_get_error() tells where); the
  *                      sections before the one with the error are there
+ *  @retval ENV_IN_USE  env is being written; nothing is read
  *  @retval ENV_ERROR   env is NIL, a sub-environment, or has open sub-environments; or the heap is
  *                      exhausted elsewhere (each reported; the environment is as it was)
  *

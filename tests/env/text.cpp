@@ -140,24 +140,19 @@ TEST(Text, Refusals) {
     EXPECT_EQ(dump(env.get()), "[s] a=1");
 }
 
-// The characters come from and go to the application, which may use environments meanwhile.
-TEST(Text, CallbacksUseEnvironments) {
+// The characters come from the application, which may use environments meanwhile.
+TEST(Text, ReadingUsesEnvironments) {
     struct Stream {
         std::string_view rest;
         ENV *env;
-        int calls = 0;
-
-        void use() {
-            EXPECT_EQ(env_close(env, 0), ENV_IN_USE);
-            EXPECT_EQ(dump(tree("[o]\n  x ={ y =\\\n1\n}\n").get()), "[o] x{y=1}");
-            EXPECT_EQ(env_put_long(env, "s", "a", ++calls), ENV_OK);
-        }
     };
     const Env env = tree("[s]\n  a =0\n");
-    Stream in{"[s]\n  a =new\n", env.get()}, out{"", env.get()};
+    Stream in{"[s]\n  a =new\n", env.get()};
     const auto get = [](void *stream) -> int32_t {
         auto &from = *static_cast<Stream *>(stream);
-        from.use();
+        EXPECT_EQ(env_close(from.env, 0), ENV_IN_USE);
+        EXPECT_EQ(dump(tree("[o]\n  x ={ y =\\\n1\n}\n").get()), "[o] x{y=1}");
+        EXPECT_EQ(env_put(from.env, "s", "a", "1"), ENV_OK);
         if (from.rest.empty()) return -1;
         const char c = from.rest.front();
         from.rest.remove_prefix(1);
@@ -165,8 +160,71 @@ TEST(Text, CallbacksUseEnvironments) {
     };
     EXPECT_EQ(env_read(get, &in, env.get()), ENV_OK);
     EXPECT_EQ(dump(env.get()), "[s] a=new");
-    env_write([](int32_t, void *stream) { static_cast<Stream *>(stream)->use(); }, &out, env.get());
-    EXPECT_EQ(dump(env.get()), numbered("[s] a=", out.calls));
+}
+
+// env_sink() tells of an element in use as of every other failure.
+int32_t merge(ENV *env, std::string_view text) {
+    return env_sink(env, tree(text).get(), ENV_SINK_REPLACE) == ENV_OK ? ENV_OK : ENV_IN_USE;
+}
+
+// The character function makes one change, at every character in turn: refused while the element is being
+// written, written itself if it comes before that, and without effect on the text if it comes later.
+TEST(Text, WritingKeepsWhatIsBeingWritten) {
+    constexpr std::string_view kText = "[s]\n  a =1\n  b ={\n    c =2\n  }\n[t]\n  d =3\n";
+    static const std::string kLong(1000, 'l');
+    const struct {
+        const char *name;
+        std::function<int32_t(ENV *)> change;
+        std::string_view first, behind;  // the lines from and before which it is refused
+    } cases[] = {
+        {"longer", [](ENV *e) { return env_put(e, "s", "a", kLong.c_str()); }, "  a", "  b"},
+        {"shorter", [](ENV *e) { return env_put(e, "s", "a", ""); }, "  a", "  b"},
+        {"to a block", [](ENV *e) { return env_put(e, "s", "a@x", "1"); }, "  a", "  b"},
+        {"over a block", [](ENV *e) { return env_put(e, "s", "b", "x"); }, "  b", "[t"},
+        {"delete", [](ENV *e) { return env_delete(e, "s", "b@c"); }, "    c", "  }"},
+        {"delete a block", [](ENV *e) { return env_delete(e, "s", "b"); }, "  b", "[t"},
+        {"delete a section", [](ENV *e) { return env_delete(e, "s", nullptr); }, "[s", "[t"},
+        {"delete all", [](ENV *e) { return env_delete(e, nullptr, nullptr); }, "[s", ""},
+        {"read", [](ENV *e) { return read_text(e, "[x]\n"); }, "[s", ""},
+        {"append", [](ENV *e) { return env_put(e, "s", "b@n", "5"); }, "  }", "  }"},
+        {"insert", [](ENV *e) { return env_insert_before(e, "t", nullptr, "n"); }, "[t", "[t"},
+        {"merge", [](ENV *e) { return merge(e, "[t]\nd =4\n"); }, "  d", ""},
+    };
+    struct Sink {
+        ENV *env;
+        const std::function<int32_t(ENV *)> &change;
+        size_t at, begin, end;
+        std::string text;
+        const Env other = tree("[o]\n");
+
+        static void put(int32_t c, void *sink) {
+            auto &self = *static_cast<Sink *>(sink);
+            EXPECT_EQ(env_close(self.env, 0), ENV_IN_USE);
+            if (self.text.size() == self.at) env_write(make_change, sink, self.other.get());
+            self.text += static_cast<char>(c);
+        }
+        // From within a second writing.
+        static void make_change(int32_t c, void *sink) {
+            auto &self = *static_cast<Sink *>(sink);
+            if (c != '[') return;
+            const bool refused = self.begin <= self.at && self.at < self.end;
+            EXPECT_EQ(self.change(self.env), refused ? ENV_IN_USE : ENV_OK);
+        }
+    };
+    for (const auto &row : cases) {
+        const size_t begin = kText.find(row.first),
+                     end = row.behind.empty() ? kText.size() : kText.find(row.behind);
+        const Env changed = tree(kText);
+        EXPECT_EQ(row.change(changed.get()), ENV_OK);
+        for (size_t at = 0; at < kText.size(); ++at) {
+            SCOPED_TRACE(testing::Message() << row.name << " at " << at);
+            const Env env = tree(kText);
+            Sink sink{env.get(), row.change, at, begin, end, ""};
+            env_write(Sink::put, &sink, env.get());
+            EXPECT_EQ(sink.text, at < begin ? text_of(changed.get()) : kText);
+            EXPECT_EQ(text_of(env.get()), at < begin || at >= end ? text_of(changed.get()) : kText);
+        }
+    }
 }
 
 TEST(Text, BytesZero) {
