@@ -34,13 +34,17 @@ int32_t env_get_core(ENV *env, const char *section, const char *path, int32_t ex
 
 char *env_set_delimiter(const char *delimiter) noexcept {
     const kv::env::Lock lock;
+    // The argument may be one of the two fields that change here.
+    char wanted[sizeof state.delimiter] = "";
+    if (delimiter != nullptr)
+        std::snprintf(wanted, sizeof wanted, "%.*s", kv::env::kDelimiterLength, delimiter);
     std::memcpy(state.previous_delimiter, state.delimiter, sizeof state.delimiter);
     if (delimiter == nullptr) return state.previous_delimiter;
-    if (*delimiter == '\0') {
-        kv::env::report("Bad delimiter: ", delimiter);
+    if (*wanted == '\0') {
+        kv::env::report("Bad delimiter: ", wanted);
         return state.previous_delimiter;
     }
-    std::snprintf(state.delimiter, sizeof state.delimiter, "%.*s", kv::env::kDelimiterLength, delimiter);
+    std::memcpy(state.delimiter, wanted, sizeof wanted);
     ++state.changes;
     state.is_delimiter.fill(false);
     for (const char *at = state.delimiter; *at != '\0'; ++at)

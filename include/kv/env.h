@@ -531,7 +531,8 @@ KV_API int32_t env_get_file_mtime(ENV *env) KV_NOEXCEPT;
  *
  *  @param delimiter  its characters (at most 254 are used); a path is split at each of them, and made with
  *                    them. NIL only asks. The empty text is reported with kv_error and changes nothing.
- *  @return the delimiter before the call, in a field of the library that the next call overwrites */
+ *  @return the delimiter before the call, in a field of the library that the next call overwrites; it may
+ * be that call's argument, as what env_get_delimiter() returns may */
 KV_API char *env_set_delimiter(const char *delimiter) KV_NOEXCEPT;
 
 /** The delimiter: the library's own field. */

@@ -261,6 +261,14 @@ TEST(Paths, Delimiter) {
     EXPECT_EQ(env_get_delimiter(), longest.substr(0, 254));
     EXPECT_EQ(env_set_delimiter("@"), longest.substr(0, 254));
     EXPECT_STREQ(env_get_delimiter(), "@");
+
+    // The library's own fields as arguments.
+    EXPECT_STREQ(env_set_delimiter(env_get_delimiter()), "@");
+    EXPECT_STREQ(env_get_delimiter(), "@");
+    EXPECT_STREQ(env_set_delimiter(env_set_delimiter("/.")), "/.");
+    EXPECT_STREQ(env_get_delimiter(), "@");
+    EXPECT_EQ(env_put(env.get(), "t", "x@y", "1"), ENV_OK);
+    EXPECT_EQ(get(env.get(), "t", "x@y") + get(env.get(), "t", "x/y"), "1-4");
 }
 
 // Ten sections with a block of ten names each in ten blocks; every leaf has the value "section.block.name",
