@@ -7,6 +7,7 @@
 #include "env/handle.hpp"
 #include "env/list.hpp"
 #include "env/lookup.hpp"
+#include "env/own_text.hpp"
 #include "env/state.hpp"
 
 using kv::env::Element;
@@ -105,9 +106,10 @@ int32_t env_count_path(ENV *env, const char *section, const char *path, int32_t 
 int32_t env_list_elem_names(ENV *env, const char *section, const char *path, int32_t exact, char separator,
                             int32_t size, char *names) noexcept {
     const auto list = [&]() -> int32_t {
+        const kv::env::OwnText own_section(section), own_path(path);  // they may stand in `names`
         if (env_exist_block(env, section, path, exact) == 0) return ENV_BLOCK;
-        return size < 2 ? std::int32_t{ENV_TOO_SMALL}
-                        : list_names(env, section, path, exact, separator, size, names);
+        if (size < 2) return ENV_TOO_SMALL;
+        return list_names(env, own_section.get(), own_path.get(), exact, separator, size, names);
     };
     const int32_t result = enter(env, list);
     if (result != ENV_OK && size > 0) *names = '\0';

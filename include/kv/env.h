@@ -371,7 +371,8 @@ KV_API int32_t env_count_path(ENV *env, const char *section, const char *path, i
  *
  *  @param separator  the character behind each name
  *  @param size       bytes of names
- *  @param names      receives the list; the empty text after every failure
+ *  @param names      receives the list; the empty text after every failure. Section and path may stand in
+ *                    it.
  *  @retval ENV_OK         done
  *  @retval ENV_BLOCK      the addressed element is not a block, or missing in the environment itself; a
  *                         sub-environment's own empty block counts as missing

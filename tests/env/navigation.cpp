@@ -196,6 +196,13 @@ TEST(Navigation, ListNames) {
     char names[8] = "?";
     EXPECT_EQ(env_list_elem_names(section.get(), nullptr, nullptr, 1, ';', 8, names), ENV_BLOCK);
     EXPECT_STREQ(names, "");
+    // The arguments in the buffer of the result.
+    str_cpy(names, "s");
+    EXPECT_EQ(env_list_elem_names(alone.get(), names, nullptr, 1, ';', 8, names), ENV_OK);
+    EXPECT_STREQ(names, "a;b;a;");
+    str_cpy(names, "b");
+    EXPECT_EQ(env_list_elem_names(alone.get(), "s", names, 1, ';', 8, names), ENV_OK);
+    EXPECT_STREQ(names, "c;");
 }
 
 }  // namespace
