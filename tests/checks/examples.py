@@ -14,7 +14,7 @@ import tempfile
 programs = pathlib.Path(sys.argv[1])
 examples = pathlib.Path(sys.argv[2])
 emulator = sys.argv[3:]
-suffix = ".exe" if emulator or os.name == "nt" else ""
+suffix = ".exe" if (programs / "limits.exe").exists() else ""
 failures = []
 
 STROKE = "dldd12s"  # in the orders that struct calls < and >, without gaps

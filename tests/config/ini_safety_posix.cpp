@@ -14,6 +14,7 @@
 #include "platform/failpoint.hpp"
 #include "platform/platform.hpp"
 #include "tests/config/ini_safety.hpp"
+#include "tests/support/other_user_posix.hpp"
 #include "tests/support/size_limit_posix.hpp"
 
 namespace {
@@ -33,12 +34,13 @@ int in_child(const std::function<int()> &function) {
 // The same without the rights of root.
 int as_nobody(const std::function<int()> &function) {
     return in_child([&] {
-        if (geteuid() == 0 && setuid(65534) != 0) return -50;
+        if (geteuid() == 0 && setuid(kNobody) != 0) return -50;
         return function();
     });
 }
 
 TEST_F(IniSafety, FilesWithoutRights) {
+    if (!has_other_user()) GTEST_SKIP() << kNoOtherUser;
     fs::permissions(directory, fs::perms{0755});
     for (std::size_t i = 0; i < changes().size(); ++i) {
         SCOPED_TRACE(i);

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "tests/env/trees.hpp"
+#include "tests/support/other_user_posix.hpp"
 #include "tests/support/size_limit_posix.hpp"
 
 namespace {
@@ -30,7 +31,7 @@ void in_child(Work work) {
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        if (geteuid() == 0 && (setegid(65534) != 0 || seteuid(65534) != 0)) _exit(100);
+        if (geteuid() == 0 && (setegid(kNobody) != 0 || seteuid(kNobody) != 0)) _exit(100);
         work();
         _exit(testing::Test::HasFailure() ? 1 : 0);
     }
@@ -67,6 +68,7 @@ TEST_F(FilesOnPosix, KeepLinksAndPermissions) {
 }
 
 TEST_F(FilesOnPosix, OldFileStaysWhenTheDiskIsFull) {
+    if (!has_other_user()) GTEST_SKIP() << kNoOtherUser;
     const Env big = tree("[s]\n  v =" + std::string(100'000, 'x') + "\n");
     write_file(host("kept.env"), "[old]\r\n");
     fs::permissions(host("kept.env"), static_cast<fs::perms>(0666));
@@ -80,6 +82,7 @@ TEST_F(FilesOnPosix, OldFileStaysWhenTheDiskIsFull) {
 }
 
 TEST_F(FilesOnPosix, ThatMayNotBeReadOrWritten) {
+    if (!has_other_user()) GTEST_SKIP() << kNoOtherUser;
     const Env env = tree("[s]\n  a =1\n");
     write_file(host("secret.env"), "[t]\n");
     fs::permissions(host("secret.env"), fs::perms::none);

@@ -8,6 +8,7 @@
 #include "kv/fio.h"
 
 #include "tests/fio/hosts.hpp"
+#include "tests/support/other_user_posix.hpp"
 #include "tests/support/support.hpp"
 
 namespace {
@@ -62,13 +63,14 @@ TEST(HostsOnPosix, DeepDirectoriesAreKeptUpTo255Characters) {
 }
 
 TEST(Access, IsWhatTheRightsAllow) {
+    if (!kvtest::has_other_user()) GTEST_SKIP() << kvtest::kNoOtherUser;
     fs::create_directories(kvtest::drive_c() / "Work");
     kvtest::write_file(kvtest::drive_c() / "Work/file.txt", "x");
     const fs::path file = kvtest::drive_c() / "Work/file.txt";
     fs::permissions(kvtest::drive_c(), fs::perms{0755});
     const pid_t child = fork();
     if (child == 0) {  // root would be let through everywhere
-        constexpr uid_t kNobody = 65534;
+        using kvtest::kNobody;
         if (geteuid() == 0 && (chown(file.c_str(), kNobody, kNobody) != 0 || seteuid(kNobody) != 0))
             _exit(99);
         int wrong = 0;

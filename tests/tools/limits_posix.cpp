@@ -2,6 +2,7 @@
 // alone: Windows has no such devices, rights and commands.
 #include <sys/stat.h>
 
+#include "tests/support/other_user_posix.hpp"
 #include "tests/support/support.hpp"
 #include "tests/tools/program.hpp"
 
@@ -44,6 +45,7 @@ TEST_F(OnPosix, AFullDiskLeavesTheFile) {
 }
 
 TEST_F(OnPosix, RightsAreRespectedAndKept) {
+    if (!has_other_user()) GTEST_SKIP() << kNoOtherUser;
     RunOptions nobody;
     nobody.as_nobody = true;
     ASSERT_EQ(chmod(path("press.env").c_str(), 0444), 0);
@@ -93,6 +95,7 @@ TEST_F(OnPosix, AFullDiskLeavesTheRecords) {
 }
 
 TEST_F(OnPosix, ADirectoryThatMayNotBeReadIsAFailure) {
+    if (!has_other_user()) GTEST_SKIP() << kNoOtherUser;
     std::filesystem::create_directory(path("d"));
     write("d/.a \"hidden\" one", "");
     const Outcome listed = run({"ls", "d", "--json"});
@@ -134,6 +137,7 @@ TEST_F(OnPosix, TimesCommands) {
 }
 
 TEST_F(OnPosix, AnIniFileThatMayNotBeWrittenStays) {
+    if (!has_other_user()) GTEST_SKIP() << kNoOtherUser;
     const std::string before = "[Beep]\r\nTick=1,0\r\n";
     write("t.ini", before);
     RunOptions nobody;

@@ -4,12 +4,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/other_user_posix.hpp"
 #include "tests/support/support.hpp"
 #include "tests/tools/program.hpp"
 
 namespace kvtest {
 
 namespace {
+
+// What runs the program where the system cannot, as one path; empty where it can.
+constexpr char kEmulator[] = KV_TEST_EMULATOR;
 
 void redirect(int descriptor, const std::string &file) {
     const int opened = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
@@ -30,6 +34,11 @@ Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions
         std::filesystem::permissions(directory_, std::filesystem::perms{0755});
     }
     std::vector<char *> arguments{program.data()};
+    if (*kEmulator != '\0') {
+        copies.insert(copies.begin(), program);
+        program = kEmulator;
+        arguments[0] = program.data();
+    }
     for (std::string &word : copies) arguments.push_back(word.data());
     arguments.push_back(nullptr);
 
@@ -45,7 +54,6 @@ Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions
             const auto which = options.limit == RunOptions::Limit::stack ? RLIMIT_STACK : RLIMIT_FSIZE;
             setrlimit(which, &limit);
         }
-        constexpr uid_t kNobody = 65534;
         if (options.as_nobody && geteuid() == 0 && setuid(kNobody) != 0) _exit(126);
         execv(program.c_str(), arguments.data());
         _exit(127);
