@@ -19,7 +19,15 @@ class Calc : public ProgramTest {
 TEST_F(Calc, Values) {
     expect_run({"calc", "2*SIN(30)+MAX(1,4,2)", "1/3", "2^0.5 > 1 ? 10 : 20"}, 0,
                "5\n0.3333333333333333\n10\n", "");
+    expect_run({"calc", "500*2000", "1e15", "1e16", "1e-5", "9e-6"}, 0,
+               "1000000\n1000000000000000\n1e+16\n0.00001\n9e-06\n", "");
     expect_run({"calc", "--places", "2", "--echo", "2/3"}, 0, "2/3 = 0.67\n", "");
+    expect_run({"calc", "--places", "2", "4.35", "0.125", "-0.125", "-0.001", "5", "1e15", "2e15"}, 0,
+               "4.35\n0.13\n-0.12\n0.00\n5.00\n1000000000000000.00\n2e+15\n", "");
+    expect_run({"calc", "--places", "20", "0.1", "1/3"}, 0,
+               "0.10000000000000000000\n0.33333333333333330000\n", "");
+    expect_run({"calc", "--places", "0", "2.5", "-2.5"}, 0, "3\n-2\n", "");
+    expect_run({"calc", "--places", "-1", "1235", "-5"}, 0, "1240\n0\n", "");
     expect_run({"calc", "--", "-(1+2)"}, 0, "-3\n", "");
 }
 
@@ -45,6 +53,8 @@ TEST_F(Calc, SaysWhatIsWrong) {
         {"(-8)^(1/3)", "a negative number to a power that is no whole number (error 14)"},
         {"0^-1", "the power is not finite (error 15)"},
         {"SQRT(-4)", "the square root of a negative number (error 17)"},
+        {"1+LGT(-1)", "the value is not a number"},
+        {"EXP(1000)", "the value is infinite"},
     };
     for (const auto &[expression, text] : cases) {
         const Outcome outcome = run({"calc", "--", expression});

@@ -4,10 +4,13 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <iostream>
+#include <optional>
 
 #include "tools/kv/arguments.hpp"
 #include "tools/kv/calc/line_input.hpp"
+#include "tools/kv/calc/number_text.hpp"
 #include "tools/kv/failure.hpp"
 #include "tools/kv/subcommands.hpp"
 
@@ -35,7 +38,7 @@ Operators, those that bind tightest first: - and NOT in front of an operand; ^ (
 in degrees ASN ACS ATN ACT; further ABS SQRT EXP LGT (natural) LOG (decimal) MIN MAX, and PI. The
 case of names does not matter.
 
-An expression that has no value is shown on standard error, with a caret under the place. An
+An expression that has no finite value is shown on standard error, with a caret under the place. An
 expression that begins with - and no digit stands behind --.
 
 Options:
@@ -45,13 +48,6 @@ Options:
 
 Exit codes: 0 every expression has a value; 1 one has none; 2 wrong usage.
 )";
-}
-
-// The shortest text that reads back as the number.
-std::string number_text(double value) {
-    std::array<char, 40> text;
-    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
-    return {text.data(), end};
 }
 
 const char *explain(std::int32_t code) {
@@ -101,13 +97,18 @@ void show_place(const std::string &expression, std::int32_t line, std::int32_t c
     std::cerr << "  " << text << "\n  " << indent << "^\n";
 }
 
-// Whether the expression has a value.
-bool evaluate(const std::string &expression, bool echo) {
+struct Output {
+    std::optional<int> places;
+    bool echo;
+};
+
+// Whether the expression has a finite value.
+bool evaluate(const std::string &expression, const Output &output) {
     double value = 0;
     char ok = 0;
-    if (calc_expression(expression.c_str(), &value, &ok) == 1) {
-        if (echo) std::cout << expression << " = ";
-        std::cout << number_text(value) << '\n';
+    if (calc_expression(expression.c_str(), &value, &ok) == 1 && std::isfinite(value)) {
+        if (output.echo) std::cout << expression << " = ";
+        std::cout << (output.places ? rounded_text(value, *output.places) : shortest_text(value)) << '\n';
         return true;
     }
     std::int32_t code = 0;
@@ -116,22 +117,40 @@ bool evaluate(const std::string &expression, bool echo) {
     std::array<char, 101> message;
     const bool configured = calc_error(&code, &line, &column, message.data()) == 0;
     std::cout << std::flush;
+    if (code == CALC_OK) {  // the functions compute outside of their domains too
+        std::cerr << kCommand << ": the value is " << (std::isnan(value) ? "not a number" : "infinite")
+                  << '\n';
+        show_place(expression, 0, 0);
+        return false;
+    }
     std::cerr << kCommand << ": " << (configured ? message.data() : explain(code)) << " (error " << code
               << ")\n";
     show_place(expression, line, column);
     return false;
 }
 
-bool evaluate_lines(bool echo) {
+bool evaluate_lines(const Output &output) {
     const std::unique_ptr<LineInput> input = open_line_input("kv> ");
     bool all = true;
     std::string line;
     while (input->next(line)) {
         const std::size_t start = line.find_first_not_of(" \t");
         if (start == line.npos || line[start] == ';') continue;
-        if (!evaluate(line, echo)) all = false;
+        if (!evaluate(line, output)) all = false;
     }
     return all || input->interactive();
+}
+
+std::optional<int> parse_places(const Arguments &arguments) {
+    constexpr int kMost = 300;
+    if (!arguments.has("--places")) return std::nullopt;
+    const std::string text = arguments.value("--places", "");
+    int places = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), places);
+    if (error != std::errc{} || end != text.data() + text.size() || places < -kMost || places > kMost) {
+        fail_usage(kCommand, "--places wants a whole number from -300 to 300");
+    }
+    return places;
 }
 
 }  // namespace
@@ -142,20 +161,10 @@ int run_calc(std::span<const char *const> words) {
         print_help();
         return kDone;
     }
-    if (arguments.has("--places")) {
-        const std::string text = arguments.value("--places", "");
-        std::int32_t places = 0;
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), places);
-        if (error != std::errc{} || end != text.data() + text.size() || places < -300 || places > 300) {
-            fail_usage(kCommand, "--places wants a whole number from -300 to 300");
-        }
-        if (places == -1) fail_usage(kCommand, "--places -1 means the configured places to the library");
-        calc_init(places);
-    }
-    const bool echo = arguments.has("--echo");
-    if (arguments.operands().empty()) return evaluate_lines(echo) ? kDone : kNotFound;
+    const Output output{parse_places(arguments), arguments.has("--echo")};
+    if (arguments.operands().empty()) return evaluate_lines(output) ? kDone : kNotFound;
     bool all = true;
-    for (const std::string &expression : arguments.operands()) all = evaluate(expression, echo) && all;
+    for (const std::string &expression : arguments.operands()) all = evaluate(expression, output) && all;
     return all ? kDone : kNotFound;
 }
 
