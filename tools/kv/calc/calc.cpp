@@ -1,16 +1,14 @@
-// `kv calc`: the values of expressions.
-#include "kv/calc.h"
-
+// `kv calc`: the values of expressions and of sheets of formulas.
 #include <algorithm>
-#include <array>
 #include <charconv>
-#include <cmath>
 #include <iostream>
+#include <limits>
 #include <optional>
 
 #include "tools/kv/arguments.hpp"
 #include "tools/kv/calc/line_input.hpp"
 #include "tools/kv/calc/number_text.hpp"
+#include "tools/kv/calc/sheet.hpp"
 #include "tools/kv/failure.hpp"
 #include "tools/kv/subcommands.hpp"
 
@@ -21,124 +19,135 @@ namespace {
 constexpr char kCommand[] = "kv calc";
 
 constexpr Option kOptions[] = {
+    {"--file", "FILE", "evaluate the formulas in the lines of FILE; may be repeated"},
+    {"--env", "FILE", "the environment file of {PATH}; a further one is its default"},
+    {"--section", "NAME", "the section that {PATH} is in"},
+    {"--ini", "FILE", "the INI file of {ini:SECTION/KEY}"},
     {"--places", "N", "round to N decimal places (below 0: to tens, hundreds, ...)"},
-    {"--echo", "", "print each expression before its value"},
+    {"--echo", "", "print each formula before its value, and the comments"},
     {"--help", "", "this text"},
 };
 
 void print_help() {
-    std::cout << R"(Usage: kv calc [EXPRESSION...]
+    std::cout
+        << R"(Usage: kv calc [FORMULA...] [--file FILE]... [--env FILE]... [--section NAME] [--ini FILE]
 
-Prints the value of each expression. Without one, each line of standard input is an expression;
-empty lines and lines that begin with ; are passed over. At a terminal there is a prompt with a
-history.
+Prints the value of each expression. Without one, and without a file, each line of standard input is
+a formula; at a terminal there is a prompt with a history.
+
+A formula is an expression, or NAME = EXPRESSION, which gives its value a name for the formulas that
+follow: kv calc 'b = 300' 'h = 500' 'b*h^3/12'. The case of such names matters. ans is the last
+value; {PATH} the number in the environment of --env, as {axis@1@limits@max}; {ini:SECTION/KEY} that
+in an INI file. Behind a ; there is a comment.
 
 Operators, those that bind tightest first: - and NOT in front of an operand; ^ (from the right);
 * /; + -; = <> < > <= >= (1 or 0); AND OR; c ? a : b. Functions of degrees: SIN COS TAN COT, and
-in degrees ASN ACS ATN ACT; further ABS SQRT EXP LGT (natural) LOG (decimal) MIN MAX, and PI. The
-case of names does not matter.
+in degrees ASN ACS ATN ACT; further ABS SQRT EXP LGT (natural) LOG (decimal) MIN MAX, and PI, in
+capital or small letters.
 
-An expression that has no finite value is shown on standard error, with a caret under the place. An
-expression that begins with - and no digit stands behind --.
+A formula that has no finite value is shown on standard error, with a caret under the place. One
+that begins with - and no digit stands behind --.
 
 Options:
+  --file FILE          evaluate the formulas in the lines of FILE; may be repeated
+  --env FILE           the environment file of {PATH}; a further one is its default
+  --section NAME       the section that {PATH} is in
+  --ini FILE           the INI file of {ini:SECTION/KEY}; else the main configuration file
   --places N           round to N decimal places (below 0: to tens, hundreds, ...)
-  --echo               print each expression before its value
+  --echo               print each formula before its value, and the comments
   --help               this text
 
-Exit codes: 0 every expression has a value; 1 one has none; 2 wrong usage.
+Exit codes: 0 every formula has a value; 1 one has none; 2 wrong usage; 3 a file cannot be read.
 )";
 }
 
-const char *explain(std::int32_t code) {
-    switch (code) {
-        case CALC_SYNTAX:
-            return "an operand or an operator was expected";
-        case CALC_NO_ARGUMENT:
-            return "( is missing behind the name of a function";
-        case CALC_UNCLOSED:
-            return ") is missing";
-        case CALC_NO_ALTERNATIVE:
-            return ": is missing";
-        case CALC_FRACTIONAL_POWER:
-            return "a negative number to a power that is no whole number";
-        case CALC_INFINITE_POWER:
-            return "the power is not finite";
-        case CALC_DIVISION_BY_ZERO:
-            return "division by zero";
-        case CALC_NEGATIVE_ROOT:
-            return "the square root of a negative number";
-        case CALC_OUT_OF_MEMORY:
-            return "there is not enough memory";
-        default:
-            return "unknown error";
-    }
-}
-
-std::string line_of(const std::string &text, std::int32_t number) {
-    std::size_t start = 0;
-    for (; number > 0; --number) start = text.find('\n', start) + 1;
-    return text.substr(start, text.find('\n', start) - start);
+bool is_continuation(char c) {  // a byte of UTF-8 behind the first one of its character
+    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80;
 }
 
 // The line with the place, and a caret under it; of a long line the part around the place.
-void show_place(const std::string &expression, std::int32_t line, std::int32_t column) {
+void show_place(const std::string &typed, std::size_t place) {
     constexpr std::size_t kAround = 60;
-    std::string text = line_of(expression, line);
-    auto place = std::min(static_cast<std::size_t>(std::max(column, 0)), text.size());
+    const std::size_t start = place == 0 ? 0 : typed.rfind('\n', place - 1) + 1;
+    std::string text = typed.substr(start, typed.find('\n', start) - start);
+    place = std::min(place - start, text.size());
     if (place > kAround) {
-        text.erase(0, place - kAround);
-        place = kAround;
+        std::size_t cut = place - kAround;
+        while (cut < place && is_continuation(text[cut])) ++cut;
+        text.erase(0, cut);
+        place -= cut;
     }
-    text.resize(std::min(text.size(), 2 * kAround));
-    std::string indent = text.substr(0, place);
-    std::replace_if(
-        indent.begin(), indent.end(), [](char c) { return c != '\t'; }, ' ');
+    std::size_t end = std::min(text.size(), 2 * kAround);
+    while (end > place && end < text.size() && is_continuation(text[end])) --end;
+    text.resize(end);
+    std::string indent;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool control = static_cast<unsigned char>(text[i]) < ' ' || text[i] == '\x7f';
+        if (control && text[i] != '\t') text[i] = '?';
+        if (i < place && !is_continuation(text[i])) indent += text[i] == '\t' ? '\t' : ' ';
+    }
     std::cerr << "  " << text << "\n  " << indent << "^\n";
 }
 
-struct Output {
-    std::optional<int> places;
-    bool echo;
+class Printer {
+  public:
+    Printer(Sheet &sheet, std::optional<int> places, bool echo)
+        : sheet_(sheet), places_(places), echo_(echo) {}
+
+    /// Evaluates a formula that came from `origin` and prints its value; whether it has one. The value of
+    /// an assignment is printed with the echo, and at a prompt.
+    bool print(const std::string &typed, const std::string &origin, bool at_prompt);
+    /// A line that may be without a formula.
+    bool print_line(const std::string &line, const std::string &origin, bool at_prompt);
+
+  private:
+    std::string text_of(double value) const {
+        return places_ ? rounded_text(value, *places_) : shortest_text(value);
+    }
+
+    Sheet &sheet_;
+    std::optional<int> places_;
+    bool echo_;
 };
 
-// Whether the expression has a finite value.
-bool evaluate(const std::string &expression, const Output &output) {
-    double value = 0;
-    char ok = 0;
-    if (calc_expression(expression.c_str(), &value, &ok) == 1 && std::isfinite(value)) {
-        if (output.echo) std::cout << expression << " = ";
-        std::cout << (output.places ? rounded_text(value, *output.places) : shortest_text(value)) << '\n';
+bool Printer::print(const std::string &typed, const std::string &origin, bool at_prompt) {
+    try {
+        const auto [target, value] = sheet_.evaluate(typed);
+        const auto [text, comment] = split_comment(typed);
+        const std::string number = text_of(value);
+        if (echo_) {
+            std::cout << text;
+            if (target.empty() || !text.ends_with("= " + number)) std::cout << " = " << number;
+            std::cout << (comment.empty() ? "" : "   ") << comment << '\n';
+        } else if (target.empty()) {
+            std::cout << number << '\n';
+        } else if (at_prompt) {
+            std::cout << target << " = " << number << '\n';
+        }
         return true;
-    }
-    std::int32_t code = 0;
-    std::int32_t line = 0;
-    std::int32_t column = 0;
-    std::array<char, 101> message;
-    const bool configured = calc_error(&code, &line, &column, message.data()) == 0;
-    std::cout << std::flush;
-    if (code == CALC_OK) {  // the functions compute outside of their domains too
-        std::cerr << kCommand << ": the value is " << (std::isnan(value) ? "not a number" : "infinite")
-                  << '\n';
-        show_place(expression, 0, 0);
+    } catch (const FormulaError &error) {
+        std::cout << std::flush;
+        std::cerr << kCommand << ": " << origin << error.reason << '\n';
+        show_place(typed, error.place);
         return false;
     }
-    std::cerr << kCommand << ": " << (configured ? message.data() : explain(code)) << " (error " << code
-              << ")\n";
-    show_place(expression, line, column);
-    return false;
 }
 
-bool evaluate_lines(const Output &output) {
-    const std::unique_ptr<LineInput> input = open_line_input("kv> ");
+bool Printer::print_line(const std::string &line, const std::string &origin, bool at_prompt) {
+    if (!split_comment(line).text.empty()) return print(line, origin, at_prompt);
+    if (echo_ && !at_prompt) std::cout << line << '\n';
+    return true;
+}
+
+// Whether all lines have values. Messages begin with `prefix` and the line's number, if there is a prefix.
+bool print_lines(LineInput &input, const std::string &prefix, Printer &printer) {
     bool all = true;
     std::string line;
-    while (input->next(line)) {
-        const std::size_t start = line.find_first_not_of(" \t");
-        if (start == line.npos || line[start] == ';') continue;
-        if (!evaluate(line, output)) all = false;
+    for (int number = 1; input.next(line); ++number) {
+        const std::string origin = prefix.empty() ? "" : prefix + std::to_string(number) + ": ";
+        if (!printer.print_line(line, origin, input.interactive())) all = false;
     }
-    return all || input->interactive();
+    return all || input.interactive();
 }
 
 std::optional<int> parse_places(const Arguments &arguments) {
@@ -153,6 +162,22 @@ std::optional<int> parse_places(const Arguments &arguments) {
     return places;
 }
 
+// What a script passes on from a variable that is not set.
+void refuse_empty(const Arguments &arguments) {
+    for (const Option &option : kOptions) {
+        const std::vector<std::string> values = arguments.values(option.name);
+        if (!option.value.empty() && std::find(values.begin(), values.end(), "") != values.end()) {
+            fail_usage(kCommand, std::string(option.name) + " is empty");
+        }
+    }
+    for (const std::string &formula : arguments.operands()) {
+        if (split_comment(formula).text.empty()) fail_usage(kCommand, "a formula is empty");
+    }
+    if (arguments.has("--env") != arguments.has("--section")) {
+        fail_usage(kCommand, "--env and --section belong together");
+    }
+}
+
 }  // namespace
 
 int run_calc(std::span<const char *const> words) {
@@ -161,10 +186,23 @@ int run_calc(std::span<const char *const> words) {
         print_help();
         return kDone;
     }
-    const Output output{parse_places(arguments), arguments.has("--echo")};
-    if (arguments.operands().empty()) return evaluate_lines(output) ? kDone : kNotFound;
+    refuse_empty(arguments);
+    const std::vector<std::string> files = arguments.values("--file");
+    const bool from_input = files.empty() && arguments.operands().empty();
+    const std::unique_ptr<LineInput> input = from_input ? open_line_input("kv> ") : nullptr;
+    const Sources sources(arguments.values("--env"), arguments.value("--section", ""),
+                          arguments.value("--ini", ""));
+    Sheet sheet(sources, from_input && input->interactive());
+    Printer printer(sheet, parse_places(arguments), arguments.has("--echo"));
+    if (from_input) {
+        const bool all = print_lines(*input, input->interactive() ? "" : "line ", printer);
+        return all ? kDone : kNotFound;
+    }
     bool all = true;
-    for (const std::string &expression : arguments.operands()) all = evaluate(expression, output) && all;
+    for (const std::string &file : files) {
+        all = print_lines(*open_line_file(file), file == "-" ? "line " : file + ":", printer) && all;
+    }
+    for (const std::string &formula : arguments.operands()) all = printer.print(formula, "", false) && all;
     return all ? kDone : kNotFound;
 }
 

@@ -3,7 +3,11 @@
 #include <cstdio>
 #include <iostream>
 
+#include "kv/fio.h"
+
 #include "platform/platform.hpp"
+#include "tools/kv/failure.hpp"
+#include "tools/kv/unreadable.hpp"
 
 #ifdef KV_HAVE_LIBEDIT
 #include <histedit.h>
@@ -18,7 +22,10 @@ class PlainInput : public LineInput {
     explicit PlainInput(const char *prompt) : prompt_(prompt) {}
     bool next(std::string &line) override {
         if (prompt_ != nullptr) std::cout << prompt_ << std::flush;
-        if (!std::getline(std::cin, line)) return false;
+        if (!std::getline(std::cin, line)) {
+            if (std::cin.bad()) throw Failure{kFile, "standard input cannot be read"};
+            return false;
+        }
         if (!line.empty() && line.back() == '\r') line.pop_back();
         return true;
     }
@@ -26,6 +33,30 @@ class PlainInput : public LineInput {
 
   private:
     const char *prompt_;  // null: standard input is no terminal
+};
+
+class FileInput : public LineInput {
+  public:
+    explicit FileInput(const std::string &file)
+        : name_(file), file_(fio_open(nullptr, file.c_str(), FIO_READ | FIO_TEXT)) {
+        if (file_ == nullptr) throw Failure{kFile, why_unreadable(file).text};
+    }
+    bool next(std::string &line) override {
+        line.clear();
+        std::int32_t c;
+        while ((c = fio_getchar(file_.get(), nullptr)) >= 0 && c != '\n') line += static_cast<char>(c);
+        if (c < 0 && std::ferror(fio_fp(file_.get())) != 0)
+            throw Failure{kFile, name_ + ": cannot be read"};
+        return c >= 0 || !line.empty();
+    }
+    bool interactive() const override { return false; }
+
+  private:
+    struct Close {
+        void operator()(FIO *file) const { fio_close(file); }
+    };
+    std::string name_;
+    std::unique_ptr<FIO, Close> file_;
 };
 
 #ifdef KV_HAVE_LIBEDIT
@@ -88,6 +119,11 @@ std::unique_ptr<LineInput> open_line_input(const char *prompt) {
 #else
     return std::make_unique<PlainInput>(prompt);
 #endif
+}
+
+std::unique_ptr<LineInput> open_line_file(const std::string &file) {
+    if (file == "-") return std::make_unique<PlainInput>(nullptr);
+    return std::make_unique<FileInput>(file);
 }
 
 }  // namespace kvtool

@@ -1,4 +1,4 @@
-// Lines from standard input; at a terminal with a prompt, editing and a history.
+// Lines from standard input or a file; at a terminal with a prompt, editing and a history.
 #pragma once
 
 #include <memory>
@@ -10,13 +10,16 @@ namespace kvtool {
 class LineInput {
   public:
     virtual ~LineInput() = default;
-    /// False at the end of the input.
+    /// False at the end of the input. Throws Failure (kFile) if it cannot be read.
     virtual bool next(std::string &line) = 0;
     virtual bool interactive() const = 0;
 };
 
-/// `prompt` is shown at a terminal. Where the program was built without libedit, lines are edited as the
-/// terminal does it, and there is no history.
+/// Standard input. `prompt` is shown at a terminal. Where the program was built without libedit, lines are
+/// edited as the terminal does it, and there is no history.
 std::unique_ptr<LineInput> open_line_input(const char *prompt);
+
+/// A text file, "-" being standard input. Throws Failure (kFile).
+std::unique_ptr<LineInput> open_line_file(const std::string &file);
 
 }  // namespace kvtool
