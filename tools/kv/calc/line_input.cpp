@@ -10,7 +10,7 @@
 #include "tools/kv/unreadable.hpp"
 
 #ifdef KV_HAVE_LIBEDIT
-#include <histedit.h>
+#include "tools/kv/calc/edited_input.hpp"
 #endif
 
 namespace kvtool {
@@ -27,7 +27,7 @@ class PlainInput : public LineInput {
             return false;
         }
         if (!line.empty() && line.back() == '\r') line.pop_back();
-        return true;
+        return prompt_ == nullptr || line != "quit";
     }
     bool interactive() const override { return prompt_ != nullptr; }
 
@@ -58,56 +58,6 @@ class FileInput : public LineInput {
     std::string name_;
     std::unique_ptr<FIO, Close> file_;
 };
-
-#ifdef KV_HAVE_LIBEDIT
-
-const char *g_prompt = "";  // libedit asks a function for it
-
-char *prompt_of(EditLine *) {
-    return const_cast<char *>(g_prompt);
-}
-
-class EditedInput : public LineInput {
-  public:
-    explicit EditedInput(const char *prompt)
-        : history_(history_init()), editor_(el_init("kv", stdin, stdout, stderr)) {
-        constexpr int kHistoryLength = 1000;
-        g_prompt = prompt;
-        history(history_, &event_, H_SETSIZE, kHistoryLength);
-        el_set(editor_, EL_PROMPT, prompt_of);
-        el_set(editor_, EL_EDITOR, "emacs");
-        el_set(editor_, EL_HIST, history, history_);
-        el_source(editor_, nullptr);
-    }
-    EditedInput(const EditedInput &) = delete;
-    EditedInput &operator=(const EditedInput &) = delete;
-    ~EditedInput() override {
-        el_end(editor_);
-        history_end(history_);
-    }
-
-    bool next(std::string &line) override {
-        std::cout << std::flush;
-        int count = 0;
-        const char *text = el_gets(editor_, &count);
-        if (text == nullptr || count <= 0) {
-            std::cout << '\n';
-            return false;
-        }
-        line.assign(text, static_cast<std::size_t>(count));
-        while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.pop_back();
-        if (!line.empty()) history(history_, &event_, H_ENTER, line.c_str());
-        return true;
-    }
-    bool interactive() const override { return true; }
-
-  private:
-    History *history_;
-    HistEvent event_{};
-    EditLine *editor_;
-};
-
-#endif
 
 }  // namespace
 

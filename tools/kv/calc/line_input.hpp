@@ -15,8 +15,9 @@ class LineInput {
     virtual bool interactive() const = 0;
 };
 
-/// Standard input. `prompt` is shown at a terminal. Where the program was built without libedit, lines are
-/// edited as the terminal does it, and there is no history.
+/// Standard input. `prompt` is shown at a terminal; there the line "quit" is the end too, and Ctrl-C
+/// empties the line. Where the program was built without libedit, lines are edited as the terminal does it,
+/// Ctrl-C ends the program, and there is no history.
 std::unique_ptr<LineInput> open_line_input(const char *prompt);
 
 /// A text file, "-" being standard input. Throws Failure (kFile).
