@@ -84,16 +84,12 @@ int run_draw(std::string_view command, const Arguments &arguments) {
     const TableFamily &family = family_of(command);
     const std::string &name = arguments.operands()[0];
     std::vector<TableFile> tables = open_tables(family, arguments);
-    for (TableFile &table : tables) {
-        table.select(kColumns, false);
-        const std::optional<TableEntry> entry = table.get(name);
-        if (!entry) continue;
-        const auto hpgl = [](double, double) { return hpgl_pen(); };
-        write(draw(page_of(*entry), arguments.has("--hpgl") ? +hpgl : svg_pen),
-              arguments.value("--output", "-"));
-        return kDone;
-    }
-    throw Failure{kNotFound, std::string(command) + ": no entry '" + name + "'"};
+    const TableEntry entry = get_entry(
+        command, tables, name, [](const TableFile &) { return kColumns; }, false);
+    const auto hpgl = [](double, double) { return hpgl_pen(); };
+    write(draw(page_of(entry), arguments.has("--hpgl") ? +hpgl : svg_pen),
+          arguments.value("--output", "-"));
+    return kDone;
 }
 
 constexpr Option kOptions[] = {

@@ -12,13 +12,6 @@ namespace {
 
 constexpr std::string_view kOperators[] = {">", "<", ">=", "<=", "=", "==", "!=", "<>"};
 
-std::string without_blanks(std::string_view text) {
-    std::string result;
-    std::copy_if(text.begin(), text.end(), std::back_inserter(result),
-                 [](char c) { return c != ' ' && c != '\t'; });
-    return result;
-}
-
 // "A>50", "Iy <= 6000".
 TableCondition parse_condition(std::string_view command, const std::string &word) {
     const std::string text = without_blanks(word);
@@ -48,42 +41,48 @@ int parse_limit(std::string_view command, const Arguments &arguments) {
     return limit;
 }
 
-// Those that say something about the columns: of several tables, one without such a column has no match.
-std::vector<TableFile> with_columns(std::vector<TableFile> tables,
-                                    const std::vector<TableCondition> &conditions,
-                                    std::string_view command) {
+// Those that say something about all of the columns.
+std::vector<TableFile> with_columns(const TableFamily &family, std::vector<TableFile> tables,
+                                    const std::vector<TableCondition> &conditions) {
+    for (const TableCondition &condition : conditions) require_column(family, tables, condition.column);
     for (const TableCondition &condition : conditions) {
-        const auto lacks = [&](const TableFile &table) { return !table.has_column(condition.column); };
-        tables.erase(std::remove_if(tables.begin(), tables.end(), lacks), tables.end());
-        if (tables.empty()) {
-            throw Failure{kNotFound,
-                          std::string(command) + ": there is no column '" + condition.column + "'"};
-        }
+        std::erase_if(tables, [&](const TableFile &table) { return !table.has_column(condition.column); });
+    }
+    if (tables.empty()) {
+        throw Failure{kNotFound,
+                      std::string(family.command) + ": no table has the columns of all conditions"};
     }
     return tables;
 }
 
-// The tables of --table or of all files, else the one that is named after the type.
+// The letters that a pattern begins with, in lower case.
+std::string type_of(const std::string &pattern) {
+    const std::string text = comparable(pattern);
+    const auto other = [](char c) { return c < 'a' || c > 'z'; };
+    return {text.begin(), std::find_if(text.begin(), text.end(), other)};
+}
+
+bool has_type(TableFile &table, const std::string &type) {
+    table.select({}, false);
+    while (const std::optional<TableEntry> entry = table.next()) {
+        if (comparable(entry->name.substr(0, entry->name.find(' '))) == type) return true;
+    }
+    return false;
+}
+
+// The tables of --table or of all files, else the one that is named after the type, else those that have
+// it.
 std::vector<TableFile> searched_tables(const TableFamily &family, const Arguments &arguments,
-                                       std::string_view command, const std::string &pattern) {
+                                       std::string_view command) {
     std::vector<TableFile> tables = open_tables(family, arguments);
     if (arguments.has("--all-files") || arguments.has("--table") || tables.size() == 1) return tables;
-    std::string type;
-    for (const char c : without_blanks(pattern)) {
-        const char lower = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-        if (lower < 'a' || lower > 'z') break;
-        type += lower;
-    }
-    const auto other = [&](const TableFile &table) {
-        std::string name = table.name();
-        for (char &c : name) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-        return name != type;
-    };
-    tables.erase(std::remove_if(tables.begin(), tables.end(), other), tables.end());
-    if (tables.empty()) {
-        fail_usage(command, type.empty() ? "wants --type, --table or --all-files"
-                                         : "there is no table '" + type + "'; --all-files asks all");
-    }
+    const std::string type = type_of(arguments.value("--type", ""));
+    if (type.empty()) fail_usage(command, "wants a type with --type, or --table or --all-files");
+    const auto named = [&](const TableFile &table) { return comparable(table.name()) == type; };
+    const bool one = std::any_of(tables.begin(), tables.end(), named);
+    std::erase_if(tables, [&](TableFile &table) { return one ? !named(table) : !has_type(table, type); });
+    if (tables.empty())
+        throw Failure{kNotFound, std::string(command) + ": nothing is of the type '" + type + "'"};
     return tables;
 }
 
@@ -104,10 +103,11 @@ int run_find(std::string_view command, const Arguments &arguments) {
         conditions.push_back(parse_condition(command, word));
     }
     std::vector<TableFile> tables =
-        with_columns(searched_tables(family, arguments, command, pattern), conditions, command);
+        with_columns(family, searched_tables(family, arguments, command), conditions);
     const std::vector<std::string> shown = chosen_columns(family, arguments, tables);
     std::vector<std::string> columns = shown;
     const std::string sort_column = arguments.value("--sort", "");
+    if (!sort_column.empty()) require_column(family, tables, sort_column);
     const auto sorted_by = std::find(columns.begin(), columns.end(), sort_column);
     const auto key = static_cast<std::size_t>(sorted_by - columns.begin());
     if (!sort_column.empty() && sorted_by == columns.end()) columns.push_back(sort_column);
@@ -149,7 +149,8 @@ const Action kTableFind = {
     R"(Prints the entries that meet all conditions, such as 'A>50' or 'Iy<=6000': a column, one of
 > < >= <= = == != <>, and a number, with --si in metres and their powers. In PATTERN a number
 is a lower bound, and exact in parentheses. Without --table and --all-files the table is the one
-named after the type. Tables without a column of the conditions are left out.
+named after the type, or those that have it if there is none of its name. Tables without a column
+of the conditions are left out.
 )",
     kOptions,
     0,

@@ -41,12 +41,12 @@ void list_tables(std::vector<TableFile> &tables, bool json) {
 int run_list(std::string_view command, const Arguments &arguments) {
     const TableFamily &family = family_of(command);
     std::vector<TableFile> tables = open_tables(family, arguments);
+    const std::vector<std::string> columns = chosen_columns(family, arguments, tables);
     const bool json = arguments.has("--json");
     if (!arguments.has("--table") && !arguments.has("--all")) {
         list_tables(tables, json);
         return kDone;
     }
-    const std::vector<std::string> columns = chosen_columns(family, arguments, tables);
     const bool si = arguments.has("--si");
     std::vector<TableEntry> entries;
     for (TableFile &table : tables) {
@@ -65,27 +65,23 @@ int run_get(std::string_view command, const Arguments &arguments) {
     const TableFamily &family = family_of(command);
     const std::string &name = arguments.operands()[0];
     std::vector<TableFile> tables = open_tables(family, arguments);
-    static_cast<void>(chosen_columns(family, arguments, tables));  // of which at least one has each
+    std::vector<std::string> columns = chosen_columns(family, arguments, tables);
     const bool si = arguments.has("--si");
-    for (TableFile &table : tables) {
-        std::vector<std::string> columns = table.columns();
-        if (arguments.has("--columns")) columns = chosen_columns(family, arguments, tables);
-        table.select(columns, si);
-        const std::optional<TableEntry> entry = table.get(name);
-        if (!entry) continue;
-        if (arguments.has("--json")) {
-            print_entries_json({*entry}, columns);
-            return kDone;
-        }
-        std::cout << entry->name << '\n';
-        for (std::size_t i = 0; i < columns.size(); ++i) {
-            const std::string unit = unit_of(columns[i], si);
-            std::cout << columns[i] << " = " << text_of_value(entry->values[i]) << (unit.empty() ? "" : " ")
-                      << unit << '\n';
-        }
+    const bool all = !arguments.has("--columns");
+    const TableEntry entry = get_entry(
+        command, tables, name,
+        [&](const TableFile &table) { return all ? columns = table.columns() : columns; }, si);
+    if (arguments.has("--json")) {
+        print_entries_json({entry}, columns);
         return kDone;
     }
-    throw Failure{kNotFound, std::string(command) + ": no entry '" + name + "'"};
+    std::cout << entry.name << '\n';
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const std::string unit = unit_of(columns[i], si);
+        std::cout << columns[i] << " = " << text_of_value(entry.values[i]) << (unit.empty() ? "" : " ")
+                  << unit << '\n';
+    }
+    return kDone;
 }
 
 constexpr Option kListOptions[] = {
@@ -111,8 +107,9 @@ const Action kTableGet = {
     "get",
     "NAME [--columns LIST] [--si]",
     "print the values of an entry",
-    R"(Prints the values of the entry with exactly this name, or of the first one with exactly the
-numbers of NAME: 'HEB 200', heb200, L100x10. The tables are asked in the order of their names.
+    R"(Prints the values of the entry with this name, whatever its blanks and its case, in any of the
+tables: 'HEB 200', heb200, L100x10. Where there is none, those of the first one with exactly the
+numbers of NAME, and its type if it says one; the tables are asked in the order of their names.
 )",
     kGetOptions,
     1,

@@ -21,6 +21,19 @@ constexpr Option kOptions[] = {
     {"--table", "TABLE", "this table alone: its name in the directory, or its path"},
 };
 
+// What a script passes on from a variable that is not set would ask for everything.
+void refuse_empty(std::string_view command, const Arguments &arguments) {
+    for (const std::string_view option :
+         {"--dir", "--table", "--columns", "--type", "--sort", "--output"}) {
+        for (const std::string &value : arguments.values(option)) {
+            if (without_blanks(value).empty()) fail_usage(command, std::string(option) + " is empty");
+        }
+    }
+    for (const std::string &operand : arguments.operands()) {
+        if (without_blanks(operand).empty()) fail_usage(command, "a name or a condition is empty");
+    }
+}
+
 int run(const TableFamily &family, std::span<const Action *const> actions,
         std::span<const char *const> words) {
     const std::string overview =
@@ -35,7 +48,7 @@ from them. With --si they are in metres and their powers.
 Exit codes: 0 done; 1 not found; 2 wrong usage; 3 a table cannot be read or a file not be written.
 )";
     return run_action({family.command, "ACTION ... [--dir DIR] [--table TABLE]", actions, kOptions,
-                       overview, "", nullptr},
+                       overview, "", refuse_empty},
                       words);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 #include <unordered_set>
 
 #include "kv/fio.h"
@@ -10,6 +11,7 @@
 #include "kv/memory.h"
 
 #include "tools/kv/failure.hpp"
+#include "tools/kv/unreadable.hpp"
 
 namespace kvtool {
 
@@ -41,6 +43,14 @@ std::string table_directory(const TableFamily &family, const Arguments &argument
     return configured[0] != '\0' ? configured : ".";
 }
 
+bool can_be_listed(const std::string &directory) {
+    FIO_DIRENTRY *records = nullptr;
+    std::int32_t count = 0;
+    const bool listed = fio_listdir(directory.c_str(), "*", 0, &records, &count) == 0;
+    heap_free(records);
+    return listed;
+}
+
 std::vector<std::string> list_tables(const TableFamily &family, const std::string &directory) {
     FIO_DIRENTRY *records = nullptr;
     std::int32_t count = 0;
@@ -61,13 +71,17 @@ std::string joined(const std::string &directory, const std::string &name) {
     return path;
 }
 
-// A name without blanks and in lower case.
-std::string comparable(const std::string &name) {
-    std::string result;
-    for (const char c : name) {
-        if (c != ' ') result += static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+// Of what --table names, and the path that it stands for: why it is none.
+Failure no_table(const TableFamily &family, const std::string &name, std::string path) {
+    if (path.find('.', path.find_last_of("/\\") + 1) == path.npos) path += family.extension;
+    const std::string start = std::string(family.command) + ": ";
+    FIO *file = fio_open(nullptr, path.c_str(), FIO_READ);
+    if (file == nullptr) {
+        const Unreadable why = why_unreadable(path);
+        return {kFile, why.missing ? start + "there is no table '" + name + "'" : start + why.text};
     }
-    return result;
+    fio_close(file);
+    return {kFile, start + "'" + name + "' is no table: its first line names no columns"};
 }
 
 // A table's name as users say it: without directory and extension.
@@ -80,6 +94,19 @@ std::string plain_name(const std::string &path) {
 }
 
 }  // namespace
+
+std::string without_blanks(std::string_view text) {
+    std::string result;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(result),
+                 [](char c) { return c != ' ' && c != '\t'; });
+    return result;
+}
+
+std::string comparable(std::string_view name) {
+    std::string result = without_blanks(name);
+    for (char &c : result) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    return result;
+}
 
 std::optional<TableFile> TableFile::open(const TableFamily &family, const std::string &path) {
     static const char *const kNone[] = {nullptr};
@@ -120,12 +147,16 @@ std::optional<TableEntry> TableFile::next() {
     return entry(name, values);
 }
 
-std::optional<TableEntry> TableFile::get(const std::string &name) {
+std::optional<TableEntry> TableFile::get_named(const std::string &name) {
     const std::string wanted = comparable(name);
     profil_reset(handle_.get(), nullptr, nullptr);
     while (std::optional<TableEntry> candidate = next()) {
         if (comparable(candidate->name) == wanted) return candidate;
     }
+    return std::nullopt;
+}
+
+std::optional<TableEntry> TableFile::get_sized(const std::string &name) {
     std::vector<double> values(factors_.size());
     char found[PROFIL_NAME_SIZE];
     if (profil_get_exact(handle_.get(), name.c_str(), values.data(), found) != 0) return std::nullopt;
@@ -155,14 +186,12 @@ std::vector<TableEntry> TableFile::search(const std::string &pattern,
 std::vector<TableFile> open_tables(const TableFamily &family, const Arguments &arguments) {
     const std::string command(family.command);
     const std::string directory = table_directory(family, arguments);
-    std::string one = arguments.value("--table", "");
+    const std::string one = arguments.value("--table", "");
     std::vector<TableFile> tables;
     if (!one.empty()) {
-        if (one.find_first_of("/\\:") == one.npos) one = joined(directory, one);
-        std::optional<TableFile> table = TableFile::open(family, one);
-        if (!table) {
-            throw Failure{kFile, command + ": there is no table '" + arguments.value("--table", "") + "'"};
-        }
+        const std::string path = one.find_first_of("/\\:") == one.npos ? joined(directory, one) : one;
+        std::optional<TableFile> table = TableFile::open(family, path);
+        if (!table) throw no_table(family, one, path);
         tables.push_back(std::move(*table));
         return tables;
     }
@@ -170,11 +199,40 @@ std::vector<TableFile> open_tables(const TableFamily &family, const Arguments &a
         std::optional<TableFile> table = TableFile::open(family, joined(directory, name));
         if (table) tables.push_back(std::move(*table));
     }
-    if (tables.empty()) {
-        throw Failure{kFile, command + ": there are no tables of " + std::string(family.what) + " in '" +
-                                 directory + "'; name a directory with --dir"};
+    if (!tables.empty()) return tables;
+    const bool listed = can_be_listed(directory);
+    throw Failure{kFile, command +
+                             (listed ? ": there are no tables of " + std::string(family.what) + " in '"
+                                     : ": there is no directory '") +
+                             directory + "'; name one with --dir"};
+}
+
+TableEntry get_entry(std::string_view command, std::vector<TableFile> &tables, const std::string &name,
+                     const std::function<std::vector<std::string>(const TableFile &)> &columns, bool si) {
+    for (const auto get : {&TableFile::get_named, &TableFile::get_sized}) {
+        for (TableFile &table : tables) {
+            table.select(columns(table), si);
+            if (std::optional<TableEntry> entry = (table.*get)(name)) return std::move(*entry);
+        }
+        if (name.find_first_of("0123456789") == name.npos) {
+            fail_usage(command, "'" + name + "' has no size, and is no name of an entry");
+        }
     }
-    return tables;
+    throw Failure{kNotFound, std::string(command) + ": no entry '" + name + "'"};
+}
+
+void require_column(const TableFamily &family, const std::vector<TableFile> &tables,
+                    const std::string &column) {
+    std::string known;
+    for (const TableFile &table : tables) {
+        if (table.has_column(column)) return;
+        for (const std::string &other : table.columns()) {
+            if ((known + ",").find(" " + other + ",") == known.npos)
+                known += (known.empty() ? " " : ", ") + other;
+        }
+    }
+    throw Failure{kNotFound, std::string(family.command) + ": there is no column '" + column +
+                                 "'; the columns are" + known};
 }
 
 std::vector<std::string> chosen_columns(const TableFamily &family, const Arguments &arguments,
@@ -192,12 +250,9 @@ std::vector<std::string> chosen_columns(const TableFamily &family, const Argumen
     }
     std::string rest = arguments.value("--columns", "") + ",";
     for (std::size_t comma; (comma = rest.find(',')) != rest.npos; rest.erase(0, comma + 1)) {
-        const std::string column = rest.substr(0, comma);
-        if (column.empty()) continue;
-        if (std::none_of(tables.begin(), tables.end(),
-                         [&](const TableFile &table) { return table.has_column(column); })) {
-            throw Failure{kNotFound, std::string(family.command) + ": there is no column '" + column + "'"};
-        }
+        const std::string column = without_blanks(rest.substr(0, comma));
+        if (column.empty()) fail_usage(family.command, "a name in --columns is empty");
+        require_column(family, tables, column);
         add(column);
     }
     return columns;

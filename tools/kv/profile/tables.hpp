@@ -1,6 +1,7 @@
 // Tables of profiles and mats as the program's actions see them.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,6 +37,10 @@ struct TableCondition {
     double value;
 };
 
+std::string without_blanks(std::string_view text);
+/// A name without blanks and in lower case.
+std::string comparable(std::string_view name);
+
 class TableFile {
   public:
     /// None if the file is no table.
@@ -50,9 +55,10 @@ class TableFile {
     /// goes to the first entry.
     void select(const std::vector<std::string> &columns, bool si);
     std::optional<TableEntry> next();
-    /// The entry of that name, whatever its blanks and its case, or the first one that has exactly its
-    /// numbers.
-    std::optional<TableEntry> get(const std::string &name);
+    /// The entry of that name, whatever its blanks and its case.
+    std::optional<TableEntry> get_named(const std::string &name);
+    /// The first entry that has exactly the numbers of that name, and its type if it says one.
+    std::optional<TableEntry> get_sized(const std::string &name);
     /// All entries that match the pattern and meet the conditions.
     std::vector<TableEntry> search(const std::string &pattern,
                                    const std::vector<TableCondition> &conditions);
@@ -77,8 +83,17 @@ class TableFile {
 /// their names, or the one. Throws Failure if there are none, or the one is none.
 std::vector<TableFile> open_tables(const TableFamily &family, const Arguments &arguments);
 
-/// The columns that --columns names, or all that any of the tables has. Throws Failure (kNotFound) at one
-/// that no table has.
+/// The entry of that name in one of the tables, else the first one with exactly its numbers; with the
+/// columns that `columns` gives for its table. Throws Failure: kUsage if the name has no number, kNotFound.
+TableEntry get_entry(std::string_view command, std::vector<TableFile> &tables, const std::string &name,
+                     const std::function<std::vector<std::string>(const TableFile &)> &columns, bool si);
+
+/// Throws Failure (kNotFound) if none of the tables has the column.
+void require_column(const TableFamily &family, const std::vector<TableFile> &tables,
+                    const std::string &column);
+
+/// The columns that --columns names, or all that any of the tables has. Throws Failure: kNotFound at one
+/// that no table has, kUsage if a name is empty.
 std::vector<std::string> chosen_columns(const TableFamily &family, const Arguments &arguments,
                                         const std::vector<TableFile> &tables);
 
