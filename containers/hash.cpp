@@ -3,6 +3,10 @@
 // Removing a key leaves a hole without a mark, and a lookup does not stop at one, so that by the rules a
 // key that is missing has been looked for in every slot. Each slot therefore counts the keys of the table
 // whose home it is: a lookup that has met them all is done. The result is the same.
+//
+// A lookup writes into no table, so that threads may look into tables, and into what is a parent of
+// several, at the same time.
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <limits>
@@ -104,30 +108,29 @@ class Remainder {
 }  // namespace
 
 struct HASH {
+    HASH(std::int32_t number, std::int32_t prime, Slot *slot_array, hash_function function, HASH *enclosing)
+        : id(number),
+          size(prime),
+          home_offset(static_cast<std::uint32_t>(prime - 1)),
+          slots(slot_array),
+          hashfn(function),
+          parent(enclosing) {}
+
     std::int32_t id;
     std::int32_t size;      // a prime
     Remainder home_offset;  // by size - 1
     Slot *slots;
     hash_function hashfn;
     HASH *parent;
-    std::int32_t children;  // open tables whose parent this is
+    std::atomic<std::int32_t> children = 0;  // open tables whose parent this is
 
-    // The running lookup of a chain of tables.
-    std::int32_t probe_position;
-    std::int32_t probe_home;
-    std::int32_t probe_hash;
-    std::int32_t probe_left;  // keys with this home not met yet
-
-    std::int32_t give(const Slot &slot, std::int32_t index, kv_value *value_out,
-                      std::int32_t *id_out) const;
+    std::int32_t give(std::int32_t index, kv_value *value_out, std::int32_t *id_out) const;
     Wanted want(const char *key) const;
     Slot &at(std::int32_t index) const { return slots[static_cast<std::size_t>(index)]; }
     std::int32_t home_of(std::int32_t hash) const;
     std::int32_t after(std::int32_t position, std::int32_t home) const;
     std::int32_t find_place(const Wanted &wanted) const;
-    std::int32_t find_behind_home(const Wanted &wanted) const;
-    bool start_lookup(const Wanted &wanted);
-    bool probe(const char *key);
+    std::int32_t find_behind_home(const Wanted &wanted, std::int32_t &steps) const;
     void clear_slot(Slot &slot);
     void clear();
 };
@@ -151,9 +154,8 @@ inline std::int32_t HASH::after(std::int32_t position, std::int32_t home) const 
 }
 
 // What a lookup gives.
-inline std::int32_t HASH::give(const Slot &slot, std::int32_t index, kv_value *value_out,
-                               std::int32_t *id_out) const {
-    if (value_out != nullptr) *value_out = slot.entry->value;
+inline std::int32_t HASH::give(std::int32_t index, kv_value *value_out, std::int32_t *id_out) const {
+    if (value_out != nullptr) *value_out = at(index).entry->value;
     if (id_out != nullptr) *id_out = id;
     return index;
 }
@@ -169,37 +171,22 @@ std::int32_t HASH::find_place(const Wanted &wanted) const {
     return -1;
 }
 
-// The first slot of the sequence behind the home slot that holds the key; -1 if there is none.
-std::int32_t HASH::find_behind_home(const Wanted &wanted) const {
+// The first slot of the sequence that holds the key, fewer than `steps` behind the home slot; -1 if there
+// is none. When it is found, `steps` becomes the number of steps to it.
+std::int32_t HASH::find_behind_home(const Wanted &wanted, std::int32_t &steps) const {
     std::int32_t position = wanted.home;
     std::int32_t left =
         at(position).keys_at_home - static_cast<std::int32_t>(at(position).home == position);
-    while (left > 0) {
+    for (std::int32_t step = 1; left > 0 && step < steps; ++step) {
         position = after(position, wanted.home);
         if (at(position).home != wanted.home) continue;
-        if (at(position).holds(wanted)) return position;
+        if (at(position).holds(wanted)) {
+            steps = step;
+            return position;
+        }
         --left;
     }
     return -1;
-}
-
-// Whether the home slot holds the key.
-bool HASH::start_lookup(const Wanted &wanted) {
-    const Slot &slot = at(wanted.home);
-    probe_position = wanted.home;
-    probe_home = wanted.home;
-    probe_hash = wanted.hash;
-    probe_left = slot.keys_at_home - static_cast<std::int32_t>(slot.home == wanted.home);
-    return slot.holds(wanted);
-}
-
-// Whether the next slot holds the key; some are left to be met.
-bool HASH::probe(const char *key) {
-    probe_position = after(probe_position, probe_home);
-    const Slot &slot = at(probe_position);
-    if (slot.home != probe_home) return false;
-    --probe_left;
-    return slot.holds({key, probe_hash, probe_home});
 }
 
 void HASH::clear_slot(Slot &slot) {
@@ -216,39 +203,54 @@ void HASH::clear() {
 
 namespace {
 
-// The table that has the key, at its probe_position; null if none has it. All first slots are looked at,
-// then all second ones, and so on, from the table to its ancestors each time.
-const HASH *find_in_chain(HASH &table, Wanted wanted) {
-    hash_function hashfn = table.hashfn;
-    for (HASH *each = &table; each != nullptr; each = each->parent) {
-        if (each->hashfn != hashfn) {
-            hashfn = each->hashfn;
-            wanted.hash = hashfn(wanted.key);
-        }
-        wanted.home = each->home_of(wanted.hash);
-        if (each->start_lookup(wanted)) return each;
+constexpr std::int32_t kAnySteps = std::numeric_limits<std::int32_t>::max();
+
+// A table of a chain with what is wanted there.
+class Link {
+  public:
+    Link(const HASH &table, const Wanted &wanted) : table_(&table), wanted_(wanted) {}
+
+    const HASH *table() const { return table_; }
+    const Wanted &wanted() const { return wanted_; }
+    void go_on() {
+        const hash_function hashfn = table_->hashfn;
+        table_ = table_->parent;
+        if (table_ == nullptr) return;
+        if (table_->hashfn != hashfn) wanted_.hash = table_->hashfn(wanted_.key);
+        wanted_.home = table_->home_of(wanted_.hash);
     }
-    for (bool more = true; more;) {
-        more = false;
-        for (HASH *each = &table; each != nullptr; each = each->parent) {
-            if (each->probe_left == 0) continue;
-            more = true;
-            if (each->probe(wanted.key)) return each;
-        }
+
+  private:
+    const HASH *table_;
+    Wanted wanted_;
+};
+
+// Looks at all first slots, from the table to its ancestors, then at all second ones, and so on. The first
+// that has the key is that of the table where it lies the fewest steps behind its home slot.
+std::int32_t get_from_chain(const HASH &table, const Wanted &wanted, kv_value *value, std::int32_t *id) {
+    for (Link link(table, wanted); link.table() != nullptr; link.go_on()) {
+        const std::int32_t home = link.wanted().home;
+        if (link.table()->at(home).holds(link.wanted())) return link.table()->give(home, value, id);
     }
-    return nullptr;
+    const HASH *owner = nullptr;
+    std::int32_t index = -1;
+    std::int32_t steps = kAnySteps;
+    for (Link link(table, wanted); link.table() != nullptr; link.go_on()) {
+        const std::int32_t found = link.table()->find_behind_home(link.wanted(), steps);
+        if (found < 0) continue;
+        owner = link.table();
+        index = found;
+    }
+    return owner != nullptr ? owner->give(index, value, id) : -1;
 }
 
 // A key that is not in its home slot. Apart, so that hash_get() is short.
-[[gnu::noinline]] std::int32_t get_behind_home(HASH &table, Wanted wanted, kv_value *value,
+[[gnu::noinline]] std::int32_t get_behind_home(const HASH &table, const Wanted &wanted, kv_value *value,
                                                std::int32_t *id) noexcept {
-    if (table.parent == nullptr) {
-        const std::int32_t index = table.find_behind_home(wanted);
-        return index < 0 ? -1 : table.give(table.at(index), index, value, id);
-    }
-    const HASH *owner = find_in_chain(table, wanted);
-    if (owner == nullptr) return -1;
-    return owner->give(owner->at(owner->probe_position), owner->probe_position, value, id);
+    if (table.parent != nullptr) return get_from_chain(table, wanted, value, id);
+    std::int32_t steps = kAnySteps;
+    const std::int32_t index = table.find_behind_home(wanted, steps);
+    return index < 0 ? -1 : table.give(index, value, id);
 }
 
 }  // namespace
@@ -258,10 +260,7 @@ HASH *hash_open(int32_t id, int32_t size, hash_function hashfn, HASH *parent) no
     auto *slots = static_cast<Slot *>(heap_calloc(static_cast<std::uint32_t>(prime), sizeof(Slot)));
     if (slots == nullptr) return nullptr;
     if (hashfn == nullptr) hashfn = parent != nullptr ? parent->hashfn : byte_sum;
-    HASH *table =
-        kv::memory::make_owned<HASH>(HASH{id, prime, Remainder(static_cast<std::uint32_t>(prime - 1)),
-                                          slots, hashfn, parent, 0, -1, -1, 0, 0})
-            .release();
+    HASH *table = kv::memory::make_owned<HASH>(id, prime, slots, hashfn, parent).release();
     if (table == nullptr) {
         heap_free(slots);
         return nullptr;
@@ -281,8 +280,6 @@ void hash_close(HASH *table) noexcept {
 void hash_reset(HASH *table) noexcept {
     if (table == nullptr) return;
     table->clear();
-    table->probe_position = -1;
-    table->probe_home = -1;
 }
 
 int32_t hash_put(HASH *table, const char *key, kv_value value) noexcept {
@@ -307,7 +304,7 @@ int32_t hash_get(HASH *table, const char *key, kv_value *value, int32_t *id) noe
     const Slot &slot = table->at(wanted.home);
     // Of a large table, what costs is waiting for its memory: the next slot is fetched ahead.
     if (table->size > kManySlots) __builtin_prefetch(&table->at(table->after(wanted.home, wanted.home)));
-    if (slot.holds(wanted)) return table->give(slot, wanted.home, value, id);
+    if (slot.holds(wanted)) return table->give(wanted.home, value, id);
     return get_behind_home(*table, wanted, value, id);
 }
 

@@ -1,8 +1,8 @@
 /* Containers: doubly linked lists of the caller's elements; stacks, queues and hash tables of values.
  *
  * A list links elements that the caller allocates and owns. The other containers own their nodes and
- * handles, never what the values point to. A container belongs to one thread at a time. Only list_init()
- * and the insertions into lists ever report anything. */
+ * handles, never what the values point to. A container belongs to one thread at a time; hash tables share
+ * more, see there. Only list_init() and the insertions into lists ever report anything. */
 #ifndef KV_CONTAINERS_H
 #define KV_CONTAINERS_H
 
@@ -178,7 +178,13 @@ KV_API void queue_clear(QUEUE *queue) KV_NOEXCEPT;
  *
  * The slots. The home slot of a key is (|hash| mod (size - 1)) + 1; the slots where the key may be are
  * the multiples of its home slot, modulo the size, which is a prime: every slot, each once, comes up
- * before the home slot again. */
+ * before the home slot again.
+ *
+ * Threads. A lookup reads the table and its ancestors and changes none of them, so that several threads may
+ * look up at once in one table, in tables with a common parent and in that parent, and may open and close
+ * tables under a parent that they share. What changes the keys of a table, hash_put(), hash_reset() and
+ * the removals, and hash_close() on it, must not run while another thread uses the table or looks up in
+ * one below it. A hash function of the caller runs in the thread of the call. */
 
 typedef struct HASH HASH;
 

@@ -1,16 +1,19 @@
 // Hash tables, against a model that walks the slots as the interface describes it.
-#include <cstdlib>
+#include "tests/models/hash.hpp"
+
+#include <atomic>
 #include <gtest/gtest.h>
-#include <optional>
 #include <random>
-#include <string>
-#include <vector>
+#include <thread>
+#include <utility>
 
 #include "kv.h"
 
 #include "tests/support/support.hpp"
 
 namespace {
+
+using kvmodel::HashTable;
 
 int32_t byte_sum(const char *key) {
     int32_t sum = 0;
@@ -23,57 +26,15 @@ int32_t often_extreme(const char *key) {
     return kHashes[static_cast<unsigned char>(std::string(key).back()) % 5];
 }
 
-struct Model {
-    struct Slot {
-        std::string key;
-        kv_value value;
-    };
-    Model(int32_t number, int32_t size, hash_function function, Model *enclosing)
-        : id(number), slots(static_cast<size_t>(size)), hashfn(function), parent(enclosing) {}
-
-    size_t home(const std::string &key) const {
-        const int64_t hash = hashfn(key.c_str());
-        return static_cast<size_t>(std::abs(hash)) % (slots.size() - 1) + 1;
+// A lookup in the midst of a lookup, in a table with the same parent.
+HASH *beside = nullptr;
+int32_t looks_beside(const char *key) {
+    if (HASH *table = std::exchange(beside, nullptr); table != nullptr) {
+        hash_get(table, "a missing key", nullptr, nullptr);
+        beside = table;
     }
-    int32_t place(const std::string &key) const {
-        const size_t start = home(key);
-        size_t at = start;
-        do {
-            if (!slots[at] || slots[at]->key == key) return static_cast<int32_t>(at);
-            at = (at + start) % slots.size();
-        } while (at != start);
-        return -1;
-    }
-    int32_t put(const std::string &key, kv_value value) {
-        const int32_t at = place(key);
-        if (at >= 0) slots[static_cast<size_t>(at)] = Slot{key, value};
-        return at;
-    }
-    int32_t remove(const std::string &key) {
-        const int32_t at = place(key);
-        if (at < 0 || !slots[static_cast<size_t>(at)]) return -1;
-        slots[static_cast<size_t>(at)].reset();
-        return at;
-    }
-    int32_t get(const std::string &key, kv_value &value, int32_t &found_id) const {
-        for (size_t pass = 1; pass <= 50; ++pass) {
-            for (const Model *table = this; table != nullptr; table = table->parent) {
-                if (pass > table->slots.size()) continue;
-                const size_t at = table->home(key) * pass % table->slots.size();
-                if (!table->slots[at] || table->slots[at]->key != key) continue;
-                value = table->slots[at]->value;
-                found_id = table->id;
-                return static_cast<int32_t>(at);
-            }
-        }
-        return -1;
-    }
-
-    int32_t id;
-    std::vector<std::optional<Slot>> slots;
-    hash_function hashfn;
-    Model *parent;
-};
+    return often_extreme(key);
+}
 
 std::string random_key(std::mt19937 &random) {
     std::string key(1 + random() % 2, ' ');
@@ -81,27 +42,29 @@ std::string random_key(std::mt19937 &random) {
     return key;
 }
 
-void compare(HASH *table, const Model &model) {
-    for (int32_t i = 0; i < static_cast<int32_t>(model.slots.size()); ++i) {
-        const auto &expected = model.slots[static_cast<size_t>(i)];
+void compare(HASH *table, const HashTable &model) {
+    for (int32_t i = -1; i <= static_cast<int32_t>(model.slots.size()); ++i) {
+        const HashTable::Slot *expected = model.at(i);
         char *key = nullptr;
         kv_value value = -77;
-        EXPECT_EQ(hash_get_index(table, i, &key, &value), expected ? i : -1);
-        EXPECT_EQ(key != nullptr ? key : "(none)", expected ? expected->key : "(none)");
-        EXPECT_EQ(value, expected ? expected->value : -77);
+        EXPECT_EQ(hash_get_index(table, i, &key, &value), expected != nullptr ? i : -1);
+        EXPECT_EQ(key != nullptr ? key : "(none)", expected != nullptr ? expected->key : "(none)");
+        EXPECT_EQ(value, expected != nullptr ? expected->value : -77);
         heap_free(key);
     }
 }
 
 TEST(Hash, BehavesAsTheModel) {
     std::mt19937 random(11);
-    for (const hash_function function : {hash_function{nullptr}, &often_extreme}) {
-        const hash_function used = function != nullptr ? function : byte_sum;
-        Model models[] = {{1, 31, used, nullptr}, {2, 13, used, &models[0]}, {3, 5, byte_sum, &models[1]}};
+    for (const hash_function function : {hash_function{nullptr}, &often_extreme, &looks_beside}) {
+        HashTable models[] = {{1, 31, function != nullptr ? function : byte_sum, nullptr},
+                              {2, 13, byte_sum, &models[0]},
+                              {3, 5, byte_sum, &models[1]}};
         HASH *tables[3];
         tables[0] = hash_open(1, 30, function, nullptr);
-        tables[1] = hash_open(2, 12, nullptr, tables[0]);
-        tables[2] = hash_open(3, 4, byte_sum, tables[1]);
+        tables[1] = hash_open(2, 12, byte_sum, tables[0]);
+        tables[2] = hash_open(3, 4, nullptr, tables[1]);  // the parent's function
+        HASH *other = beside = hash_open(4, 4, nullptr, tables[1]);
         for (kv_value step = 0; step < 20000 && !testing::Test::HasFailure(); ++step) {
             const size_t which = random() % 3;
             const std::string key = random_key(random);
@@ -113,10 +76,8 @@ TEST(Hash, BehavesAsTheModel) {
                     EXPECT_EQ(hash_remove_name(tables[which], key.c_str()), models[which].remove(key));
                     break;
                 default: {
-                    kv_value value = -5;
-                    kv_value expected_value = -5;
-                    int32_t id = -6;
-                    int32_t expected_id = -6;
+                    kv_value value = -5, expected_value = -5;
+                    int32_t id = -6, expected_id = -6;
                     EXPECT_EQ(hash_get(tables[which], key.c_str(), &value, &id),
                               models[which].get(key, expected_value, expected_id))
                         << key;
@@ -130,16 +91,40 @@ TEST(Hash, BehavesAsTheModel) {
                 for (auto &slot : models[which].slots) slot.reset();
             }
         }
-        for (HASH *table : {tables[0], tables[1], tables[2], tables[1], tables[0]}) hash_close(table);
+        hash_close(tables[0]);  // has children: stays
+        EXPECT_EQ(hash_put(tables[0], "x", 1), models[0].put("x", 1));
+        beside = nullptr;
+        for (HASH *table : {other, tables[2], tables[1], tables[0]}) hash_close(table);
     }
+}
+
+// Every thread has tables of its own under one parent, and finds there what is in the parent.
+TEST(Hash, ThreadsShareAParent) {
+    HASH *parent = hash_open(1, 401, often_extreme, nullptr);  // most keys lie far behind their home
+    for (int i = 0; i < 60; ++i) hash_put(parent, std::to_string(i).c_str(), i);
+    std::atomic<int> missed{0};
+    const auto look_up = [&] {
+        for (int round = 0; round < 300; ++round) {
+            HASH *own = hash_open(2, 3, nullptr, parent);
+            for (int i = 0; i < 60; ++i) {
+                kv_value value = -1;
+                hash_get(own, std::to_string(i).c_str(), &value, nullptr);
+                missed += value == i ? 0 : 1;
+            }
+            hash_close(own);
+        }
+    };
+    std::thread threads[] = {std::thread(look_up), std::thread(look_up), std::thread(look_up)};
+    for (std::thread &thread : threads) thread.join();
+    EXPECT_EQ(missed, 0);
+    hash_close(parent);
 }
 
 TEST(Hash, Sizes) {
     const struct {
         int32_t wanted;
         int32_t slots;
-    } rows[] = {{INT32_MIN, 3}, {-7, 3}, {0, 3},   {1, 3},     {2, 3},    {3, 3},
-                {4, 5},         {9, 11}, {10, 11}, {100, 101}, {121, 127}};
+    } rows[] = {{INT32_MIN, 3}, {0, 3}, {2, 3}, {3, 3}, {4, 5}, {9, 11}, {10, 11}, {100, 101}, {121, 127}};
     for (const auto &row : rows) {
         HASH *table = hash_open(0, row.wanted, nullptr, nullptr);
         int32_t stored = 0;
@@ -151,38 +136,24 @@ TEST(Hash, Sizes) {
     }
 }
 
-TEST(Hash, ParentsAndIndexes) {
-    HASH *outer = hash_open(10, 5, nullptr, nullptr);
-    HASH *inner = hash_open(20, 5, nullptr, outer);
-    hash_close(outer);  // has a child: stays
-    const int32_t index = hash_put(outer, "x", 1);
-    int32_t id = 0;
-    EXPECT_EQ(hash_get(inner, "x", nullptr, &id), index);
-    EXPECT_EQ(id, 10);
-    EXPECT_EQ(hash_remove_name(inner, "x"), -1);  // is not in this table
-    EXPECT_EQ(hash_remove_index(outer, index), index);
-    EXPECT_EQ(hash_remove_index(outer, index), -1);
-    for (const int32_t bad : {-1, 5, INT32_MAX, INT32_MIN}) {
-        char *key = nullptr;
-        EXPECT_EQ(hash_remove_index(outer, bad), -1);
-        EXPECT_EQ(hash_get_index(outer, bad, &key, nullptr), -1);
-    }
-    // Of NIL for a key only a removal tells.
+// Of NIL for a key only a removal tells; of a NIL table nothing.
+TEST(Hash, NilArguments) {
     kvtest::clear_log();
-    EXPECT_EQ(hash_put(inner, nullptr, 1), -1);
-    EXPECT_EQ(hash_get(inner, nullptr, nullptr, nullptr), -1);
-    EXPECT_EQ(kvtest::read_log(), "");
-    EXPECT_EQ(hash_remove_name(inner, nullptr), -1);
+    HASH *table = hash_open(10, 5, nullptr, nullptr);
+    for (HASH *each : {table, static_cast<HASH *>(nullptr)}) {
+        EXPECT_EQ(hash_put(each, nullptr, 1), -1);
+        EXPECT_EQ(hash_get(each, nullptr, nullptr, nullptr), -1);
+        EXPECT_EQ(hash_get_index(each, 0, nullptr, nullptr), -1);
+        EXPECT_EQ(kvtest::read_log(), "");
+    }
+    EXPECT_EQ(hash_remove_name(nullptr, nullptr), -1);
+    EXPECT_EQ(hash_remove_name(table, nullptr), -1);
     EXPECT_EQ(kvtest::count_in_log(">ERROR  in Unknown Application \"Hash\""), 1);
     EXPECT_EQ(kvtest::count_in_log("   NIL  parameter!\n"), 1);
-    hash_close(inner);
-    hash_close(outer);
-    EXPECT_EQ(hash_remove_name(nullptr, nullptr), -1);
-    EXPECT_EQ(hash_put(nullptr, "x", 1), -1);
-    EXPECT_EQ(hash_get(nullptr, "x", nullptr, nullptr), -1);
-    EXPECT_EQ(hash_get_index(nullptr, 0, nullptr, nullptr), -1);
+    for (const int32_t bad : {-1, 5, INT32_MAX, INT32_MIN}) EXPECT_EQ(hash_remove_index(table, bad), -1);
     hash_reset(nullptr);
     hash_close(nullptr);
+    hash_close(table);
 }
 
 TEST(Hash, ExhaustedHeap) {
