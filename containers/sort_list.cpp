@@ -1,15 +1,17 @@
-// Sorting lists by merging.
+// Sorting lists: short ones by insertion, long ones by merging.
 //
 // The order is defined as that of an insertion from the front: an element goes in front of the first one
 // that does not stay in front of it by the comparison. For every comparison that orders consistently the
 // same order comes out of merging neighbouring pieces in which the earlier element is compared with the
-// later one and stays in front only if the comparison says so.
+// later one and stays in front only if the comparison says so. For the others, only inserting gives it.
 #include <array>
 #include <cstdint>
 
 #include "kv/sort.h"
 
 namespace {
+
+constexpr std::int32_t kMostInserted = 64;
 
 class Order {
   public:
@@ -22,6 +24,22 @@ class Order {
     sort_compare_function compare_;
     std::int32_t key_;
 };
+
+void sort_by_inserting(LIST &list, const Order &order) {
+    LIST sorted{};
+    for (LIST_ELEM *element = list.first; element != nullptr;) {
+        LIST_ELEM *const next = element->next;
+        LIST_ELEM *behind = sorted.first;
+        while (behind != nullptr && order.keeps(behind, element)) behind = behind->next;
+        if (behind != nullptr) {
+            list_insert_before(&sorted, behind, element);
+        } else {
+            list_insert_after(&sorted, nullptr, element);
+        }
+        element = next;
+    }
+    list = sorted;
+}
 
 // Takes the first element off a chain. The one behind the new first is needed soon: it is fetched ahead,
 // since what a large list costs is waiting for its elements.
@@ -61,13 +79,10 @@ void merge_into(LIST &list, LIST_ELEM *earlier, LIST_ELEM *later, const Order &o
     *link = nullptr;
 }
 
-}  // namespace
-
-void sort_list(LIST *list, int32_t mode, sort_compare_function compare) noexcept {
-    const Order order(mode, compare);
+void sort_by_merging(LIST &list, const Order &order) {
     // pieces[i] is a sorted chain of 2^i elements, or none; those with a larger i came earlier.
     std::array<LIST_ELEM *, 32> pieces{};
-    for (LIST_ELEM *element = list->first; element != nullptr;) {
+    for (LIST_ELEM *element = list.first; element != nullptr;) {
         LIST_ELEM *piece = element;
         element = element->next;
         piece->next = nullptr;
@@ -85,5 +100,16 @@ void sort_list(LIST *list, int32_t mode, sort_compare_function compare) noexcept
         if (first_part != nullptr) rest = merge(first_part, rest, order);
         first_part = piece;
     }
-    merge_into(*list, first_part, rest, order);
+    merge_into(list, first_part, rest, order);
+}
+
+}  // namespace
+
+void sort_list(LIST *list, int32_t mode, sort_compare_function compare) noexcept {
+    const Order order(mode, compare);
+    if (list->count <= kMostInserted) {
+        sort_by_inserting(*list, order);
+    } else {
+        sort_by_merging(*list, order);
+    }
 }

@@ -47,10 +47,17 @@ typedef int32_t (*sort_compare_function)(LIST_ELEM *earlier, LIST_ELEM *later);
  *
  *  An element stays in front of a later one only if the comparison returns 1 (mode 1, ascending) or 2
  *  (every other mode, descending); so elements that compare neither way come out in the reverse of their
- *  order. A comparison that does not order consistently gives some order.
+ *  order.
+ *
+ *  A list of up to 64 elements is sorted by insertion, whatever the comparison says: each element in its
+ *  turn goes in front of the first one of those before it that does not stay in front of it, or to the end.
+ *  A longer list is merged. That gives the same order if the comparison orders consistently: if elements
+ * that compare neither way with each other compare alike with all others. A comparison that leaves other
+ * pairs undecided, or contradicts itself, gives some order then, of the same elements.
  *
  *  @param mode     1 ascending, anything else descending
- *  @param compare  the comparison; called some n log n times, it must not change the list */
+ *  @param compare  the comparison, which must not change the list; called up to n * n / 2 times for a list
+ * of up to 64 elements, some n log n times for a longer one */
 KV_API void sort_list(LIST *list, int32_t mode, sort_compare_function compare) KV_NOEXCEPT;
 
 KV_END_DECLS
