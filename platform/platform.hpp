@@ -343,6 +343,16 @@ void debugger_output(const char *text);
 void beep();
 /// True if a standard stream is a person's terminal.
 bool is_terminal(std::FILE *stream);
+/// True if that terminal also understands the escape sequences for colours; they are switched on then.
+bool takes_colors(std::FILE *stream);
+
+// ---- Why a call failed
+
+/// Forgets what has failed before on this thread.
+void clear_failure();
+/// Writes what the system says about the last failure on this thread since then, "Permission denied"; the
+/// empty text if it says nothing.
+void describe_failure(char *text, std::size_t size);
 
 // ---- Serial ports
 

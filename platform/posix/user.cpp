@@ -53,6 +53,11 @@ bool is_terminal(std::FILE *stream) {
     return isatty(fileno(stream)) == 1;
 }
 
+bool takes_colors(std::FILE *stream) {
+    const char *type = std::getenv("TERM");
+    return is_terminal(stream) && type != nullptr && *type != '\0' && std::strcmp(type, "dumb") != 0;
+}
+
 void beep() {
     const int terminal = posix::open_descriptor("/dev/tty", O_WRONLY | O_NOCTTY);
     if (terminal < 0) return;

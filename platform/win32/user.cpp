@@ -19,6 +19,13 @@ bool is_terminal(std::FILE *stream) {
     return _isatty(_fileno(stream)) != 0;
 }
 
+bool takes_colors(std::FILE *stream) {
+    constexpr DWORD kEscapeSequences = 0x0004;  // Windows 10 and later know them
+    const HANDLE console = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+    DWORD mode = 0;
+    return GetConsoleMode(console, &mode) != 0 && SetConsoleMode(console, mode | kEscapeSequences) != 0;
+}
+
 void beep() {
     constexpr UINT kSpeaker = 0xFFFFFFFF;
     MessageBeep(kSpeaker);
