@@ -27,14 +27,17 @@ install(FILES ${PROJECT_BINARY_DIR}/kv.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pk
 
 install(TARGETS kv_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
 if(NOT WIN32)
-  install(FILES docs/kv.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
-  install(FILES cmake/completion.bash RENAME kv DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+  install(FILES ${PROJECT_BINARY_DIR}/tools/kv/kv.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
+  install(FILES cmake/completion/kv.bash RENAME kv DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
           COMPONENT runtime)
+  install(FILES cmake/completion/kv.zsh RENAME _kv DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions
+          COMPONENT runtime)
+  install(FILES cmake/completion/kv.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT runtime)
 endif()
 install(FILES README.md LICENSE CHANGELOG.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
 # As they stand beside each other here, so that their links hold.
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
-        PATTERN "kv.1" EXCLUDE PATTERN "Doxyfile" EXCLUDE PATTERN "CMakeLists.txt" EXCLUDE)
+        PATTERN "Doxyfile" EXCLUDE PATTERN "CMakeLists.txt" EXCLUDE)
 if(WIN32)
   # What Microsoft's tools make an import library of.
   install(FILES cmake/kv.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)

@@ -117,7 +117,7 @@ TEST_F(EnvEdit, RefusesAndLeavesTheFile) {
         {{"insert", "t", "x"}, 1, "[t] not found"},
         {{"delete", "s", "a@3"}, 1, "[s] a@3 not found"},
         {{"delete", "t"}, 1, "[t] not found"},
-        {{"edit"}, 2, "wants -e EDIT"},
+        {{"edit"}, 2, "-e EDIT is missing"},
         {{"edit", "-e", " "}, 2, "an edit is empty"},
         {{"edit", "-e", "put s a 1"}, 2, "no edit 'put'"},
         {{"edit", "-e", "set s a 1 2"}, 2, "edit 1: set wants SECTION [PATH VALUE]"},
@@ -154,7 +154,8 @@ TEST_F(EnvEdit, MergesByMode) {
     write("to.env", base);
     expect({"merge", "from.env", "to.env", "t", "--output", "-"}, 0, base + "[t]\r\n  x =40\r\n");
     expect({"merge", "from.env", "to.env", "u"}, 1, "", "from.env: [u] is no block");
-    expect({"merge", "from.env", "to.env", "--mode", "mix"}, 2, "", "no mode 'mix'");
+    expect({"merge", "from.env", "to.env", "--mode", "mix"}, 2, "",
+           "--mode is one of add, append, replace, update, not 'mix'");
     expect({"merge", "from.env", "none.env"}, 3, "", "none.env: cannot be read");
     EXPECT_EQ(content("to.env"), base);
 }

@@ -19,7 +19,7 @@ TEST_F(EnvFiles, AMissingFileIsMadeOnlyOnRequest) {
     expect({"edit", "--create", "new.env", "-e", "set s a 2"}, 0, "");
     EXPECT_EQ(content("new.env"), "[s]\r\n  a =2\r\n");
     expect({"set", "no/new.env", "s", "a", "1", "--create"}, 3, "", "could not be saved");
-    expect({"set", ".", "s", "a", "1", "--create"}, 3, "", "is a directory");
+    expect({"set", ".", "s", "a", "1", "--create"}, 3, "", "Is a directory");
 }
 
 TEST_F(EnvFiles, AFileWithAnErrorIsNotTouched) {

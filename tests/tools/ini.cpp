@@ -79,7 +79,7 @@ TEST_F(IniProgram, FailedEditsSaveNothing) {
     expect_file({"delete", "x"}, 1, "", "t.ini: [x] not found; nothing was saved");
     expect_file({"edit", "-e", "set S k"}, 2, "", "edit 1: set wants SECTION KEY VALUE; nothing was saved");
     expect_file({"edit", "-e", "put S k 1"}, 2, "", "no edit 'put'");
-    expect_file({"edit"}, 2, "", "wants -e EDIT");
+    expect_file({"edit"}, 2, "", "-e EDIT is missing");
     for (const std::vector<std::string> &words :
          std::vector<std::vector<std::string>>{{"set", "S]", "k", "1"},
                                                {"set", " S", "k", "1"},
@@ -105,7 +105,7 @@ TEST_F(IniProgram, Files) {
     expect_ini({"set", "S", "k", "1", "--file", "no.ini"}, 3, "", "no.ini: cannot be read");
     expect_ini({"set", "S", "k", "1", "--file", "no.ini", "--create"}, 0, "");
     EXPECT_EQ(content("no.ini"), "[S]\r\nk=1");
-    expect_ini({"sections", "--file", "."}, 3, "", ".: is a directory");
+    expect_ini({"sections", "--file", "."}, 3, "", "Is a directory");
     expect_ini({"set", "S", "k", "1", "--file", "no/x.ini", "--create"}, 3, "", "could not be saved");
 }
 
@@ -125,9 +125,9 @@ TEST_F(IniProgram, Help) {
         EXPECT_NE(outcome.out.find(std::string("Usage: kv ini ") + action), std::string::npos);
     }
     expect_ini({}, 2, "", "which action?");
-    expect_ini({"put"}, 2, "", "no action 'put'");
-    expect_ini({"get", "S"}, 2, "", "wants SECTION KEY");
-    expect_ini({"sections", "S"}, 2, "", "wants no operand");
+    expect_ini({"put"}, 2, "", "there is no action 'put'");
+    expect_ini({"get", "S"}, 2, "", "KEY is missing");
+    expect_ini({"sections", "S"}, 2, "", "'S' is a word too many");
 }
 
 }  // namespace

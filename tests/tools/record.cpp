@@ -85,7 +85,7 @@ TEST_F(Record, ByteOrdersAndBrokenFiles) {
     write("none.rec", kIntel);
     expect_record({"dump", "none.rec", "l"}, 0, "");
     expect_record({"dump", "missing.rec", "l"}, 3, "", "missing.rec: cannot be read: No such file");
-    expect_record({"dump", ".", "l"}, 3, "", ".: is a directory");
+    expect_record({"dump", ".", "l"}, 3, "", "Is a directory");
 }
 
 TEST_F(Record, WhatDoesNotFitIsRefusedAndNothingWritten) {
@@ -129,10 +129,10 @@ TEST_F(Record, WhatDoesNotFitIsRefusedAndNothingWritten) {
         EXPECT_EQ(content("a.rec"), "old");
     }
     expect_record({}, 2, "", "kv record --help");
-    expect_record({"list"}, 2, "", "no action 'list'");
-    expect_record({"dump", "a.rec"}, 2, "", "wants FILE FORMAT");
-    expect_record({"dump", "a.rec", "l", "1"}, 2, "", "wants FILE FORMAT");
-    expect_record({"dump", "a.rec", "l", "--text"}, 2, "", "unknown option");
+    expect_record({"list"}, 2, "", "there is no action 'list'");
+    expect_record({"dump", "a.rec"}, 2, "", "FORMAT is missing");
+    expect_record({"dump", "a.rec", "l", "1"}, 2, "", "'1' is a word too many");
+    expect_record({"dump", "a.rec", "l", "--text"}, 2, "", "there is no option");
 }
 
 TEST_F(Record, HelpAndSamples) {

@@ -1,73 +1,67 @@
 #include "tools/kv/actions.hpp"
 
 #include <algorithm>
-#include <iomanip>
-#include <iostream>
 
-#include "tools/kv/failure.hpp"
+#include "tools/kv/subcommands.hpp"
 
 namespace kvtool {
 
-namespace {
-
-constexpr Option kHelpOptions[] = {{"--help", "", "this text"}, {"-h", "", ""}};
-
-void print_options(std::span<const Option> options) {
-    for (const Option &option : options) {
-        if (option.help.empty()) continue;
-        const std::string left =
-            std::string(option.name) + (option.value.empty() ? "" : " ") + std::string(option.value);
-        std::cout << "  " << std::left << std::setw(20) << left << ' ' << option.help << '\n';
-    }
+const Action *ActionTable::find(std::string_view action) const {
+    const auto found = std::find_if(actions.begin(), actions.end(),
+                                    [&](const Action *candidate) { return candidate->name == action; });
+    return found != actions.end() ? *found : nullptr;
 }
 
-void print_help(const ActionTable &table) {
-    std::cout << "Usage: " << table.command << ' ' << table.operands << "\n\nActions:\n";
-    for (const Action *action : table.actions) {
-        std::cout << "  " << std::left << std::setw(8) << action->name << ' ' << action->summary << '\n';
-    }
-    std::cout << table.overview;
+std::string ActionTable::command_of(const Action &action) const {
+    return std::string(command) + (action.name.empty() ? "" : " ") + std::string(action.name);
 }
 
-void print_help(const ActionTable &table, const Action &action) {
-    std::cout << "Usage: " << table.command << ' ' << action.name << (action.operands.empty() ? "" : " ")
-              << action.operands << "\n\n"
-              << action.details << table.more_details << "\nOptions:\n";
-    print_options(action.options);
-    print_options(table.options);
-    print_options(kHelpOptions);
+std::span<const ActionTable *const> subcommands() {
+    static const ActionTable *const tables[] = {
+        &calc_table(),    &env_table(),    &ini_table(),  &ls_table(),    &mat_table(),   &plot_table(),
+        &profile_table(), &record_table(), &scan_table(), &timer_table(), &where_table(),
+    };
+    return tables;
 }
 
-}  // namespace
+const ActionTable *find_subcommand(std::string_view name) {
+    const auto tables = subcommands();
+    const auto found = std::find_if(tables.begin(), tables.end(),
+                                    [&](const ActionTable *table) { return table->name() == name; });
+    return found != tables.end() ? *found : nullptr;
+}
 
-int run_action(const ActionTable &table, std::span<const char *const> words) {
-    const std::string_view name = words.empty() ? "" : words.front();
-    if (name == "--help" || name == "-h") {
-        print_help(table);
-        return kDone;
-    }
-    if (name.empty()) fail_usage(table.command, "which action?");
-    const auto found = std::find_if(table.actions.begin(), table.actions.end(),
-                                    [&](const Action *action) { return action->name == name; });
-    if (found == table.actions.end()) fail_usage(table.command, "no action '" + std::string(name) + "'");
-    const Action &action = **found;
+std::span<const Option> common_options() {
+    static constexpr Option kOptions[] = {
+        {"--help", "", "print this text", 'h'},
+        {"--version", "", "print the version of the program", 'V'},
+        {"--quiet", "", "print no messages but those about the command line", 'q'},
+        {"--color", "WHEN", "colours: auto (at a terminal, unless NO_COLOR is set), always, never", '\0',
+         "auto always never"},
+    };
+    return kOptions;
+}
 
-    const std::string command = std::string(table.command) + " " + std::string(name);
-    std::vector<Option> options(action.options.begin(), action.options.end());
-    options.insert(options.end(), table.options.begin(), table.options.end());
-    options.insert(options.end(), std::begin(kHelpOptions), std::end(kHelpOptions));
-    const Arguments arguments = Arguments::parse(command, words.subspan(1), options);
-    if (arguments.has("--help") || arguments.has("-h")) {
-        print_help(table, action);
-        return kDone;
+std::vector<std::string_view> words_of(std::string_view list) {
+    std::vector<std::string_view> words;
+    while (!list.empty()) {
+        const std::size_t end = std::min(list.find(' '), list.size());
+        if (end > 0) words.push_back(list.substr(0, end));
+        list.remove_prefix(std::min(end + 1, list.size()));
     }
-    const std::size_t count = arguments.operands().size();
-    if (count < action.least || count > action.most) {
-        fail_usage(command,
-                   action.operands.empty() ? "wants no operand" : "wants " + std::string(action.operands));
+    return words;
+}
+
+std::vector<std::string> operand_names(std::string_view operands) {
+    std::vector<std::string> names;
+    for (const std::string_view word : words_of(operands)) {
+        std::string name;
+        for (const char c : word) {
+            if (c != '[' && c != ']' && c != '.') name += c;
+        }
+        names.push_back(std::move(name));
     }
-    if (table.prepare != nullptr) table.prepare(command, arguments);
-    return action.run(command, arguments);
+    return names;
 }
 
 }  // namespace kvtool

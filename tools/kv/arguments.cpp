@@ -6,53 +6,10 @@
 
 namespace kvtool {
 
-namespace {
-
-bool is_option(std::string_view word) {
-    if (word.size() < 2 || word[0] != '-') return false;
-    return word[1] != '.' && (word[1] < '0' || word[1] > '9');  // "-5" and "-.5" are values
-}
-
-}  // namespace
-
 void fail_usage(std::string_view command, const std::string &text) {
     const std::string name(command);
-    throw Failure{kUsage, name + ": " + text + ", see '" + name + " --help'"};
-}
-
-Arguments Arguments::parse(std::string_view command, std::span<const char *const> words,
-                           std::span<const Option> options) {
-    Arguments arguments;
-    bool only_operands = false;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        const std::string_view word = words[i];
-        if (only_operands || !is_option(word)) {
-            arguments.operands_.emplace_back(word);
-            continue;
-        }
-        if (word == "--") {
-            only_operands = true;
-            continue;
-        }
-        const std::size_t equals = word.find('=');
-        const std::string_view name = word.substr(0, equals);
-        const auto option = std::find_if(options.begin(), options.end(),
-                                         [&](const Option &known) { return known.name == name; });
-        if (option == options.end()) fail_usage(command, "unknown option '" + std::string(name) + "'");
-        std::string value;
-        if (option->value.empty()) {
-            if (equals != word.npos) fail_usage(command, std::string(name) + " takes no value");
-        } else if (equals != word.npos) {
-            value = word.substr(equals + 1);
-        } else {
-            if (++i == words.size()) {
-                fail_usage(command, std::string(name) + " needs " + std::string(option->value));
-            }
-            value = words[i];
-        }
-        arguments.options_.emplace_back(option->name, std::move(value));
-    }
-    return arguments;
+    throw Failure{kUsage,
+                  name + ": " + text + (text.ends_with('?') ? "" : ".") + " See '" + name + " --help'."};
 }
 
 bool Arguments::has(std::string_view option) const {

@@ -1,7 +1,6 @@
-// The words behind a command: options and operands, in any order.
+// The options and operands of a command.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -9,32 +8,40 @@
 
 namespace kvtool {
 
+/// An option of a command. A name means the same in every subcommand: it takes a value everywhere or
+/// nowhere, and has the same letter.
 struct Option {
-    std::string_view name;   ///< with its dashes
-    std::string_view value;  ///< what its value is called in the help; empty if it has none
-    std::string_view help;
+    std::string_view name;  ///< "--output"
+    std::string_view
+        value;  ///< what its value is called; empty if it has none. Completion goes by this name
+    std::string_view help;  ///< one line
+    char letter = '\0';     ///< its short form
+    std::string_view choices =
+        {};  ///< the words that the value can be, a blank between them; empty: any text
 };
 
 class Arguments {
   public:
-    /// Tells the words apart. An option's value is the next word, or stands behind "=". A word that begins
-    /// with "-" and is no number and not "-" alone is an option; behind "--" all words are operands. Throws
-    /// Failure (kUsage) at an option that is not among `options`, or has a value too many or too few;
-    /// `command` is what the message calls the command.
-    static Arguments parse(std::string_view command, std::span<const char *const> words,
-                           std::span<const Option> options);
-
     const std::vector<std::string> &operands() const { return operands_; }
+    /// Options are asked for by their names in the table.
     bool has(std::string_view option) const;
     /// The value of the option's last use, or `fallback`.
     std::string value(std::string_view option, std::string_view fallback) const;
     /// The values of all its uses, in order.
     std::vector<std::string> values(std::string_view option) const;
 
+    void add_operand(std::string_view operand) { operands_.emplace_back(operand); }
+    void add_option(std::string_view name, std::string_view value) { options_.emplace_back(name, value); }
+
   private:
     std::vector<std::string> operands_;
     std::vector<std::pair<std::string_view, std::string>> options_;
 };
+
+/// The n-th operand from 0, NIL if there are not so many.
+inline const char *operand(const Arguments &arguments, std::size_t n) {
+    return n < arguments.operands().size() ? arguments.operands()[n].c_str() : nullptr;
+}
 
 /// A usage error of a command, with the hint where to read on.
 [[noreturn]] void fail_usage(std::string_view command, const std::string &text);

@@ -10,9 +10,8 @@
 #include "kv/fio.h"
 #include "kv/memory.h"
 
-#include "tools/kv/arguments.hpp"
 #include "tools/kv/failure.hpp"
-#include "tools/kv/quoting.hpp"
+#include "tools/kv/json.hpp"
 #include "tools/kv/subcommands.hpp"
 
 namespace kvtool {
@@ -20,28 +19,6 @@ namespace kvtool {
 namespace {
 
 constexpr char kCommand[] = "kv ls";
-
-constexpr Option kOptions[] = {{"--json", "", ""}, {"--help", "", ""}, {"-h", "", ""}};
-
-void print_help() {
-    std::cout << R"(Usage: kv ls [DIR] [PATTERN] [--json]
-
-Lists a directory (the current one without DIR), or the names in it that match PATTERN: * is any
-characters, ? any one, *.* every name, and case does not matter. DIR alone may also end in a
-pattern or name a file. Quote patterns, so that the shell leaves them alone.
-
-A line has the attributes (d directory, r read-only, h hidden, s system, a archive: not saved since
-it was changed), the size in bytes, the local time of the last change, and the name. Names are
-sorted; . and .. are left out. The library gives the first 79 characters of a name, 4294967295 for
-larger sizes, and 1980-01-01 in Germany for times that 32 bits do not hold.
-
-Options:
-  --json               print JSON: an array of objects
-  --help               this text
-
-Exit codes: 0 done; 1 nothing matches; 2 wrong usage; 3 the directory cannot be read.
-)";
-}
 
 struct Attribute {
     std::uint32_t flag;
@@ -101,16 +78,8 @@ std::vector<FIO_DIRENTRY> list(const std::string &directory, const std::string &
     return entries;
 }
 
-}  // namespace
-
-int run_ls(std::span<const char *const> words) {
-    const Arguments arguments = Arguments::parse(kCommand, words, kOptions);
-    if (arguments.has("--help") || arguments.has("-h")) {
-        print_help();
-        return kDone;
-    }
+int run_ls(std::string_view, const Arguments &arguments) {
     const std::vector<std::string> &operands = arguments.operands();
-    if (operands.size() > 2) fail_usage(kCommand, "a directory and a pattern, no more");
     std::string directory = operands.empty() ? "." : operands[0];
     std::string pattern = operands.size() < 2 ? "" : operands[1];
     if (operands.size() == 1 && fio_ispath(directory.c_str()) == 0) {
@@ -143,6 +112,37 @@ int run_ls(std::span<const char *const> words) {
     }
     if (json) std::cout << (entries.empty() ? "[\n]\n" : "\n]\n");
     return kDone;
+}
+
+constexpr Option kOptions[] = {kJsonOption};
+
+constexpr Action kLs = {
+    "",
+    "[DIR] [PATTERN]",
+    "list a directory",
+    R"(Lists a directory (the current one without DIR), or the names in it that match PATTERN: * is any
+characters, ? any one, *.* every name, and case does not matter. DIR alone may also end in a
+pattern or name a file. Quote patterns, so that the shell leaves them alone.
+
+A line has the attributes (d directory, r read-only, h hidden, s system, a archive: not saved since
+it was changed), the size in bytes, the local time of the last change, and the name. Names are
+sorted; . and .. are left out. The library gives the first 79 characters of a name, 4294967295 for
+larger sizes, and 1980-01-01 in Germany for times that 32 bits do not hold.
+
+Exit codes: 0 done; 1 nothing matches; 2 wrong usage; 3 the directory cannot be read.
+)",
+    kOptions,
+    0,
+    2,
+    run_ls,
+};
+
+}  // namespace
+
+const ActionTable &ls_table() {
+    static const Action *const actions[] = {&kLs};
+    static const ActionTable table{"kv ls", kLs.summary, actions};
+    return table;
 }
 
 }  // namespace kvtool

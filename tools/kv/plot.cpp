@@ -9,7 +9,6 @@
 #include "kv/serial.h"
 
 #include "platform/platform.hpp"
-#include "tools/kv/arguments.hpp"
 #include "tools/kv/failure.hpp"
 #include "tools/kv/subcommands.hpp"
 
@@ -18,34 +17,6 @@ namespace kvtool {
 namespace {
 
 constexpr char kCommand[] = "kv plot";
-
-constexpr Option kOptions[] = {{"--anyway", "", ""}, {"--help", "", ""}, {"-h", "", ""}};
-
-void print_help() {
-    std::cout << R"(Usage: kv plot FILE PORT [--anyway]
-
-Sends FILE, as it is, to the plotter on the serial port PORT: COM1, COM2, ..., or the path of a
-device such as /dev/ttyUSB0. The port is set up by its entry in WIN.INI, which is in C:\WINDOWS:
-
-  [Ports]
-  COM1:=9600,n,8,1,p
-
-that is baud rate, parity (e, m, n, o), data bits, stop bits and flow control (e, p, x); the entry
-above is the default. A plotter that holds the line is waited for; the environment variable
-KV_COM_TIMEOUT gives the seconds after which that is a failure. KV_COM1, KV_COM2, ... name other
-devices than /dev/ttyS0, /dev/ttyS1, ...
-
-A progress bar is shown when standard error is a terminal, otherwise a line at the end tells what
-was sent.
-
-Options:
-  --anyway             send also when the port does not take all of its settings
-  --help               this text
-
-Exit codes: 0 sent; 2 wrong usage; 3 the file cannot be read, or the port cannot be opened or set
-up, or took only a part.
-)";
-}
 
 struct CloseFile {
     void operator()(FIO *file) const { fio_close(file); }
@@ -72,12 +43,12 @@ class Port {
 };
 
 /// A bar on standard error, if that is a terminal.
-class Progress {
+class Bar {
   public:
-    explicit Progress(std::int64_t total) : total_(total), shown_(kv::platform::is_terminal(stderr)) {}
-    Progress(const Progress &) = delete;
-    Progress &operator=(const Progress &) = delete;
-    ~Progress() {
+    explicit Bar(std::int64_t total) : total_(total), shown_(kv::platform::is_terminal(stderr)) {}
+    Bar(const Bar &) = delete;
+    Bar &operator=(const Bar &) = delete;
+    ~Bar() {
         if (shown_) std::cerr << '\n';
     }
 
@@ -120,7 +91,7 @@ void require_settings(const Port &port, bool exact, const std::string &name) {
 
 /// The number of bytes.
 std::int64_t send(FIO *file, const std::string &file_name, Port &port, const std::string &port_name,
-                  const Progress &progress) {
+                  const Bar &progress) {
     std::array<char, 1024> chunk{};  // a second at 9600 baud
     std::int64_t sent = 0;
     for (;;) {
@@ -137,15 +108,7 @@ std::int64_t send(FIO *file, const std::string &file_name, Port &port, const std
     throw Failure{kFile, std::string(kCommand) + ": '" + file_name + "' cannot be read to its end"};
 }
 
-}  // namespace
-
-int run_plot(std::span<const char *const> words) {
-    const Arguments arguments = Arguments::parse(kCommand, words, kOptions);
-    if (arguments.has("--help") || arguments.has("-h")) {
-        print_help();
-        return kDone;
-    }
-    if (arguments.operands().size() != 2) fail_usage(kCommand, "wants FILE PORT [--anyway]");
+int run_plot(std::string_view, const Arguments &arguments) {
     const std::string &file_name = arguments.operands()[0];
     const std::string &port_name = arguments.operands()[1];
     const File file(fio_open(nullptr, file_name.c_str(), FIO_READ));
@@ -156,10 +119,49 @@ int run_plot(std::span<const char *const> words) {
     const bool exact = PlotToCom32Bit("", port_name.c_str()) == 1;
     Port port(port_name);
     require_settings(port, exact || arguments.has("--anyway"), port_name);
-    const Progress progress(fio_length(file.get()));
+    const Bar progress(fio_length(file.get()));
     const std::int64_t sent = send(file.get(), file_name, port, port_name, progress);
     if (!progress.shown()) std::cout << sent << " bytes sent to " << port_name << '\n';
     return kDone;
+}
+
+constexpr Option kOptions[] = {
+    {"--anyway", "", "send also when the port does not take all of its settings"},
+};
+
+constexpr Action kPlot = {
+    "",
+    "FILE PORT",
+    "send a plot file to a serial port",
+    R"(Sends FILE, as it is, to the plotter on the serial port PORT: COM1, COM2, ..., or the path of a
+device such as /dev/ttyUSB0. The port is set up by its entry in WIN.INI, which is in C:\WINDOWS:
+
+  [Ports]
+  COM1:=9600,n,8,1,p
+
+that is baud rate, parity (e, m, n, o), data bits, stop bits and flow control (e, p, x); the entry
+above is the default. A plotter that holds the line is waited for; the environment variable
+KV_COM_TIMEOUT gives the seconds after which that is a failure. KV_COM1, KV_COM2, ... name other
+devices than /dev/ttyS0, /dev/ttyS1, ...
+
+A progress bar is shown when standard error is a terminal, otherwise a line at the end tells what
+was sent.
+
+Exit codes: 0 sent; 2 wrong usage; 3 the file cannot be read, or the port cannot be opened or set
+up, or took only a part.
+)",
+    kOptions,
+    2,
+    2,
+    run_plot,
+};
+
+}  // namespace
+
+const ActionTable &plot_table() {
+    static const Action *const actions[] = {&kPlot};
+    static const ActionTable table{"kv plot", kPlot.summary, actions};
+    return table;
 }
 
 }  // namespace kvtool

@@ -57,19 +57,6 @@ bool take_quoted(std::string_view &rest, std::string &word) {
 
 }  // namespace
 
-std::string json_string(std::string_view text) {
-    std::string string = "\"";
-    for (const char c : text) {
-        if (is_control(c) || static_cast<unsigned char>(c) >= 0x80) {
-            string += "\\u00" + hex_of(c);
-        } else {
-            if (c == '"' || c == '\\') string += '\\';
-            string += c;
-        }
-    }
-    return string + '"';
-}
-
 std::string quote(std::string_view text) {
     std::string quoted = "\"";
     for (const char c : text) {

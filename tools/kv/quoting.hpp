@@ -8,9 +8,6 @@
 
 namespace kvtool {
 
-/// A text as a string of JSON: bytes outside of printable ASCII are \u00XX, one character each.
-std::string json_string(std::string_view text);
-
 /// A text in double quotes on one line, as split_words() reads it: \" \\ \n \r \t, and \xHH for other
 /// control characters.
 std::string quote(std::string_view text);

@@ -1,16 +1,15 @@
 // `kv scan`: a file as a table of tokens.
 #include "kv/scan.h"
 
-#include <algorithm>
-#include <fstream>
+#include <exception>
 #include <iomanip>
 #include <iostream>
 #include <iterator>
 #include <memory>
 #include <vector>
 
-#include "tools/kv/arguments.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
 #include "tools/kv/subcommands.hpp"
 
 namespace kvtool {
@@ -19,27 +18,28 @@ namespace {
 
 constexpr char kCommand[] = "kv scan";
 
-struct Flag {
-    Option option;
-    std::int32_t flag;
+constexpr Option kOptions[] = {
+    {"--eol-tokens", "", "a newline is a token"},
+    {"--block-comments", "", "/* to */ is a comment"},
+    {"--line-comments", "", "// to the end of the line is a comment"},
+    {"--bang-comments", "", "! to the end of the line is a comment"},
+    {"--signed-numbers", "", "a sign before a digit belongs to the number"},
+    {"--compare-pairs", "", "two of < > = are one token"},
+    {"--fold-lower", "", "read letters as small letters"},
+    {"--fold-upper", "", "read letters as capitals"},
+    {"--continuation", "", "a backslash at the end of a line joins it to the next"},
+    {"--hash-mode", "", "# begins a comment, ` a quoted text, the double quote is a symbol"},
+    {"--umlauts", "", "the German letters of code pages 437 and 850 are letters"},
+    {"--trace", "", "write every token to the file trc"},
+    {"--starstar-power", "", "read ** as ^"},
+    {"--keywords", "FILE", "the keywords, one on each line of FILE"},
 };
 
-constexpr Flag kFlags[] = {
-    {{"--eol-tokens", "", "a newline is a token"}, SCAN_EOL_TOKENS},
-    {{"--block-comments", "", "/* to */ is a comment"}, SCAN_BLOCK_COMMENTS},
-    {{"--line-comments", "", "// to the end of the line is a comment"}, SCAN_LINE_COMMENTS},
-    {{"--bang-comments", "", "! to the end of the line is a comment"}, SCAN_BANG_COMMENTS},
-    {{"--signed-numbers", "", "a sign before a digit belongs to the number"}, SCAN_SIGNED_NUMBERS},
-    {{"--compare-pairs", "", "two of < > = are one token"}, SCAN_COMPARE_PAIRS},
-    {{"--fold-lower", "", "read letters as small letters"}, SCAN_FOLD_LOWER},
-    {{"--fold-upper", "", "read letters as capitals"}, SCAN_FOLD_UPPER},
-    {{"--continuation", "", "a backslash at the end of a line joins it to the next"}, SCAN_CONTINUATION},
-    {{"--hash-mode", "", "# begins a comment, ` a quoted text, the double quote is a symbol"},
-     SCAN_HASH_MODE},
-    {{"--umlauts", "", "the German letters of code pages 437 and 850 are letters"}, SCAN_UMLAUTS},
-    {{"--trace", "", "write every token to the file trc"}, SCAN_TRACE},
-    {{"--starstar-power", "", "read ** as ^"}, SCAN_STARSTAR_POWER},
-};
+// Of the options at the same places.
+constexpr std::int32_t kFlags[] = {
+    SCAN_EOL_TOKENS,    SCAN_BLOCK_COMMENTS, SCAN_LINE_COMMENTS, SCAN_BANG_COMMENTS, SCAN_SIGNED_NUMBERS,
+    SCAN_COMPARE_PAIRS, SCAN_FOLD_LOWER,     SCAN_FOLD_UPPER,    SCAN_CONTINUATION,  SCAN_HASH_MODE,
+    SCAN_UMLAUTS,       SCAN_TRACE,          SCAN_STARSTAR_POWER};
 
 constexpr const char *kKindNames[] = {
     "void",      "letter",   "digit",  "other",  "blank",     "keyword",  "identifier", "long", "double",
@@ -58,61 +58,26 @@ constexpr const char *kErrors[] = {"",
                                    "exponent without a digit",
                                    "unknown escape"};
 
-std::vector<Option> options() {
-    std::vector<Option> all;
-    for (const Flag &flag : kFlags) all.push_back(flag.option);
-    all.push_back({"--keywords", "FILE", "the keywords, one on each line of FILE"});
-    all.push_back({"--help", "", "this text"});
-    return all;
-}
-
-void print_help() {
-    std::cout << R"(Usage: kv scan FILE [OPTION...]
-
-Splits a text file (- for standard input) into tokens and prints them as a table: line and column,
-from 1, the kind, the text, and the value of a number, a character or a keyword.
-
-Options:
-)";
-    for (const Option &option : options()) {
-        const std::string left =
-            std::string(option.name) + (option.value.empty() ? "" : " ") + std::string(option.value);
-        std::cout << "  " << std::left << std::setw(20) << left << ' ' << option.help << '\n';
-    }
-    std::cout << R"(
-A faulty token is shown with what is wrong. Exit codes: 0 every token is sound; 1 one is not; 2
-wrong usage; 3 a file cannot be read.
-)";
-}
-
-std::string read_file(const std::string &name) {
-    std::ifstream file;
-    if (name != "-") file.open(name, std::ios::binary);
-    std::istream &input = name != "-" ? static_cast<std::istream &>(file) : std::cin;
-    std::string text{std::istreambuf_iterator<char>(input), {}};
-    if (name != "-" && (!file.is_open() || file.bad()))
-        throw Failure{kFile, std::string(kCommand) + ": " + name + " cannot be read"};
-    return text;
-}
-
-// The text that is scanned; the library's source function has no argument.
-std::string g_text;
-std::size_t g_position = 0;
+// What is scanned; the library's source function has no argument. A failure of it may not pass the
+// library's frames: it ends the text, and is told then.
+Input *g_input = nullptr;
+std::exception_ptr g_failure;
 
 std::int32_t next_character() {
-    return g_position < g_text.size() ? static_cast<unsigned char>(g_text[g_position++]) : -1;
+    try {
+        return g_input->get();
+    } catch (...) {
+        g_failure = std::current_exception();
+        return -1;
+    }
 }
 
-// Line by line; the texts must outlive the pointers.
+// One on each line; the texts must outlive the pointers.
 std::vector<std::string> read_lines(const std::string &name) {
     std::vector<std::string> lines;
-    const std::string text = read_file(name);
-    for (std::size_t start = 0; start < text.size();) {
-        const std::size_t end = std::min(text.find('\n', start), text.size());
-        std::string line = text.substr(start, end - start);
-        if (!line.empty() && line.back() == '\r') line.pop_back();
+    Input input(name);
+    for (std::string line; input.line(line);) {
         if (!line.empty()) lines.push_back(line);
-        start = end + 1;
     }
     return lines;
 }
@@ -133,28 +98,23 @@ void print(std::int32_t kind, std::int32_t error, const SCAN_TOKEN &token) {
     std::cout << '\n';
 }
 
-}  // namespace
-
-int run_scan(std::span<const char *const> words) {
-    const std::vector<Option> known = options();
-    const Arguments arguments = Arguments::parse(kCommand, words, known);
-    if (arguments.has("--help")) {
-        print_help();
-        return kDone;
-    }
-    if (arguments.operands().size() != 1) fail_usage(kCommand, "wants one FILE");
+int run_scan(std::string_view, const Arguments &arguments) {
     std::int32_t flags = 0;
-    for (const Flag &flag : kFlags) {
-        if (arguments.has(flag.option.name)) flags |= flag.flag;
+    for (std::size_t i = 0; i < std::size(kFlags); ++i) {
+        if (arguments.has(kOptions[i].name)) flags |= kFlags[i];
     }
+    const std::string keyword_file = arguments.value("--keywords", "");
+    if (is_standard(keyword_file) && is_standard(arguments.operands()[0]))
+        fail_usage(kCommand, "standard input cannot be both the text and the keywords");
     std::vector<std::string> keywords;
-    if (arguments.has("--keywords")) keywords = read_lines(arguments.value("--keywords", ""));
+    if (arguments.has("--keywords")) keywords = read_lines(keyword_file);
     std::vector<const char *> table;
     table.reserve(keywords.size() + 1);
     for (const std::string &keyword : keywords) table.push_back(keyword.c_str());
     table.push_back(nullptr);
-    g_text = read_file(arguments.operands().front());
 
+    Input input(arguments.operands()[0]);
+    g_input = &input;
     const std::unique_ptr<SCANNER, CloseScanner> scanner(scan_open(next_character, flags, table.data()));
     if (scanner == nullptr) throw std::bad_alloc();
     std::cout << std::setprecision(17);
@@ -163,10 +123,35 @@ int run_scan(std::span<const char *const> words) {
     SCAN_TOKEN token{};
     while (kind != SCAN_EOF) {
         const std::int32_t error = scan_token(scanner.get(), &kind, &token);
+        if (g_failure != nullptr) std::rethrow_exception(g_failure);
         print(kind, error, token);
         if (error != SCAN_OK) code = kNotFound;
     }
     return code;
+}
+
+constexpr Action kScan = {
+    "",
+    "FILE",
+    "show the tokens of a file",
+    R"(Splits a text file into tokens and prints them as a table: line and column, from 1, the kind, the
+text, and the value of a number, a character or a keyword.
+
+A faulty token is shown with what is wrong. Exit codes: 0 every token is sound; 1 one is not; 2
+wrong usage; 3 a file cannot be read.
+)",
+    kOptions,
+    1,
+    1,
+    run_scan,
+};
+
+}  // namespace
+
+const ActionTable &scan_table() {
+    static const Action *const actions[] = {&kScan};
+    static const ActionTable table{"kv scan", kScan.summary, actions};
+    return table;
 }
 
 }  // namespace kvtool

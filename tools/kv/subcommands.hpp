@@ -1,32 +1,20 @@
-// The subcommands of the program; each has a file of its own name.
+// The subcommands of the program; each has a file or a folder of its own name.
 #pragma once
 
-#include <span>
+#include "tools/kv/actions.hpp"
 
 namespace kvtool {
 
-/// `kv calc`: expressions.
-int run_calc(std::span<const char *const> words);
-/// `kv scan`: tokens.
-int run_scan(std::span<const char *const> words);
-/// `kv env`: environment files. Gets the words behind "env"; returns the exit code or throws Failure.
-int run_env(std::span<const char *const> words);
-/// `kv ini`: INI files. As run_env().
-int run_ini(std::span<const char *const> words);
-/// `kv ls`: directories. As run_env().
-int run_ls(std::span<const char *const> words);
-/// `kv plot`: plot files to a serial port. As run_env().
-int run_plot(std::span<const char *const> words);
-/// `kv profile`: tables of profiles. As run_env().
-int run_profile(std::span<const char *const> words);
-/// `kv mat`: tables of mats. As run_env().
-int run_mat(std::span<const char *const> words);
-/// `kv timer`: times commands. As run_env().
-int run_timer(std::span<const char *const> words);
-/// `kv where`: the configuration search. As run_env().
-int run_where(std::span<const char *const> words);
-
-/// `kv record`: record files. As run_env().
-int run_record(std::span<const char *const> words);
+const ActionTable &calc_table();     ///< expressions
+const ActionTable &env_table();      ///< environment files
+const ActionTable &ini_table();      ///< INI files
+const ActionTable &ls_table();       ///< directories
+const ActionTable &mat_table();      ///< tables of mats
+const ActionTable &plot_table();     ///< plot files to a serial port
+const ActionTable &profile_table();  ///< tables of profiles
+const ActionTable &record_table();   ///< record files
+const ActionTable &scan_table();     ///< tokens
+const ActionTable &timer_table();    ///< times commands
+const ActionTable &where_table();    ///< the configuration search
 
 }  // namespace kvtool

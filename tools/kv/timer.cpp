@@ -7,7 +7,6 @@
 #include "kv/fio.h"
 #include "kv/strings.h"
 
-#include "tools/kv/arguments.hpp"
 #include "tools/kv/failure.hpp"
 #include "tools/kv/subcommands.hpp"
 
@@ -18,31 +17,6 @@ namespace {
 constexpr std::string_view kCommand = "kv timer report";
 constexpr int32_t kMostRepetitions = 1000000;
 
-constexpr Option kOptions[] = {
-    {"--append", "", ""}, {"--name", "NAME", ""}, {"--repeat", "N", ""}, {"--help", "", ""}, {"-h", "", ""},
-};
-
-void print_help() {
-    std::cout << R"(Usage: kv timer report FILE COMMAND... [--name NAME]... [--repeat N] [--append]
-
-Runs each COMMAND, a command line for the shell, and writes the German report of the times to
-FILE: for each command its name, how often it ran, and the seconds it took in all. The commands
-run one after the other, and all of them even if one fails.
-
-  kv timer report zeiten.txt 'make clean' 'make all' --name Aufraeumen --name Bauen
-
-Options:
-  --name NAME          the name of the first, second, ... command (default: the command)
-  --repeat N           run the commands N times, in turn
-  --append             append to FILE instead of replacing it
-  --help               this text
-
-A report shows names of up to 79 characters; those of more than 15 push the columns to the right.
-There can be 100 commands. Exit codes: 0 done; 1 a command failed; 2 wrong usage; 3 FILE cannot be
-written.
-)";
-}
-
 struct Run {
     std::string command;
     CLOCK_TIMER *timer;
@@ -51,7 +25,6 @@ struct Run {
 std::vector<Run> open_timers(const Arguments &arguments) {
     const std::vector<std::string> &operands = arguments.operands();
     const std::vector<std::string> names = arguments.values("--name");
-    if (operands.size() < 2) fail_usage(kCommand, "wants FILE COMMAND...");
     const std::size_t count = operands.size() - 1;
     if (count > CLOCK_MOST_TIMERS) fail_usage(kCommand, "there can be 100 commands");
     if (names.size() > count) fail_usage(kCommand, "there are more names than commands");
@@ -74,12 +47,7 @@ int32_t repetitions(const Arguments &arguments) {
     return count;
 }
 
-int run_report(std::span<const char *const> words) {
-    const Arguments arguments = Arguments::parse(kCommand, words, kOptions);
-    if (arguments.has("--help") || arguments.has("-h")) {
-        print_help();
-        return kDone;
-    }
+int run_report(std::string_view, const Arguments &arguments) {
     const int32_t count = repetitions(arguments);
     const std::vector<Run> runs = open_timers(arguments);
     const std::string &file = arguments.operands().front();
@@ -105,16 +73,38 @@ int run_report(std::span<const char *const> words) {
     return code;
 }
 
+constexpr Option kOptions[] = {
+    {"--name", "NAME", "the name of the first, second, ... command (default: the command)"},
+    {"--repeat", "N", "run the commands N times, in turn"},
+    {"--append", "", "append to FILE instead of replacing it"},
+};
+
+constexpr Action kReport = {
+    "report",
+    "FILE COMMAND...",
+    "run commands, and write the report of their times",
+    R"(Runs each COMMAND, a command line for the shell, and writes the German report of the times to
+FILE: for each command its name, how often it ran, and the seconds it took in all. The commands
+run one after the other, and all of them even if one fails.
+
+  kv timer report zeiten.txt 'make clean' 'make all' --name Aufraeumen --name Bauen
+
+A report shows names of up to 79 characters; those of more than 15 push the columns to the right.
+There can be 100 commands. Exit codes: 0 done; 1 a command failed; 2 wrong usage; 3 FILE cannot be
+written.
+)",
+    kOptions,
+    2,
+    CLOCK_MOST_TIMERS + 1,
+    run_report,
+};
+
 }  // namespace
 
-int run_timer(std::span<const char *const> words) {
-    const std::string_view action = words.empty() ? "" : words.front();
-    if (action == "--help" || action == "-h") {
-        print_help();
-        return kDone;
-    }
-    if (action == "report") return run_report(words.subspan(1));
-    fail_usage("kv timer", words.empty() ? "which action?" : "no action '" + std::string(action) + "'");
+const ActionTable &timer_table() {
+    static const Action *const actions[] = {&kReport};
+    static const ActionTable table{"kv timer", "time commands, and write the report of the times", actions};
+    return table;
 }
 
 }  // namespace kvtool

@@ -5,7 +5,6 @@
 
 #include "kv/config.h"
 
-#include "tools/kv/arguments.hpp"
 #include "tools/kv/failure.hpp"
 #include "tools/kv/subcommands.hpp"
 
@@ -14,34 +13,6 @@ namespace kvtool {
 namespace {
 
 constexpr std::string_view kCommand = "kv where";
-
-constexpr Option kOptions[] = {
-    {"--section", "S", ""}, {"--entry", "E", ""}, {"--path", "", ""}, {"--help", "", ""}, {"-h", "", ""},
-};
-
-void print_help() {
-    std::cout << R"(Usage: kv where [NAME] [--section S --entry E] [--path]
-
-Searches a file as applications do: the main configuration file kv3.ini without a NAME, else the
-file NAME. Prints every place that is looked at, in order, and whether the file is there; the
-last one that is found is the result.
-
-The main configuration file is looked for in the current directory, in the directory that the
-environment variable KV names, in C:\, and where the registry says. Another file is looked for in
-the current directory and in KV's; then the main configuration file is searched, and the file in
-each of the directories that its entry E in section S lists, separated by ";". Without such an
-entry the registry is asked. Without --section and --entry the main configuration file itself is
-the result for a file that is not in the first two places.
-
-Options:
-  --section S          the section of the main configuration file
-  --entry E            the entry that lists the directories
-  --path               print the path of the result only
-  --help               this text
-
-Exit codes: 0 found; 1 not found; 2 wrong usage.
-)";
-}
 
 struct Places {
     bool print;
@@ -79,23 +50,15 @@ void tell_place(int32_t place, const char *path, int32_t found, void *user) {
     std::cout << '\n';
 }
 
-}  // namespace
-
-int run_where(std::span<const char *const> words) {
-    const Arguments arguments = Arguments::parse(kCommand, words, kOptions);
-    if (arguments.has("--help") || arguments.has("-h")) {
-        print_help();
-        return kDone;
-    }
-    const std::vector<std::string> &operands = arguments.operands();
-    if (operands.size() > 1) fail_usage(kCommand, "wants one NAME at most");
+int run_where(std::string_view, const Arguments &arguments) {
     if (arguments.has("--section") != arguments.has("--entry")) {
         fail_usage(kCommand, "--section and --entry belong together");
     }
-    if (operands.empty() && arguments.has("--section")) fail_usage(kCommand, "--section needs a NAME");
+    if (arguments.operands().empty() && arguments.has("--section"))
+        fail_usage(kCommand, "--section needs a NAME");
     const std::string section = arguments.value("--section", "");
     const std::string entry = arguments.value("--entry", "");
-    const char *name = operands.empty() ? nullptr : operands.front().c_str();
+    const char *name = operand(arguments, 0);
 
     const bool only_path = arguments.has("--path");
     Places places{!only_path, {}};
@@ -105,6 +68,43 @@ int run_where(std::span<const char *const> words) {
     }
     if (only_path) std::cout << places.result << '\n';
     return kDone;
+}
+
+constexpr Option kOptions[] = {
+    {"--section", "SECTION", "the section of the main configuration file"},
+    {"--entry", "KEY", "the entry that lists the directories"},
+    {"--path", "", "print the path of the result only"},
+};
+
+constexpr Action kWhere = {
+    "",
+    "[NAME]",
+    "find the main configuration file and others, and tell where it was looked",
+    R"(Searches a file as applications do: the main configuration file kv3.ini without a NAME, else the
+file NAME. Prints every place that is looked at, in order, and whether the file is there; the
+last one that is found is the result.
+
+The main configuration file is looked for in the current directory, in the directory that the
+environment variable KV names, in C:\, and where the registry says. Another file is looked for in
+the current directory and in KV's; then the main configuration file is searched, and the file in
+each of the directories that its entry KEY in SECTION lists, separated by ";". Without such an
+entry the registry is asked. Without --section and --entry the main configuration file itself is
+the result for a file that is not in the first two places.
+
+Exit codes: 0 found; 1 not found; 2 wrong usage.
+)",
+    kOptions,
+    0,
+    1,
+    run_where,
+};
+
+}  // namespace
+
+const ActionTable &where_table() {
+    static const Action *const actions[] = {&kWhere};
+    static const ActionTable table{"kv where", kWhere.summary, actions};
+    return table;
 }
 
 }  // namespace kvtool

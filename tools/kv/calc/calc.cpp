@@ -5,7 +5,6 @@
 #include <limits>
 #include <optional>
 
-#include "tools/kv/arguments.hpp"
 #include "tools/kv/calc/line_input.hpp"
 #include "tools/kv/calc/number_text.hpp"
 #include "tools/kv/calc/sheet.hpp"
@@ -19,47 +18,13 @@ namespace {
 constexpr char kCommand[] = "kv calc";
 
 constexpr Option kOptions[] = {
-    {"--file", "FILE", "evaluate the formulas in the lines of FILE; may be repeated"},
+    {"--file", "FILE", "evaluate the formulas in the lines of FILE; may be repeated", 'f'},
     {"--env", "FILE", "the environment file of {PATH}; a further one is its default"},
-    {"--section", "NAME", "the section that {PATH} is in"},
-    {"--ini", "FILE", "the INI file of {ini:SECTION/KEY}"},
+    {"--section", "SECTION", "the section that {PATH} is in"},
+    {"--ini", "FILE", "the INI file of {ini:SECTION/KEY}; else the main configuration file"},
     {"--places", "N", "round to N decimal places (below 0: to tens, hundreds, ...)"},
     {"--echo", "", "print each formula before its value, and the comments"},
-    {"--help", "", "this text"},
 };
-
-void print_help() {
-    std::cout
-        << R"(Usage: kv calc [FORMULA...] [--file FILE]... [--env FILE]... [--section NAME] [--ini FILE]
-
-Prints the value of each expression. Without one, and without a file, each line of standard input is
-a formula; at a terminal there is a prompt with a history.
-
-A formula is an expression, or NAME = EXPRESSION, which gives its value a name for the formulas that
-follow: kv calc 'b = 300' 'h = 500' 'b*h^3/12'. The case of such names matters. ans is the last
-value; {PATH} the number in the environment of --env, as {axis@1@limits@max}; {ini:SECTION/KEY} that
-in an INI file. Behind a ; there is a comment.
-
-Operators, those that bind tightest first: - and NOT in front of an operand; ^ (from the right);
-* /; + -; = <> < > <= >= (1 or 0); AND OR; c ? a : b. Functions of degrees: SIN COS TAN COT, and
-in degrees ASN ACS ATN ACT; further ABS SQRT EXP LGT (natural) LOG (decimal) MIN MAX, and PI, in
-capital or small letters.
-
-A formula that has no finite value is shown on standard error, with a caret under the place. One
-that begins with - and no digit stands behind --.
-
-Options:
-  --file FILE          evaluate the formulas in the lines of FILE; may be repeated
-  --env FILE           the environment file of {PATH}; a further one is its default
-  --section NAME       the section that {PATH} is in
-  --ini FILE           the INI file of {ini:SECTION/KEY}; else the main configuration file
-  --places N           round to N decimal places (below 0: to tens, hundreds, ...)
-  --echo               print each formula before its value, and the comments
-  --help               this text
-
-Exit codes: 0 every formula has a value; 1 one has none; 2 wrong usage; 3 a file cannot be read.
-)";
-}
 
 bool is_continuation(char c) {  // a byte of UTF-8 behind the first one of its character
     return (static_cast<unsigned char>(c) & 0xC0U) == 0x80;
@@ -178,14 +143,7 @@ void refuse_empty(const Arguments &arguments) {
     }
 }
 
-}  // namespace
-
-int run_calc(std::span<const char *const> words) {
-    const Arguments arguments = Arguments::parse(kCommand, words, kOptions);
-    if (arguments.has("--help")) {
-        print_help();
-        return kDone;
-    }
+int run_calc(std::string_view, const Arguments &arguments) {
     refuse_empty(arguments);
     const std::vector<std::string> files = arguments.values("--file");
     const bool from_input = files.empty() && arguments.operands().empty();
@@ -204,6 +162,42 @@ int run_calc(std::span<const char *const> words) {
     }
     for (const std::string &formula : arguments.operands()) all = printer.print(formula, "", false) && all;
     return all ? kDone : kNotFound;
+}
+
+constexpr Action kCalc = {
+    "",
+    "[FORMULA]...",
+    "evaluate expressions",
+    R"(Prints the value of each expression. Without one, and without a file, each line of standard input is
+a formula; at a terminal there is a prompt with a history.
+
+A formula is an expression, or NAME = EXPRESSION, which gives its value a name for the formulas that
+follow: kv calc 'b = 300' 'h = 500' 'b*h^3/12'. The case of such names matters. ans is the last
+value; {PATH} the number in the environment of --env, as {axis@1@limits@max}; {ini:SECTION/KEY} that
+in an INI file. Behind a ; there is a comment.
+
+Operators, those that bind tightest first: - and NOT in front of an operand; ^ (from the right);
+* /; + -; = <> < > <= >= (1 or 0); AND OR; c ? a : b. Functions of degrees: SIN COS TAN COT, and
+in degrees ASN ACS ATN ACT; further ABS SQRT EXP LGT (natural) LOG (decimal) MIN MAX, and PI, in
+capital or small letters.
+
+A formula that has no finite value is shown on standard error, with a caret under the place. One
+that begins with - and no digit stands behind --.
+
+Exit codes: 0 every formula has a value; 1 one has none; 2 wrong usage; 3 a file cannot be read.
+)",
+    kOptions,
+    0,
+    100000,
+    run_calc,
+};
+
+}  // namespace
+
+const ActionTable &calc_table() {
+    static const Action *const actions[] = {&kCalc};
+    static const ActionTable table{"kv calc", kCalc.summary, actions};
+    return table;
 }
 
 }  // namespace kvtool

@@ -7,7 +7,7 @@
 
 #include "platform/platform.hpp"
 #include "tools/kv/failure.hpp"
-#include "tools/kv/unreadable.hpp"
+#include "tools/kv/files.hpp"
 
 #ifdef KV_HAVE_LIBEDIT
 #include "tools/kv/calc/edited_input.hpp"

@@ -9,7 +9,7 @@
 
 #include "tools/kv/env/file.hpp"
 #include "tools/kv/failure.hpp"
-#include "tools/kv/unreadable.hpp"
+#include "tools/kv/files.hpp"
 
 namespace kvtool {
 

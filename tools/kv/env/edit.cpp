@@ -40,8 +40,8 @@ int run_single(std::string_view command, const Arguments &arguments) {
 
 int run_edit(std::string_view command, const Arguments &arguments) {
     std::vector<Edit> edits;
-    for (const std::string &text : arguments.values("-e")) edits.push_back(parse_edit(text));
-    if (edits.empty()) fail_usage(command, "wants -e EDIT");
+    for (const std::string &text : arguments.values("--edit")) edits.push_back(parse_edit(text));
+    if (edits.empty()) fail_usage(command, "-e EDIT is missing");
     return change_file(arguments, edits, true);
 }
 
@@ -49,7 +49,7 @@ constexpr Option kCreateOption = {"--create", "", "start with an empty file if t
 constexpr Option kSetOptions[] = {kCreateOption, kOutputOption};
 constexpr Option kDeleteOptions[] = {kOutputOption};
 constexpr Option kEditOptions[] = {
-    {"-e", "EDIT", "an edit; may be given several times"},
+    {"--edit", "EDIT", "an edit; may be given several times", 'e'},
     kCreateOption,
     kOutputOption,
 };
@@ -58,7 +58,7 @@ constexpr Option kEditOptions[] = {
 
 const Action kEnvSet = {
     "set",
-    "FILE SECTION [PATH VALUE] [--create] [--output FILE]",
+    "FILE SECTION [PATH VALUE]",
     "store a value, or make a section",
     R"(Stores VALUE at PATH and saves the file; without PATH it makes the section if there is none.
 What is missing on the way is made: sections, blocks, and for an index beyond the last element
@@ -80,7 +80,7 @@ not kept.
 
 const Action kEnvDelete = {
     "delete",
-    "FILE SECTION [PATH] [--output FILE]",
+    "FILE SECTION [PATH]",
     "delete an element or a section",
     R"(Deletes an element with all below it, without PATH a section, and saves the file.
 )",
@@ -92,7 +92,7 @@ const Action kEnvDelete = {
 
 const Action kEnvInsert = {
     "insert",
-    "FILE SECTION [PATH] NAME [VALUE] [--output FILE]",
+    "FILE SECTION [PATH] NAME [VALUE]",
     "insert an element or a section before another",
     R"(Inserts an element NAME with the text VALUE (empty if not given) in front of the one at PATH;
 without PATH, an empty section NAME in front of SECTION. Then saves the file. An element becomes
@@ -107,7 +107,7 @@ a block when something is set below it. NAME is one name, not a path. For what i
 
 const Action kEnvEdit = {
     "edit",
-    "FILE -e EDIT... [--create] [--output FILE]",
+    "FILE",
     "make several edits at once",
     R"(Makes edits in order and saves the file once, with all of them; if one fails, none is saved. An
 EDIT is

@@ -16,8 +16,6 @@ constexpr Option kOptions[] = {
 };
 
 constexpr std::string_view kOverview = R"(
-'kv env ACTION --help' describes one. Every action knows --delimiter TEXT.
-
 Addresses. SECTION is the name in brackets. PATH is the names from the section down to the
 element, separated by @. A name followed by digits is the so many-th element of that name:
 axis@2@limits is "limits" in the second "axis"; without digits it is the first. 0 is the first
@@ -27,7 +25,7 @@ delimiter: --delimiter / users/jane@plant. A PATH has at most 1023 characters an
 
 Files are named as usual (x.env, ./x.env, /home/me/x.env); C:\x.env is on the library's drive C.
 Texts are single bytes, printed as they stand in the file where an action's help does not say
-otherwise. Options may stand anywhere; behind -- there are none. -5 is a value.
+otherwise.
 
 Exit codes: 0 done; 1 not found, or a check failed; 2 wrong usage; 3 a file cannot be read or
 written, or breaks the format.
@@ -45,9 +43,11 @@ void set_delimiter(std::string_view command, const Arguments &arguments) {
 
 }  // namespace
 
-int run_env(std::span<const char *const> words) {
-    return run_action({"kv env", "ACTION FILE ...", kActions, kOptions, kOverview, "", set_delimiter},
-                      words);
+const ActionTable &env_table() {
+    static const ActionTable table{
+        "kv env",     "read, edit, merge and check environment files", kActions, kOptions, kOverview, "",
+        set_delimiter};
+    return table;
 }
 
 }  // namespace kvtool

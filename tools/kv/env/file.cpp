@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "tools/kv/failure.hpp"
-#include "tools/kv/unreadable.hpp"
+#include "tools/kv/files.hpp"
 
 namespace kvtool {
 

@@ -101,7 +101,7 @@ sections.
 
 const Action kEnvCount = {
     "count",
-    "FILE [SECTION [PATH]] [--same-name]",
+    "FILE [SECTION [PATH]]",
     "count the elements of a block, or of one name",
     R"(Prints how many elements a block has, without SECTION how many sections the file has. With
 --same-name: how many elements of the last name of PATH there are in the block that PATH leads

@@ -6,7 +6,7 @@
 #include "tools/kv/env/file.hpp"
 #include "tools/kv/env/walk.hpp"
 #include "tools/kv/failure.hpp"
-#include "tools/kv/quoting.hpp"
+#include "tools/kv/json.hpp"
 
 namespace kvtool {
 
@@ -195,7 +195,7 @@ int run_show(std::string_view command, const Arguments &arguments) {
 
 constexpr Option kOptions[] = {
     {"--text", "", "print the canonical text, as a file holds it"},
-    {"--json", "", "print JSON"},
+    kJsonOption,
     kAnyDepthOption,
 };
 
@@ -203,7 +203,7 @@ constexpr Option kOptions[] = {
 
 const Action kEnvShow = {
     "show",
-    "FILE [SECTION [PATH]] [--text | --json]",
+    "FILE [SECTION [PATH]]",
     "print a file, or a part of it, as a drawing, text or JSON",
     R"(Prints a file, a section, or what PATH leads to. Without an option: a drawing of the tree for
 people, in UTF-8. Bytes from A0 on are taken as Latin-1, and shown as \xNN those that are no

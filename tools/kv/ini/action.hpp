@@ -1,4 +1,4 @@
-// What the actions of `kv ini` share. Each file ini_<group>.cpp defines the actions of one group.
+// What the actions of `kv ini` share. Each file defines the actions of one group.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 #include "kv/ini.h"
 
-#include "tools/kv/env/action.hpp"
+#include "tools/kv/actions.hpp"
 
 namespace kvtool {
 

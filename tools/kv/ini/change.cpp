@@ -126,15 +126,15 @@ int run_single(std::string_view command, const Arguments &arguments) {
 
 int run_edit(std::string_view command, const Arguments &arguments) {
     std::vector<Edit> edits;
-    for (const std::string &text : arguments.values("-e")) edits.push_back(parse_edit(text));
-    if (edits.empty()) fail_usage(command, "wants -e EDIT");
+    for (const std::string &text : arguments.values("--edit")) edits.push_back(parse_edit(text));
+    if (edits.empty()) fail_usage(command, "-e EDIT is missing");
     return change_file(arguments, edits, true);
 }
 
 constexpr Option kCreateOption = {"--create", "", "make the file if there is none"};
 constexpr Option kSetOptions[] = {kCreateOption};
 constexpr Option kEditOptions[] = {
-    {"-e", "EDIT", "an edit; may be given several times"},
+    {"--edit", "EDIT", "an edit; may be given several times", 'e'},
     kCreateOption,
 };
 
@@ -142,7 +142,7 @@ constexpr Option kEditOptions[] = {
 
 const Action kIniSet = {
     "set",
-    "SECTION KEY VALUE [--create]",
+    "SECTION KEY VALUE",
     "set an entry to a value",
     R"(Sets an entry, which is added at the end of its section, and the section at the end of the file,
 where there is none. Comments stay. Lines of the section up to the entry come out as KEY=VALUE,
@@ -186,7 +186,7 @@ name cannot be, see 'kv ini set --help'.
 
 const Action kIniEdit = {
     "edit",
-    "-e EDIT... [--create]",
+    "",
     "make several edits at once",
     R"(Makes edits in order and saves the file once, with all of them; if one fails, none is saved. An
 EDIT is

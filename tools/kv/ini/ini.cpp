@@ -2,9 +2,9 @@
 #include "kv/config.h"
 
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
 #include "tools/kv/ini/action.hpp"
 #include "tools/kv/subcommands.hpp"
-#include "tools/kv/unreadable.hpp"
 
 namespace kvtool {
 
@@ -14,18 +14,17 @@ const Action *const kActions[] = {&kIniGet, &kIniSections, &kIniKeys,   &kIniLis
                                   &kIniSet, &kIniDelete,   &kIniRename, &kIniEdit};
 
 constexpr Option kOptions[] = {
-    {"--file", "FILE", "the INI file; without it the main configuration file"},
+    {"--file", "FILE", "the INI file; without it the main configuration file", 'f'},
 };
 
 constexpr std::string_view kOverview = R"(
-'kv ini ACTION --help' describes one. Every action knows --file FILE; without it the main
-configuration file, kv3.ini, is meant: the one in the current directory, in the directory that
-the environment variable KV names, or in C:\.
+Without --file the main configuration file, kv3.ini, is meant: the one in the current directory,
+in the directory that the environment variable KV names, or in C:\.
 
 SECTION is the name in brackets; '' is the unnamed section, the entries before the first header.
 Names are compared byte for byte. Where a section or a key is there twice, the first one counts.
 Texts are single bytes, printed as they stand in the file where an action's help does not say
-otherwise. Behind -- there are no options.
+otherwise.
 
 Exit codes: 0 done; 1 not found; 2 wrong usage, or a request for what a file cannot hold; 3 a
 file cannot be read or written.
@@ -70,9 +69,9 @@ void require_ini(int32_t status, const std::string &file, const std::string &sec
     }
 }
 
-int run_ini(std::span<const char *const> words) {
-    return run_action({"kv ini", "ACTION ... [--file FILE]", kActions, kOptions, kOverview, "", nullptr},
-                      words);
+const ActionTable &ini_table() {
+    static const ActionTable table{"kv ini", "read and change INI files", kActions, kOptions, kOverview};
+    return table;
 }
 
 }  // namespace kvtool

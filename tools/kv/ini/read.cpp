@@ -6,7 +6,7 @@
 
 #include "tools/kv/failure.hpp"
 #include "tools/kv/ini/action.hpp"
-#include "tools/kv/quoting.hpp"
+#include "tools/kv/json.hpp"
 
 namespace kvtool {
 
@@ -151,7 +151,7 @@ int run_list(std::string_view, const Arguments &arguments) {
     return kDone;
 }
 
-constexpr Option kListOptions[] = {{"--json", "", "print JSON"}};
+constexpr Option kListOptions[] = {kJsonOption};
 
 }  // namespace
 
@@ -193,7 +193,7 @@ const Action kIniKeys = {
 
 const Action kIniList = {
     "list",
-    "[SECTION] [--json]",
+    "[SECTION]",
     "print the entries of a section, or of all",
     R"(Prints what the library reads of a file, or of one section: headers and entries, without
 comments and lines that it ignores.

@@ -16,6 +16,5 @@ extern const Action kProfileDraw;
 
 inline constexpr Option kColumnsOption = {"--columns", "LIST", "these columns, with commas between them"};
 inline constexpr Option kSiOption = {"--si", "", "values in metres and their powers"};
-inline constexpr Option kTablesJsonOption = {"--json", "", "print JSON: an array of objects"};
 
 }  // namespace kvtool

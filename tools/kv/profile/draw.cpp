@@ -1,9 +1,7 @@
 // The action draw: a cross-section as a picture.
-#include <fstream>
-#include <iostream>
-
 #include "tools/kv/drawing/section_drawing.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/output.hpp"
 #include "tools/kv/profile/action.hpp"
 
 namespace kvtool {
@@ -71,15 +69,6 @@ SectionPage page_of(const TableEntry &entry) {
     return page;
 }
 
-void write(const std::string &picture, const std::string &file) {
-    if (file == "-") {
-        std::cout << picture;
-        return;
-    }
-    std::ofstream out(file, std::ios::binary | std::ios::trunc);
-    if (!(out << picture) || !out.flush()) throw Failure{kFile, file + ": cannot be written"};
-}
-
 int run_draw(std::string_view command, const Arguments &arguments) {
     const TableFamily &family = family_of(command);
     const std::string &name = arguments.operands()[0];
@@ -87,21 +76,21 @@ int run_draw(std::string_view command, const Arguments &arguments) {
     const TableEntry entry = get_entry(
         command, tables, name, [](const TableFile &) { return kColumns; }, false);
     const auto hpgl = [](double, double) { return hpgl_pen(); };
-    write(draw(page_of(entry), arguments.has("--hpgl") ? +hpgl : svg_pen),
-          arguments.value("--output", "-"));
+    save_file(arguments.value("--output", "-"),
+              draw(page_of(entry), arguments.has("--hpgl") ? +hpgl : svg_pen));
     return kDone;
 }
 
 constexpr Option kOptions[] = {
     {"--hpgl", "", "a plot file in HP-GL instead of an SVG picture"},
-    {"--output", "FILE", "write there; - is standard output (the default)"},
+    kOutputOption,
 };
 
 }  // namespace
 
 const Action kProfileDraw = {
     "draw",
-    "NAME [--hpgl] [--output FILE]",
+    "NAME",
     "draw a cross-section",
     R"(Draws the cross-section of an entry, found as by get, with its axes and dimensions in mm: a beam, a
 channel for types that begin with U, an angle for those that begin with L. The table has to have

@@ -137,14 +137,14 @@ constexpr Option kOptions[] = {
     {"--limit", "N", "print the first N"},
     kColumnsOption,
     kSiOption,
-    kTablesJsonOption,
+    kJsonOption,
 };
 
 }  // namespace
 
 const Action kTableFind = {
     "find",
-    "[CONDITION]... [--type PATTERN] [--all-files] [--sort COLUMN] [--limit N]",
+    "[CONDITION]...",
     "find the entries that meet conditions",
     R"(Prints the entries that meet all conditions, such as 'A>50' or 'Iy<=6000': a column, one of
 > < >= <= = == != <>, and a number, with --si in metres and their powers. In PATTERN a number

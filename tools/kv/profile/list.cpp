@@ -2,8 +2,8 @@
 #include <iostream>
 
 #include "tools/kv/failure.hpp"
+#include "tools/kv/json.hpp"
 #include "tools/kv/profile/action.hpp"
-#include "tools/kv/quoting.hpp"
 
 namespace kvtool {
 
@@ -85,14 +85,14 @@ int run_get(std::string_view command, const Arguments &arguments) {
 }
 
 constexpr Option kListOptions[] = {
-    {"--all", "", "the entries of all tables"}, kColumnsOption, kSiOption, kTablesJsonOption};
-constexpr Option kGetOptions[] = {kColumnsOption, kSiOption, kTablesJsonOption};
+    {"--all", "", "the entries of all tables"}, kColumnsOption, kSiOption, kJsonOption};
+constexpr Option kGetOptions[] = {kColumnsOption, kSiOption, kJsonOption};
 
 }  // namespace
 
 const Action kTableList = {
     "list",
-    "[--table TABLE | --all] [--columns LIST] [--si]",
+    "",
     "list the tables, or the entries of one",
     R"(Lists the tables of the directory with the number of their entries and their columns; with
 --table the entries of one table, with --all those of all. A value that a table has not is nil.
@@ -105,7 +105,7 @@ const Action kTableList = {
 
 const Action kTableGet = {
     "get",
-    "NAME [--columns LIST] [--si]",
+    "NAME",
     "print the values of an entry",
     R"(Prints the values of the entry with this name, whatever its blanks and its case, in any of the
 tables: 'HEB 200', heb200, L100x10. Where there is none, those of the first one with exactly the

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <iostream>
 
+#include "tools/kv/json.hpp"
 #include "tools/kv/profile/tables.hpp"
-#include "tools/kv/quoting.hpp"
 
 namespace kvtool {
 

@@ -34,22 +34,16 @@ void refuse_empty(std::string_view command, const Arguments &arguments) {
     }
 }
 
-int run(const TableFamily &family, std::span<const Action *const> actions,
-        std::span<const char *const> words) {
-    const std::string overview =
-        "\n'" + std::string(family.command) + " ACTION --help' describes one. The tables are the files *" +
-        family.extension + " of\nthe directory that --dir names, else the entry " + family.setting +
-        R"( in section System of
-the main configuration file, else the current directory.
+std::string overview_of(const TableFamily &family) {
+    return std::string("\nThe tables are the files *") + family.extension +
+           " of the directory that --dir names, else the entry\n" + family.setting +
+           R"( in section System of the main configuration file, else the current directory.
 
 Values have the units of the tables: mm for dimensions, cm and its powers for what is derived
 from them. With --si they are in metres and their powers.
 
 Exit codes: 0 done; 1 not found; 2 wrong usage; 3 a table cannot be read or a file not be written.
 )";
-    return run_action({family.command, "ACTION ... [--dir DIR] [--table TABLE]", actions, kOptions,
-                       overview, "", refuse_empty},
-                      words);
 }
 
 }  // namespace
@@ -58,12 +52,21 @@ const TableFamily &family_of(std::string_view command) {
     return command.starts_with(kMats.command) ? kMats : kProfiles;
 }
 
-int run_profile(std::span<const char *const> words) {
-    return run(kProfiles, kProfileActions, words);
+const ActionTable &profile_table() {
+    static const std::string overview = overview_of(kProfiles);
+    static const ActionTable table{
+        kProfiles.command, "look into tables of profiles, and draw cross-sections",
+        kProfileActions,   kOptions,
+        overview,          "",
+        refuse_empty};
+    return table;
 }
 
-int run_mat(std::span<const char *const> words) {
-    return run(kMats, kMatActions, words);
+const ActionTable &mat_table() {
+    static const std::string overview = overview_of(kMats);
+    static const ActionTable table{
+        kMats.command, "look into tables of mats", kMatActions, kOptions, overview, "", refuse_empty};
+    return table;
 }
 
 }  // namespace kvtool

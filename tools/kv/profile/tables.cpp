@@ -11,7 +11,7 @@
 #include "kv/memory.h"
 
 #include "tools/kv/failure.hpp"
-#include "tools/kv/unreadable.hpp"
+#include "tools/kv/files.hpp"
 
 namespace kvtool {
 

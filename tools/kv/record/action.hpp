@@ -1,4 +1,4 @@
-// The actions of `kv record`; each has a file record_<name>.cpp.
+// The actions of `kv record`; each has a file of its name.
 #pragma once
 
 #include "tools/kv/actions.hpp"

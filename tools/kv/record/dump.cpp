@@ -6,10 +6,11 @@
 #include "kv/fio.h"
 
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
+#include "tools/kv/json.hpp"
 #include "tools/kv/quoting.hpp"
 #include "tools/kv/record/action.hpp"
 #include "tools/kv/record/format.hpp"
-#include "tools/kv/unreadable.hpp"
 
 namespace kvtool {
 
@@ -151,14 +152,14 @@ int run_dump(std::string_view command, const Arguments &arguments) {
 
 constexpr Option kOptions[] = {
     kNoHeaderOption,
-    {"--json", "", "print an array of records, each an array of its values"},
+    kJsonOption,
 };
 
 }  // namespace
 
 const Action kRecordDump = {
     "dump",
-    "FILE FORMAT [--no-header] [--json]",
+    "FILE FORMAT",
     "print the values of a file",
     R"(Prints the values, a record a line, with tabs between them. Texts are in double quotes, without the
 blanks that fill their fields; \" \\ \n \r \t and \xHH stand for characters that cannot stand there

@@ -126,7 +126,7 @@ constexpr Option kOptions[] = {kNoHeaderOption};
 
 const Action kRecordWrite = {
     "write",
-    "FILE FORMAT [VALUE]... [--no-header]",
+    "FILE FORMAT [VALUE]...",
     "make a file of values",
     R"(Makes FILE, or replaces it, with the values given as operands, record after record; or, if there
 are none, with those of standard input, a record a line: words with blanks or tabs between them, texts

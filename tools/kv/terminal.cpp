@@ -1,0 +1,88 @@
+#include "tools/kv/terminal.hpp"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+
+#include "platform/platform.hpp"
+
+namespace kvtool {
+
+namespace {
+
+Colors g_colors = Colors::automatic;
+bool g_quiet = false;
+
+constexpr auto kPatience = std::chrono::seconds(2);
+constexpr auto kBetween = std::chrono::milliseconds(200);
+
+bool is_set(const char *variable) {
+    const char *value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+bool takes_colors(const std::ostream &stream) {
+    if (g_colors != Colors::automatic) return g_colors == Colors::always;
+    static const bool wanted = !is_set("NO_COLOR");
+    static const bool output = wanted && kv::platform::takes_colors(stdout);
+    static const bool errors = wanted && kv::platform::takes_colors(stderr);
+    return &stream == &std::cerr ? errors : output;
+}
+
+const char *code_of(Style style) {
+    switch (style) {
+        case Style::heading:
+            return "1";
+        case Style::error:
+            return "31";
+        case Style::name:
+            return "36";
+        case Style::number:
+            return "32";
+        default:
+            return "2";
+    }
+}
+
+}  // namespace
+
+void set_colors(Colors colors) {
+    g_colors = colors;
+}
+
+void set_quiet(bool quiet) {
+    g_quiet = quiet;
+    quiet ? std::cerr.setstate(std::ios::failbit) : std::cerr.clear();
+}
+
+bool quiet() {
+    return g_quiet;
+}
+
+std::string styled(const std::ostream &stream, Style style, std::string_view text) {
+    if (text.empty() || !takes_colors(stream)) return std::string(text);
+    return std::string("\x1b[") + code_of(style) + 'm' + std::string(text) + "\x1b[0m";
+}
+
+Progress::Progress(std::string_view what, std::int64_t total, std::string_view unit)
+    : what_(what),
+      total_(total),
+      unit_(unit),
+      possible_(!g_quiet && kv::platform::is_terminal(stderr)),
+      next_(Clock::now() + kPatience) {}
+
+Progress::~Progress() {
+    if (shown_) std::cerr << "\r\x1b[K" << std::flush;
+}
+
+void Progress::show(std::int64_t done) {
+    if (!possible_ || Clock::now() < next_) return;
+    next_ = Clock::now() + kBetween;
+    shown_ = true;
+    std::cerr << '\r' << what_ << ": ";
+    if (total_ > 0) std::cerr << std::min(done, total_) * 100 / total_ << " %, ";
+    std::cerr << done << ' ' << unit_ << "\x1b[K" << std::flush;
+}
+
+}  // namespace kvtool
