@@ -16,8 +16,8 @@ class Pen {
     enum class Line { thin, axis };
 
     virtual ~Pen() = default;
-    /// A closed area with a thick edge.
-    virtual void area(const Outline &outline) = 0;
+    /// The area inside the first outline and outside of the others, with thick edges.
+    virtual void area(const std::vector<Outline> &outlines) = 0;
     virtual void line(Point from, Point to, Line kind) = 0;
     /// A filled arrowhead.
     virtual void arrowhead(Point tip, Point left, Point right) = 0;

@@ -12,18 +12,20 @@ constexpr double kUnits = 40;
 
 class HpglPen : public Pen {
   public:
-    void area(const Outline &outline) override {
+    void area(const std::vector<Outline> &outlines) override {
         use(1);
-        text_ += "PU" + place(outline.start) + ";\n";
-        for (const Edge &edge : outline.edges) {
-            if (edge.arc) {
-                char angle[32];
-                std::snprintf(angle, sizeof angle, ",%.3f", edge.angle);
-                text_ += "PD;AA" + place(edge.center) + angle + ";\n";
+        for (const Outline &outline : outlines) {
+            text_ += "PU" + place(outline.start) + ";\n";
+            for (const Edge &edge : outline.edges) {
+                if (edge.arc) {
+                    char angle[32];
+                    std::snprintf(angle, sizeof angle, ",%.3f", edge.angle);
+                    text_ += "PD;AA" + place(edge.center) + angle + ";\n";
+                }
+                text_ += "PD" + place(edge.end) + ";\n";  // an arc ends where rounding takes it
             }
-            text_ += "PD" + place(edge.end) + ";\n";  // an arc ends where rounding takes it
+            text_ += "PD" + place(outline.start) + ";PU;\n";
         }
-        text_ += "PD" + place(outline.start) + ";PU;\n";
     }
 
     void line(Point from, Point to, Line kind) override {

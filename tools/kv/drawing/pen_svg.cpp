@@ -43,20 +43,25 @@ class SvgPen : public Pen {
              R"(<rect width="100%" height="100%" fill="white"/>)", "\n"});
     }
 
-    void area(const Outline &outline) override {
-        put({R"(<path d="M)", place(outline.start)});
-        Point from = outline.start;
-        for (const Edge &edge : outline.edges) {
-            const Point spoke = from - edge.center;
-            const std::string radius = number(std::hypot(spoke.x, spoke.y));
-            if (edge.arc) {
-                put({" A", radius, " ", radius, edge.angle > 0 ? " 0 0 0 " : " 0 0 1 ", place(edge.end)});
-            } else {
-                put({" L", place(edge.end)});
+    void area(const std::vector<Outline> &outlines) override {
+        put({R"(<path d=")"});
+        for (const Outline &outline : outlines) {
+            put({"M", place(outline.start)});
+            Point from = outline.start;
+            for (const Edge &edge : outline.edges) {
+                const Point spoke = from - edge.center;
+                const std::string radius = number(std::hypot(spoke.x, spoke.y));
+                if (edge.arc) {
+                    put({" A", radius, " ", radius, edge.angle > 0 ? " 0 0 0 " : " 0 0 1 ",
+                         place(edge.end)});
+                } else {
+                    put({" L", place(edge.end)});
+                }
+                from = edge.end;
             }
-            from = edge.end;
+            put({" Z"});
         }
-        put({R"( Z" fill="#d5dbe3" stroke="black" stroke-width="0.5"/>)", "\n"});
+        put({R"(" fill="#d5dbe3" fill-rule="evenodd" stroke="black" stroke-width="0.5"/>)", "\n"});
     }
 
     void line(Point from, Point to, Line kind) override {

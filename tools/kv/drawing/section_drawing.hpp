@@ -1,4 +1,4 @@
-// A page with a cross-section, its axes and its dimensions.
+// A page with cross-sections, their axes and their dimensions.
 #pragma once
 
 #include <memory>
@@ -11,13 +11,13 @@ namespace kvtool {
 
 struct SectionPage {
     Section section;
-    Point centroid;
     std::string title;
     std::vector<std::string> notes;  ///< lines below
 };
 
-/// Draws the page with a pen that is made for its size. The scale is the largest usual one at which the
-/// page fits on A4 across.
-std::string draw(const SectionPage &page, std::unique_ptr<Pen> (*make_pen)(double width, double height));
+/// Draws the sections side by side, to one scale, with a pen that is made for the size of the page. The
+/// scale is the largest usual one at which each of them fits on A4 across. All of them have an outline.
+std::string draw(const std::vector<SectionPage> &sections,
+                 std::unique_ptr<Pen> (*make_pen)(double width, double height));
 
 }  // namespace kvtool

@@ -2,7 +2,7 @@
 // rectangle around the section.
 #pragma once
 
-#include <string>
+#include <string_view>
 #include <vector>
 
 namespace kvtool {
@@ -30,41 +30,37 @@ struct Edge {
     bool arc = false;
     Point center = {};
     double angle = 0;
+    std::string_view radius = {};  ///< what the radius of an arc is called where the drawing shows it
 };
 
 /// A closed line.
 struct Outline {
     Point start;
     std::vector<Edge> edges;
-
-    Point last() const { return edges.empty() ? start : edges.back().end; }
-    void line_to(Point end) { edges.push_back({end}); }
-    /// From where the line has come to.
-    void arc(Point center, double angle);
 };
 
 struct Section {
-    enum class Kind { beam, channel, angle };
+    enum class Kind { beam, channel, angle, tee, box, pipe };
     Kind kind;
     double h;
     double b;
     double s;      ///< of the web, or the upright leg
-    double t;      ///< of the flanges, or the other leg
-    double r;      ///< of the fillets
-    double r1;     ///< at the edges of flanges and legs
-    double slope;  ///< of the inner faces of a channel's flanges
+    double t;      ///< of the flanges, or the other leg, or the wall of a box or a pipe
+    double r;      ///< of the fillets, or outside at the corners of a box
+    double r1;     ///< at the edges of flanges and legs, or inside at the corners of a box
+    double slope;  ///< of the inner faces of flanges, and of a tee's web; t is their thickness at
+                   ///< t_place(), s that of the tee's web at h/2
 
-    /// Where t is measured.
+    /// Where t is measured: of a flange on the right.
     double t_place() const;
-    /// Between flange and web: where a fillet has its middle, and the centre of its circle.
-    Point fillet_center() const;
-    /// The same at the edge of the lower flange.
-    Point edge_center() const;
+    /// The thickness of that flange.
+    double flange(double x) const { return t + slope * (t_place() - x); }
 };
 
-/// False if the dimensions make no section.
-bool is_possible(const Section &section);
+/// The outline, and that of the hollow in it if there is one. None if the dimensions make no section.
+std::vector<Outline> outlines_of(const Section &section);
 
-Outline outline_of(const Section &section);
+/// The centroid of the area inside the first outline and outside of the others.
+Point centroid_of(const std::vector<Outline> &outlines);
 
 }  // namespace kvtool
