@@ -20,7 +20,7 @@ class Profile : public ProgramTest {
         write("t/ab.pro", "T S A Iy q\r\nAB 1 2 30 nil\r\nAB 2 4 -1 5\r\n");
         write("t/Cd.PRO", "T S A z\r\nCD 1x2 7 8\r\nAB 2A 9 9\r\n");
         write("t/broken.pro", "no table");
-        write("t/m.mtt", "T S A\r\nQ 1A 3\r\n");
+        write("t/m.mtt", "T S A m\r\nQ 1A 3 4\r\n");
     }
     // With the small tables where the words, with blanks between them and ~ for a blank, name no others.
     Outcome run_in(const std::string &words, const std::string &directory = "t") const {
@@ -47,35 +47,29 @@ TEST_F(Profile, ListsGetsAndFinds) {
         {"profile list --json",
          "[\n{\"table\": \"Cd\", \"entries\": 2, \"columns\": [\"A\", \"z\"]},\n"
          "{\"table\": \"ab\", \"entries\": 2, \"columns\": [\"A\", \"Iy\", \"q\"]}\n]\n"},
-        {"profile list --table ab",
-         "name    A   Iy    q\n      cm2  cm4\nAB 1    2   30  nil\nAB 2    4  nil    5\n"},
-        {"profile list --all --columns ~A --json",
-         "[\n{\"name\": \"CD 1x2\", \"table\": \"Cd\", \"values\": {\"A\": 7}},\n"
-         "{\"name\": \"AB 2A\", \"table\": \"Cd\", \"values\": {\"A\": 9}},\n"
-         "{\"name\": \"AB 1\", \"table\": \"ab\", \"values\": {\"A\": 2}},\n"
-         "{\"name\": \"AB 2\", \"table\": \"ab\", \"values\": {\"A\": 4}}\n]\n"},
-        {"profile get ab~2", "AB 2\nA = 4 cm2\nIy = nil cm4\nq = 5\n"},
-        {"profile get AB2 --columns Iy,q,A --si", "AB 2\nIy = nil m4\nq = 5\nA = 0.0004 m2\n"},
-        {"profile get AB2 --table Cd", "AB 2A\nA = 9 cm2\nz = 9\n"},
-        {"profile get 1 --json",
-         "[\n{\"name\": \"CD 1x2\", \"table\": \"Cd\", \"values\": {\"A\": 7, \"z\": 8}}\n]\n"},
-        {"profile find A~>~2 --type AB", "name    A   Iy  q\n      cm2  cm4\nAB 2    4  nil  5\n"},
-        {"profile find A>2.0e-4 --type ab --si --columns A", "name       A\n          m2\nAB 2  0.0004\n"},
-        {"profile find z=8 --all-files --columns A,z", "name      A  z\n        cm2\nCD 1x2    7  8\n"},
+        {"profile list --table Cd",
+         "name      A      m  z\n        cm2   kg/m\nCD 1x2    7  5.495  8\nAB 2A     9  7.065  9\n"},
+        {"profile list --all --columns z,~A",
+         "name    table    z    A\n                    cm2\nCD 1x2  Cd       8    7\nAB 2A   Cd       9    "
+         "9\n"
+         "AB 1    ab     nil    2\nAB 2    ab     nil    4\n"},
+        {"profile get ab~2", "AB 2\nA = 4 cm2\nm = 3.14 kg/m\nIy = nil cm4\nq = 5\n"},
+        {"profile get AB1 --columns Iy,q,A --si", "AB 1\nIy = 3e-07 m4\nq = nil\nA = 0.0002 m2\n"},
+        {"profile get AB1 --columns Iy,m,A --units mm",
+         "AB 1\nIy = 300000 mm4\nm = 1.57 kg/m\nA = 200 mm2\n"},
+        {"profile get AB2 --table Cd --columns A", "AB 2A\nA = 9 cm2\n"},
+        {"profile get 1 --json --columns z,m",
+         "[\n{\"name\": \"CD 1x2\", \"table\": \"Cd\", \"values\": {\"z\": 8, \"m\": 5.495}}\n]\n"},
+        {"profile find A~>~2 --type AB --columns Iy,q", "name   Iy  q\n      cm4\nAB 2  nil  5\n"},
+        {"profile find A>2.0e-4 --type ab --si --columns q", "name  q\n\nAB 2  5\n"},
         {"profile find z=8 --type CD(1x2) --columns A", "name      A\n        cm2\nCD 1x2    7\n"},
-        {"profile find --all-files --columns z,A --sort q --limit 1",
-         "name  table    z    A\n                  cm2\nAB 2  ab     nil    4\n"},
-        {"profile find --all-files --sort A --limit 2 --columns A",
-         "name  table    A\n             cm2\nAB 1  ab       2\nAB 2  ab       4\n"},
-        {"mat list", "m: 1 entries; A\n"},
-        {"mat get Q1A --si", "Q 1A\nA = 0.0003 m2\n"},
-        {"mat find A>2", "name    A\n      cm2\nQ 1A    3\n"},
+        {"profile find m<=7.065 m!=5.495 --all-files --columns z,A --sort q --limit 2",
+         "name   table    z    A\n                   cm2\nAB 2   ab     nil    4\nAB 2A  Cd       9    "
+         "9\n"},
+        {"profile find m=1.57 --columns m --units cm --all-files",
+         "name  table     m\n             kg/m\nAB 1  ab     1.57\n"},
+        {"mat find A>2", "name    A      m\n      cm2  kg/m2\nQ 1A    3      4\n"},
     });
-    for (const char *action : {"list", "get", "find", "draw"}) {
-        EXPECT_NE(run({"profile", action, "--help"}).out.find(std::string("Usage: kv profile ") + action),
-                  std::string::npos);
-    }
-    EXPECT_NE(run({"mat", "--help"}).out.find("*.mtt"), std::string::npos);
 }
 
 TEST_F(Profile, Refuses) {
@@ -85,10 +79,10 @@ TEST_F(Profile, Refuses) {
           "find A>1 --type EF", "find A>1 z>1 q>1 --all-files", "find Q>1 --all-files",
           "find --all-files --sort Q", "draw AB1", "draw XY1"}},
         {2,
-         {"", "nothing", "get", "get ~", "get AB", "get AB2 --columns A,", "get AB2 --table ~", "draw ab",
-          "find A>1", "find A>1 --type ~", "find --all-files ~", "find A>>1 --all-files",
-          "find A> --all-files", "find >1 --all-files", "find A>1x --all-files",
-          "find A>1 --all-files --limit 0"}},
+         {"", "nothing", "get", "get ~", "get AB", "get AB2 --columns A,", "get AB2 --table ~",
+          "get AB2 --units inch", "get AB2 --si --units mm", "draw ab", "find A>1", "find A>1 --type ~",
+          "find --all-files ~", "find A>>1 --all-files", "find A> --all-files", "find >1 --all-files",
+          "find A>1x --all-files", "find A>1 --all-files --limit 0"}},
         {3,
          {"get AB1 --table none", "get AB1 --table broken", "list --dir nowhere", "list --dir t/ab.pro"}},
     };

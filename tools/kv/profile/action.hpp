@@ -15,6 +15,8 @@ extern const Action kTableFind;
 extern const Action kProfileDraw;
 
 inline constexpr Option kColumnsOption = {"--columns", "LIST", "these columns, with commas between them"};
-inline constexpr Option kSiOption = {"--si", "", "values in metres and their powers"};
+inline constexpr Option kUnitsOption = {"--units", "UNIT",
+                                        "mm, cm or m, with their powers, instead of the tables' units"};
+inline constexpr Option kSiOption = {"--si", "", "the same as --units m"};
 
 }  // namespace kvtool

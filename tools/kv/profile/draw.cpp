@@ -13,7 +13,7 @@ int run_draw(std::string_view command, const Arguments &arguments) {
     const std::string &name = arguments.operands()[0];
     std::vector<TableFile> tables = open_tables(family, arguments);
     const TableEntry entry = get_entry(
-        command, tables, name, [](const TableFile &) { return kDrawnColumns; }, false);
+        command, tables, name, [](const TableFile &) { return kDrawnColumns; }, Units::table);
     const auto hpgl = [](double, double) { return hpgl_pen(); };
     save_file(arguments.value("--output", "-"),
               draw({page_of(command, entry)}, arguments.has("--hpgl") ? +hpgl : svg_pen));

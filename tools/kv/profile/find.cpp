@@ -63,7 +63,7 @@ std::string type_of(const std::string &pattern) {
 }
 
 bool has_type(TableFile &table, const std::string &type) {
-    table.select({}, false);
+    table.select({}, Units::table);
     while (const std::optional<TableEntry> entry = table.next()) {
         if (comparable(entry->name.substr(0, entry->name.find(' '))) == type) return true;
     }
@@ -112,10 +112,16 @@ int run_find(std::string_view command, const Arguments &arguments) {
     const auto key = static_cast<std::size_t>(sorted_by - columns.begin());
     if (!sort_column.empty() && sorted_by == columns.end()) columns.push_back(sort_column);
 
-    const bool si = arguments.has("--si");
+    // The library knows the factors of what is selected, and of no other column of a condition.
+    for (const TableCondition &condition : conditions) {
+        if (std::find(columns.begin(), columns.end(), condition.column) == columns.end()) {
+            columns.push_back(condition.column);
+        }
+    }
+    const Units units = units_of(command, arguments);
     std::vector<TableEntry> entries;
     for (TableFile &table : tables) {
-        table.select(columns, si);
+        table.select(columns, units);
         for (TableEntry &entry : table.search(pattern, conditions)) entries.push_back(std::move(entry));
     }
     if (!sort_column.empty()) sort_entries(entries, key);
@@ -125,7 +131,7 @@ int run_find(std::string_view command, const Arguments &arguments) {
     if (arguments.has("--json")) {
         print_entries_json(entries, shown);
     } else {
-        print_entries(entries, shown, si, tables.size() > 1);
+        print_entries(family, entries, shown, units, tables.size() > 1);
     }
     return kDone;
 }
@@ -136,6 +142,7 @@ constexpr Option kOptions[] = {
     {"--sort", "COLUMN", "the smallest value first"},
     {"--limit", "N", "print the first N"},
     kColumnsOption,
+    kUnitsOption,
     kSiOption,
     kJsonOption,
 };
@@ -147,7 +154,7 @@ const Action kTableFind = {
     "[CONDITION]...",
     "find the entries that meet conditions",
     R"(Prints the entries that meet all conditions, such as 'A>50' or 'Iy<=6000': a column, one of
-> < >= <= = == != <>, and a number, with --si in metres and their powers. In PATTERN a number
+> < >= <= = == != <>, and a number in the units that are shown. In PATTERN a number
 is a lower bound, and exact in parentheses. Without --table and --all-files the table is the one
 named after the type, or those that have it if there is none of its name. Tables without a column
 of the conditions are left out.

@@ -11,7 +11,7 @@ namespace {
 
 int count_entries(TableFile &table) {
     int count = 0;
-    table.select({}, false);
+    table.select({}, Units::table);
     while (table.next()) ++count;
     return count;
 }
@@ -28,7 +28,7 @@ void list_tables(std::vector<TableFile> &tables, bool json) {
             std::cout << table.name() << ": " << count << " entries;";
         }
         const char *comma = "";
-        for (const std::string &column : table.columns()) {
+        for (const std::string &column : table.own_columns()) {
             std::cout << (json ? comma : " ") << (json ? json_string(column) : column);
             comma = ", ";
         }
@@ -47,16 +47,16 @@ int run_list(std::string_view command, const Arguments &arguments) {
         list_tables(tables, json);
         return kDone;
     }
-    const bool si = arguments.has("--si");
+    const Units units = units_of(command, arguments);
     std::vector<TableEntry> entries;
     for (TableFile &table : tables) {
-        table.select(columns, si);
+        table.select(columns, units);
         while (std::optional<TableEntry> entry = table.next()) entries.push_back(std::move(*entry));
     }
     if (json) {
         print_entries_json(entries, columns);
     } else {
-        print_entries(entries, columns, si, tables.size() > 1);
+        print_entries(family, entries, columns, units, tables.size() > 1);
     }
     return kDone;
 }
@@ -66,18 +66,18 @@ int run_get(std::string_view command, const Arguments &arguments) {
     const std::string &name = arguments.operands()[0];
     std::vector<TableFile> tables = open_tables(family, arguments);
     std::vector<std::string> columns = chosen_columns(family, arguments, tables);
-    const bool si = arguments.has("--si");
+    const Units units = units_of(command, arguments);
     const bool all = !arguments.has("--columns");
     const TableEntry entry = get_entry(
         command, tables, name,
-        [&](const TableFile &table) { return all ? columns = table.columns() : columns; }, si);
+        [&](const TableFile &table) { return all ? columns = table.columns() : columns; }, units);
     if (arguments.has("--json")) {
         print_entries_json({entry}, columns);
         return kDone;
     }
     std::cout << entry.name << '\n';
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        const std::string unit = unit_of(columns[i], si);
+        const std::string unit = unit_of(family, columns[i], units);
         std::cout << columns[i] << " = " << text_of_value(entry.values[i]) << (unit.empty() ? "" : " ")
                   << unit << '\n';
     }
@@ -85,8 +85,8 @@ int run_get(std::string_view command, const Arguments &arguments) {
 }
 
 constexpr Option kListOptions[] = {
-    {"--all", "", "the entries of all tables"}, kColumnsOption, kSiOption, kJsonOption};
-constexpr Option kGetOptions[] = {kColumnsOption, kSiOption, kJsonOption};
+    {"--all", "", "the entries of all tables"}, kColumnsOption, kUnitsOption, kSiOption, kJsonOption};
+constexpr Option kGetOptions[] = {kColumnsOption, kUnitsOption, kSiOption, kJsonOption};
 
 }  // namespace
 

@@ -15,6 +15,10 @@ std::string text_of_value(const std::optional<double> &value) {
     return text;
 }
 
+std::string unit_of(const TableFamily &family, const std::string &column, Units units) {
+    return column == kMass ? family.mass_unit : unit_of(column, units);
+}
+
 namespace {
 
 using Row = std::vector<std::string>;
@@ -26,9 +30,10 @@ Row header_row(const std::vector<std::string> &columns, bool several_tables) {
     return row;
 }
 
-Row unit_row(const std::vector<std::string> &columns, bool si, bool several_tables) {
+Row unit_row(const TableFamily &family, const std::vector<std::string> &columns, Units units,
+             bool several_tables) {
     Row row(several_tables ? 2 : 1);
-    for (const std::string &column : columns) row.push_back(unit_of(column, si));
+    for (const std::string &column : columns) row.push_back(unit_of(family, column, units));
     return row;
 }
 
@@ -57,9 +62,10 @@ void print_aligned(const std::vector<Row> &rows, std::size_t left_columns) {
 
 }  // namespace
 
-void print_entries(const std::vector<TableEntry> &entries, const std::vector<std::string> &columns, bool si,
-                   bool several_tables) {
-    std::vector<Row> rows = {header_row(columns, several_tables), unit_row(columns, si, several_tables)};
+void print_entries(const TableFamily &family, const std::vector<TableEntry> &entries,
+                   const std::vector<std::string> &columns, Units units, bool several_tables) {
+    std::vector<Row> rows = {header_row(columns, several_tables),
+                             unit_row(family, columns, units, several_tables)};
     for (const TableEntry &entry : entries) rows.push_back(entry_row(entry, several_tables));
     print_aligned(rows, several_tables ? 2 : 1);
 }

@@ -8,10 +8,15 @@ namespace kvtool {
 
 namespace {
 
-constexpr TableFamily kProfiles = {"kv profile", "profiles", ".pro", "Profile", profil_open};
+constexpr TableFamily kProfiles = {"kv profile", "profiles", ".pro", "Profile", profil_open, "kg/m", true};
 constexpr TableFamily kMats = {
-    "kv mat", "mats", ".mtt", "Matten",
-    [](const char *path, const char *const *names, const double *) { return matte_open(path, names); }};
+    "kv mat",
+    "mats",
+    ".mtt",
+    "Matten",
+    [](const char *path, const char *const *names, const double *) { return matte_open(path, names); },
+    "kg/m2",
+    false};
 
 const Action *const kProfileActions[] = {&kTableList, &kTableGet, &kTableFind, &kProfileDraw};
 const Action *const kMatActions[] = {&kTableList, &kTableGet, &kTableFind};
@@ -24,7 +29,7 @@ constexpr Option kOptions[] = {
 // What a script passes on from a variable that is not set would ask for everything.
 void refuse_empty(std::string_view command, const Arguments &arguments) {
     for (const std::string_view option :
-         {"--dir", "--table", "--columns", "--type", "--sort", "--output"}) {
+         {"--dir", "--table", "--columns", "--type", "--sort", "--output", "--units"}) {
         for (const std::string &value : arguments.values(option)) {
             if (without_blanks(value).empty()) fail_usage(command, std::string(option) + " is empty");
         }
@@ -40,7 +45,8 @@ std::string overview_of(const TableFamily &family) {
            R"( in section System of the main configuration file, else the current directory.
 
 Values have the units of the tables: mm for dimensions, cm and its powers for what is derived
-from them. With --si they are in metres and their powers.
+from them. With --units all of them are in mm, cm or m and their powers. The mass m is in kg/m; where
+a table of profiles has none it is that of steel, 0.785 A.
 
 Exit codes: 0 done; 1 not found; 2 wrong usage; 3 a table cannot be read or a file not be written.
 )";

@@ -82,7 +82,7 @@ std::string note(const TableEntry &entry, std::initializer_list<Column> columns)
         if (!entry.values[column]) continue;
         if (!text.empty()) text += "    ";
         text += kDrawnColumns[column] + " = " + text_of_value(entry.values[column]) + " " +
-                unit_of(kDrawnColumns[column], false);
+                unit_of(kDrawnColumns[column], Units::table);
     }
     return text;
 }

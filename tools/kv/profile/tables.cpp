@@ -1,6 +1,7 @@
 #include "tools/kv/profile/tables.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <iterator>
@@ -27,10 +28,24 @@ std::vector<const char *> name_list(const std::vector<std::string> &names) {
     return list;
 }
 
-std::vector<double> unit_factors(const std::vector<std::string> &columns) {
-    std::vector<double> factors(columns.size());
-    profil_get_factors(name_list(columns).data(), factors.data());
-    return factors;
+// With the four digits that tables have. Of steel.
+double mass_of(double area) {
+    char text[32];
+    const auto end =
+        std::to_chars(text, text + sizeof text, area * kMassOfArea, std::chars_format::general, 4);
+    double mass = 0;
+    std::from_chars(text, end.ptr, mass);
+    return mass;
+}
+
+// As the library sees it.
+bool is_met(const TableCondition &condition, double value) {
+    const bool equal = std::abs(value - condition.value) < 1e-15;
+    if (condition.op == "=" || condition.op == "==") return equal;
+    if (condition.op == "!=" || condition.op == "<>") return !equal;
+    const bool may_equal = condition.op.ends_with('=');
+    if (may_equal && value == condition.value) return true;
+    return condition.op.starts_with('<') ? value < condition.value : value > condition.value;
 }
 
 // The directory of --dir, or of the main configuration file; "." if nothing says it.
@@ -114,7 +129,12 @@ std::optional<TableFile> TableFile::open(const TableFamily &family, const std::s
     if (table.handle_ == nullptr) return std::nullopt;
     const char *item = profil_get_all_items(table.handle_.get());
     for (int i = 0; *item != '\0'; ++i, item += std::strlen(item) + 1) {
-        if (i >= 2) table.columns_.emplace_back(item);
+        if (i >= 2) table.own_columns_.emplace_back(item);
+    }
+    table.columns_ = table.own_columns_;
+    const auto area = std::find(table.columns_.begin(), table.columns_.end(), "A");
+    if (family.computes_mass && area != table.columns_.end() && !table.has_column(kMass)) {
+        table.columns_.insert(area + 1, std::string(kMass));
     }
     return table;
 }
@@ -123,12 +143,25 @@ bool TableFile::has_column(std::string_view column) const {
     return std::find(columns_.begin(), columns_.end(), column) != columns_.end();
 }
 
-void TableFile::select(const std::vector<std::string> &columns, bool si) {
-    factors_ = si ? unit_factors(columns) : std::vector<double>(columns.size(), 1.0);
+void TableFile::select(const std::vector<std::string> &columns, Units units) {
+    std::vector<std::string> names = columns;
+    const auto place_of = [&](std::string_view column) {
+        const auto found = std::find(names.begin(), names.end(), column);
+        return found != names.end() ? static_cast<std::size_t>(found - names.begin()) : kNone;
+    };
+    const bool computed = columns_.size() > own_columns_.size();
+    selected_ = columns.size();
+    mass_ = computed ? place_of(kMass) : kNone;
+    if (mass_ != kNone && place_of("A") == kNone) names.emplace_back("A");
+    area_ = place_of("A");
+    factors_.clear();
     there_.clear();
-    const std::unordered_set<std::string_view> own(columns_.begin(), columns_.end());
-    for (const std::string &column : columns) there_.push_back(own.contains(column));
-    profil_reset(handle_.get(), name_list(columns).data(), factors_.data());
+    const std::unordered_set<std::string_view> own(own_columns_.begin(), own_columns_.end());
+    for (const std::string &name : names) {
+        factors_.push_back(factor_of(name, units));
+        there_.push_back(own.contains(name));
+    }
+    profil_reset(handle_.get(), name_list(names).data(), factors_.data());
 }
 
 TableEntry TableFile::entry(const char *name, const std::vector<double> &values) const {
@@ -137,6 +170,10 @@ TableEntry TableFile::entry(const char *name, const std::vector<double> &values)
         const bool missing = !there_[i] || values[i] == kMissing * factors_[i];
         result.values.push_back(missing ? std::nullopt : std::optional<double>(values[i]));
     }
+    if (mass_ != kNone && result.values[area_]) {
+        result.values[mass_] = mass_of(*result.values[area_] / factors_[area_]);
+    }
+    result.values.resize(selected_);
     return result;
 }
 
@@ -165,7 +202,11 @@ std::optional<TableEntry> TableFile::get_sized(const std::string &name) {
 
 std::vector<TableEntry> TableFile::search(const std::string &pattern,
                                           const std::vector<TableCondition> &conditions) {
-    std::vector<TableCondition> texts = conditions;
+    std::vector<TableCondition> texts;
+    std::vector<TableCondition> of_mass;
+    for (const TableCondition &condition : conditions) {
+        (mass_ != kNone && condition.column == kMass ? of_mass : texts).push_back(condition);
+    }
     std::vector<PROFIL_CONDITION> records;
     records.reserve(texts.size());
     for (TableCondition &text : texts) {
@@ -178,6 +219,9 @@ std::vector<TableEntry> TableFile::search(const std::string &pattern,
                                         pattern.c_str(), values.data(), name);
     while (result == 0) {
         found.push_back(entry(name, values));
+        const double mass = of_mass.empty() ? 0 : found.back().values[mass_].value_or(kMissing);
+        const auto holds = [&](const TableCondition &condition) { return is_met(condition, mass); };
+        if (!std::all_of(of_mass.begin(), of_mass.end(), holds)) found.pop_back();
         result = profil_search_next(handle_.get(), nullptr, 0, pattern.c_str(), values.data(), name);
     }
     return found;
@@ -208,10 +252,11 @@ std::vector<TableFile> open_tables(const TableFamily &family, const Arguments &a
 }
 
 TableEntry get_entry(std::string_view command, std::vector<TableFile> &tables, const std::string &name,
-                     const std::function<std::vector<std::string>(const TableFile &)> &columns, bool si) {
+                     const std::function<std::vector<std::string>(const TableFile &)> &columns,
+                     Units units) {
     for (const auto get : {&TableFile::get_named, &TableFile::get_sized}) {
         for (TableFile &table : tables) {
-            table.select(columns(table), si);
+            table.select(columns(table), units);
             if (std::optional<TableEntry> entry = (table.*get)(name)) return std::move(*entry);
         }
         if (name.find_first_of("0123456789") == name.npos) {
@@ -256,16 +301,6 @@ std::vector<std::string> chosen_columns(const TableFamily &family, const Argumen
         add(column);
     }
     return columns;
-}
-
-std::string unit_of(const std::string &column, bool si) {
-    const double factor = unit_factors({column}).front();
-    if (factor == 0.001) return si ? "m" : "mm";
-    for (const int power : {1, 2, 3, 4, 6}) {
-        if (std::abs(factor / std::pow(0.01, power) - 1) > 1e-9) continue;
-        return (si ? "m" : "cm") + (power > 1 ? std::to_string(power) : std::string());
-    }
-    return "";
 }
 
 }  // namespace kvtool
