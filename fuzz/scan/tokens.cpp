@@ -1,46 +1,26 @@
 // Any text with any options: tokens end, hold what they say, and come again in the same way.
 #include <cstring>
-#include <vector>
 
 #include "kv.h"
 
 #include "fuzz/support.hpp"
+#include "tests/models/scanning.hpp"
 
 namespace {
 
-std::string g_text;
-std::size_t g_position;
-int g_calls_behind_end;
+using kvtest::ScannedText;
+using kvtest::Token;
 
-int32_t next_character() {
-    if (g_position < g_text.size()) {
-        const auto c = static_cast<unsigned char>(g_text[g_position]);
-        ++g_position;
-        return c;
-    }
-    ++g_calls_behind_end;
-    return -1;
-}
-
-struct Token {
-    int32_t kind;
-    int32_t error;
-    SCAN_TOKEN record;
-};
-
-std::vector<Token> read_all(SCANNER *scanner) {
-    g_position = 0;
-    g_calls_behind_end = 0;
-    std::vector<Token> tokens;
-    do {
-        Token &token = tokens.emplace_back();
-        token.error = scan_token(scanner, &token.kind, &token.record);
+std::vector<Token> read_all(ScannedText &scanned, const std::string &text) {
+    scanned.rewind(text);
+    std::vector<Token> tokens = scanned.tokens();
+    for (const Token &token : tokens) {
         KV_REQUIRE(token.error >= SCAN_OK && token.error <= SCAN_UNKNOWN_ESCAPE);
         KV_REQUIRE(token.kind == SCAN_VOID || (token.kind >= SCAN_KEYWORD && token.kind <= SCAN_EOF));
         KV_REQUIRE(std::memchr(token.record.text, 0, sizeof token.record.text) != nullptr);
-        KV_REQUIRE(tokens.size() <= 2 * g_text.size() + 1);
-    } while (tokens.back().kind != SCAN_EOF);
-    KV_REQUIRE(g_calls_behind_end <= 1);
+    }
+    KV_REQUIRE(tokens.back().kind == SCAN_EOF && tokens.size() <= 2 * text.size() + 1);
+    KV_REQUIRE(scanned.calls_after_end() <= 1);
     return tokens;
 }
 
@@ -50,23 +30,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     static const char *const keywords[] = {"if", "then", "IF", "a", "b", "a", "", nullptr};
     kvfuzz::Input input(data, size);
     const int32_t flags = input.number() & ~SCAN_TRACE;
-    g_text = input.rest();
-    SCANNER *scanner = scan_open(next_character, flags, keywords);
-    const std::vector<Token> first = read_all(scanner);
-    scan_reset(scanner);
-    const std::vector<Token> again = read_all(scanner);
+    const std::string text = input.rest();
+    ScannedText scanned(text, flags, keywords);
+    const std::vector<Token> first = read_all(scanned, text);
+    const std::vector<Token> again = read_all(scanned, text);
     KV_REQUIRE(first.size() == again.size());
     for (std::size_t i = 0; i < first.size(); ++i) {
         KV_REQUIRE(first[i].kind == again[i].kind && first[i].error == again[i].error);
         KV_REQUIRE(std::strcmp(first[i].record.text, again[i].record.text) == 0);
         KV_REQUIRE(first[i].record.lval == again[i].record.lval);
     }
-    scan_reset(scanner);
-    g_position = 0;
-    int32_t kind = 0;
-    char c = '\0';
-    for (std::size_t i = 0; i < g_text.size() + 2; ++i) scan_character(scanner, &kind, &c);
-    KV_REQUIRE(kind == SCAN_EOF);
-    scan_close(scanner);
+    scanned.rewind(text);
+    for (std::size_t i = 0; i < text.size() + 1; ++i) scanned.character();
+    KV_REQUIRE(scanned.character().first == SCAN_EOF);
     return 0;
 }

@@ -2,29 +2,30 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-#include "tests/scan/scanning.hpp"
+#include "tests/models/scanning.hpp"
 #include "tests/support/support.hpp"
 
 namespace {
 
+using kvtest::ScannedText;
+
 class ScanTrace : public testing::Test {
   protected:
-    ScanTrace() : before_(std::filesystem::current_path()) {
-        std::filesystem::current_path(kvtest::drive_c());
-    }
+    ScanTrace() { std::filesystem::current_path(kvtest::drive_c()); }
     ~ScanTrace() override {
         std::filesystem::current_path(before_);
         std::filesystem::remove_all(kvtest::drive_c() / "trc");
     }
 
   private:
-    std::filesystem::path before_;
+    std::filesystem::path before_ = std::filesystem::current_path();
 };
 
 TEST_F(ScanTrace, Lines) {
     const char *const keywords[] = {"if", nullptr};
-    kvtest::tokens("if x 1.5 -7\n'a' \"s\" <= \x80",
-                   SCAN_TRACE | SCAN_SIGNED_NUMBERS | SCAN_COMPARE_PAIRS | SCAN_EOL_TOKENS, keywords);
+    ScannedText("if x 1.5 -7\n'a' \"s\" <= \x80",
+                SCAN_TRACE | SCAN_SIGNED_NUMBERS | SCAN_COMPARE_PAIRS | SCAN_EOL_TOKENS, keywords)
+        .tokens();
     EXPECT_EQ(kvtest::read_report("trc"),
               "S1  [ 0: 0]\tkeyword    <if> #0\n"
               "S1  [ 0: 3]\tidentifier <x>\n"
@@ -39,26 +40,23 @@ TEST_F(ScanTrace, Lines) {
 }
 
 TEST_F(ScanTrace, IsSharedWhileAScannerTraces) {
-    kvtest::rewind("a");
-    SCANNER *first = scan_open(kvtest::next_character, SCAN_TRACE, nullptr);
-    SCANNER *second = scan_open(kvtest::next_character, SCAN_TRACE, nullptr);
-    SCANNER *silent = scan_open(kvtest::next_character, 0, nullptr);
-    int32_t kind = 0;
-    SCAN_TOKEN token;
-    scan_token(second, &kind, &token);
-    scan_token(silent, &kind, &token);
-    scan_close(second);
-    scan_token(first, &kind, &token);
-    scan_close(first);
-    scan_close(silent);
+    {
+        ScannedText first("a", SCAN_TRACE);
+        {
+            ScannedText second("a", SCAN_TRACE);
+            second.token();
+            ScannedText("a", 0).token();
+        }
+        first.token();
+    }
     EXPECT_EQ(kvtest::read_report("trc"), "S2  [ 0: 0]\tidentifier <a>\nS1  [ 0: 0]\teof        < >\n");
-    kvtest::tokens("1e300", SCAN_TRACE);  // empties the file; the longest line
+    ScannedText("1e300", SCAN_TRACE).tokens();  // empties the file; the longest line
     EXPECT_EQ(kvtest::read_report("trc").size(), 368U);
 }
 
 TEST_F(ScanTrace, IsLeftOutWhereItCannotBeWritten) {
     std::filesystem::create_directory("trc");
-    EXPECT_EQ(kvtest::tokens("a", SCAN_TRACE).size(), 2U);
+    EXPECT_EQ(ScannedText("a", SCAN_TRACE).tokens().size(), 2U);
 }
 
 }  // namespace
