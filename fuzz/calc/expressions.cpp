@@ -1,10 +1,12 @@
-// Any text as an expression; one that has a value has the same one inside others.
+// Any text as an expression; one that has a value has the same one inside others. And the expression that
+// the bytes choose, beside a plain evaluator.
 #include <cmath>
 #include <cstring>
 
 #include "kv.h"
 
 #include "fuzz/support.hpp"
+#include "tests/models/calc.hpp"
 
 namespace {
 
@@ -22,6 +24,12 @@ bool same(double a, double b) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    kvfuzz::Input choices(data, size);
+    const kvtest::Expression expression(6, [&](std::size_t n) { return choices.below(n); });
+    const std::string fault = fault_in_evaluation(expression);
+    if (!fault.empty()) std::fprintf(stderr, "%s\n", fault.c_str());
+    KV_REQUIRE(fault.empty());
+
     const std::string text = kvfuzz::Input(data, size).rest().c_str();
     double value = 0;
     double other = 0;
