@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <string>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <thread>
 #include <unistd.h>
@@ -39,6 +40,12 @@ class PseudoTerminal {
         termios result{};
         EXPECT_EQ(tcgetattr(descriptor_, &result), 0);
         return result;
+    }
+    /// Whether the port refuses to be opened once more.
+    bool is_exclusive() const {
+        int exclusive = 0;
+        EXPECT_EQ(ioctl(held_, TIOCGEXCL, &exclusive), 0);
+        return exclusive != 0;
     }
     void set(const termios &settings) const { EXPECT_EQ(tcsetattr(descriptor_, TCSANOW, &settings), 0); }
     void disappear() {
