@@ -44,7 +44,8 @@ struct HeaderWord {
 
 HeaderWord read_word(std::FILE *fp) {
     HeaderWord word;
-    static_cast<void>(std::fread(word.text, 1, kWordSize, fp));  // what is missing stays zero
+    const std::size_t read = std::fread(word.text, 1, kWordSize, fp);
+    word.text[read] = '\0';  // what is missing, and the end
     return word;
 }
 

@@ -1,38 +1,34 @@
 // Binary values and blocks.
-#include <algorithm>
 #include <bit>
 #include <cstddef>
-#include <cstring>
 
 #include "kv/frame.h"
 
+#include "fio/byte_order.hpp"
 #include "fio/handle.hpp"
-
-// What is written is the memory's content, and is to be little-endian.
-static_assert(std::endian::native == std::endian::little);
 
 namespace {
 
+using kv::fio::exchange_order;
+
+// What is written is little-endian.
 template <typename Value>
 std::int32_t put(FIO *handle, Value value) {
+    exchange_order(value, std::endian::little);
     return handle->writes() && std::fwrite(&value, sizeof value, 1, handle->fp) == 1 ? 0 : -1;
 }
 
 template <typename Value>
-std::int32_t get(FIO *handle, Value *out) {
-    return handle->reads() && std::fread(out, sizeof *out, 1, handle->fp) == 1 ? 0 : -1;
+std::int32_t get(FIO *handle, Value *out, std::endian order = std::endian::little) {
+    if (!handle->reads() || std::fread(out, sizeof *out, 1, handle->fp) != 1) return -1;
+    exchange_order(*out, order);
+    return 0;
 }
 
 template <typename Value>
 std::int32_t get_ordered(FIO *handle, Value *out) {
-    if (handle == nullptr || handle->is_text() || get(handle, out) != 0) return -1;
-    if (handle->byteorder == FIO_MOTOROLA) {
-        char bytes[sizeof *out];
-        std::memcpy(bytes, out, sizeof bytes);
-        std::reverse(std::begin(bytes), std::end(bytes));
-        std::memcpy(out, bytes, sizeof bytes);
-    }
-    return 0;
+    if (handle == nullptr || handle->is_text()) return -1;
+    return get(handle, out, handle->byteorder == FIO_MOTOROLA ? std::endian::big : std::endian::little);
 }
 
 // Floats and shorts are not known in other byte orders.

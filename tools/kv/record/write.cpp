@@ -18,7 +18,6 @@ namespace {
 
 // As the library writes them: the header, and little-endian values.
 constexpr std::string_view kHeader = "1.1  @kvINTEL   ";
-static_assert(std::endian::native == std::endian::little);
 
 // What a message says about where a value stands.
 using Place = std::string;
@@ -39,6 +38,7 @@ void append_number(std::string &bytes, const Place &place, const std::string &wo
     if (error != std::errc() || stop != end) fail(place, "'" + word + "' is not " + kind);
     char stored[sizeof value];
     std::memcpy(stored, &value, sizeof value);
+    if (std::endian::native == std::endian::big) std::reverse(std::begin(stored), std::end(stored));
     bytes.append(stored, sizeof stored);
 }
 
