@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "platform/platform.hpp"
@@ -20,8 +21,25 @@ using posix::Purpose;
 
 namespace posix {
 
+namespace {
+
+// Not every C library has a function for the call, or its flag.
+int rename_unless_there(const char *from, const char *to) {
+#ifdef SYS_renameat2
+    constexpr unsigned kNoReplace = 1;
+    return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, kNoReplace));
+#else
+    static_cast<void>(from);
+    static_cast<void>(to);
+    errno = ENOSYS;
+    return -1;
+#endif
+}
+
+}  // namespace
+
 bool rename_exclusive(const char *from, const char *to) {
-    if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
+    if (rename_unless_there(from, to) == 0) return true;
     if (errno != EINVAL && errno != ENOSYS) return false;
     // A file system that does not know the flag.
     struct stat status;
