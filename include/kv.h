@@ -37,5 +37,6 @@
 #include "kv/sort.h"
 #include "kv/strings.h"
 #include "kv/types.h"
+#include "kv/version.h"
 
 #endif

@@ -1,4 +1,5 @@
 // Environment variables and the kind of platform.
+#include <cstdio>
 #include <cstring>
 #include <gtest/gtest.h>
 
@@ -28,6 +29,15 @@ TEST(Process, EnvironmentVariables) {
 TEST(Process, ThePlatformIsTodaysWindows) {
     EXPECT_EQ(kv_get_win32(), 5);
     EXPECT_EQ(kv_get_win32(), 5);
+}
+
+TEST(Process, TheVersionIsThatOfTheHeaders) {
+    EXPECT_STREQ(kv_version(), KV_VERSION);
+    int major = 0;
+    int minor = 0;
+    int patch = 0;
+    ASSERT_EQ(std::sscanf(kv_version(), "%d.%d.%d", &major, &minor, &patch), 3) << kv_version();
+    EXPECT_EQ(KV_VERSION_NUMBER, major * 10000 + minor * 100 + patch);
 }
 
 TEST(Process, SignalsAndWaitsReturn) {

@@ -2,6 +2,8 @@
 
 #include <iostream>
 
+#include "kv/version.h"
+
 #include "tools/kv/actions.hpp"
 #include "tools/kv/failure.hpp"
 #include "tools/kv/help.hpp"
@@ -164,7 +166,8 @@ kv calc \(aq2*SIN(30)\(aq
 }  // namespace
 
 int print_manual() {
-    std::cout << ".TH KV 1 " KV_MANUAL_DATE " \"kv " KV_VERSION "\" \"User Commands\"\n" << kBeginning;
+    std::cout << ".TH KV 1 " KV_MANUAL_DATE " \"kv " << kv_version() << "\" \"User Commands\"\n"
+              << kBeginning;
     print_options(common_options());
     for (const ActionTable *table : subcommands()) print_subcommand(*table);
     std::cout << kEnd;

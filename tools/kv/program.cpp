@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "kv/version.h"
+
 #include "tools/kv/command_line.hpp"
 #include "tools/kv/completion.hpp"
 #include "tools/kv/failure.hpp"
@@ -72,7 +74,7 @@ int run(std::span<const char *const> words) {
     const CommandLine line = take_apart(words);
     apply_common_options(line);
     if (line.has("--version")) {
-        std::cout << "kv " KV_VERSION "\n";
+        std::cout << "kv " << kv_version() << '\n';
         return kDone;
     }
     const std::string name = line.names.empty() ? "" : line.names[0];

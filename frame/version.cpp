@@ -1,0 +1,5 @@
+#include "kv/version.h"
+
+const char *kv_version(void) noexcept {
+    return KV_VERSION;
+}
