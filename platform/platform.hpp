@@ -328,7 +328,9 @@ TimeOfDay current_time();
 /// Seconds since 1970 as local calendar time; false if it cannot be represented.
 bool local_time(std::int64_t seconds, std::tm &fields);
 /// Local calendar time, its fields brought into their ranges, as seconds since 1970. The time zone's rules
-/// say whether daylight saving holds, whatever `fields` says. False if it cannot be represented.
+/// say whether daylight saving holds, whatever `fields` says: of two times that it can mean it is the
+/// first, and a time that a change leaves out is taken by the rule after that change. False if it cannot be
+/// represented.
 bool calendar_time(std::tm &fields, std::int64_t &seconds);
 
 // ---- Telling the user

@@ -55,9 +55,10 @@ KV_API void clock_makestruct(int32_t time, CLOCK_RECORD *record) KV_NOEXCEPT;
  *
  *  @param record  the fields from sec to year are read; they may lie outside their ranges (32 January is
  *                 1 February) and stay as they are. wday and yday receive those of the resulting date.
- *  @return the time; for an hour that a change of daylight saving leaves out or repeats, one of the two
- *          that it can mean. -1 when the time lies before 1970 or does not fit into 32 bits: wday and yday
- *          are unchanged then. */
+ *  @return the time. Of the two times that a record can mean in the hour that the end of daylight saving
+ *          repeats, it is always the first, which is still one of daylight saving; a time in the hour that
+ *          its beginning leaves out is taken as one of daylight saving too, so that 02:30 means 01:30. -1
+ * when the time lies before 1970 or does not fit into 32 bits: wday and yday are unchanged then. */
 KV_API int32_t clock_makevalue(CLOCK_RECORD *record) KV_NOEXCEPT;
 
 /* ---- Timers: stop-watches that add up the time between each start and stop. They live until the process

@@ -1,4 +1,5 @@
 // The process: its environment, its local time, the kind of platform.
+#include <algorithm>
 #include <cstring>
 #include <stdlib.h>
 #include <time.h>
@@ -6,6 +7,16 @@
 #include "platform/platform.hpp"
 
 namespace kv::platform {
+
+namespace {
+
+// Whether the local time is so far ahead then.
+bool has_offset(std::int64_t seconds, long offset) {
+    std::tm fields{};
+    return local_time(seconds, fields) && fields.tm_gmtoff == offset;
+}
+
+}  // namespace
 
 TimeOfDay current_time() {
     timespec now{};
@@ -19,11 +30,19 @@ bool local_time(std::int64_t seconds, std::tm &fields) {
     return localtime_r(&value, &fields) != nullptr;
 }
 
+// Not by mktime(): which of two times it takes may depend on what it was asked before.
 bool calendar_time(std::tm &fields, std::int64_t &seconds) {
-    fields.tm_isdst = -1;
-    fields.tm_wday = -1;  // mktime() sets it unless it fails; -1 is also a time
-    seconds = mktime(&fields);
-    return fields.tm_wday >= 0;
+    fields.tm_wday = -1;  // timegm() sets it unless it fails; -1 is also a time
+    const std::int64_t local = timegm(&fields);
+    if (fields.tm_wday < 0) return false;
+    constexpr std::int64_t kDay = 86400;  // more than any offset
+    std::tm before{};
+    std::tm after{};
+    if (!local_time(local - kDay, before) || !local_time(local + kDay, after)) return false;
+    const auto [smaller, larger] = std::minmax(before.tm_gmtoff, after.tm_gmtoff);
+    seconds = local - larger;  // the first of two, and so for a time that is left out
+    if (!has_offset(seconds, larger) && has_offset(local - smaller, smaller)) seconds = local - smaller;
+    return local_time(seconds, fields);
 }
 
 const char *environment_variable(const char *name) {

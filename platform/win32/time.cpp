@@ -127,8 +127,7 @@ bool calendar_time(std::tm &fields, std::int64_t &seconds) {
     TIME_ZONE_INFORMATION rules;
     if (!in_range(local) || !rules_of(local, rules)) return false;
     const Offsets offsets = offsets_of(rules);
-    seconds = local - offsets.daylight;
-    // A time that the change to daylight saving leaves out counts as one after it.
+    seconds = local - offsets.daylight;  // the first of two, and so for a time that is left out
     if (!has_offset(seconds, offsets.daylight) && has_offset(local - offsets.standard, offsets.standard)) {
         seconds = local - offsets.standard;
     }
