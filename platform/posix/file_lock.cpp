@@ -1,7 +1,6 @@
 // Locks on files that changes and reads of them agree on.
 #include "platform/posix/file_lock.hpp"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +12,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "platform/lock_timeout.hpp"
 #include "platform/posix/descriptor.hpp"
 #include "platform/posix/drives.hpp"
 
@@ -21,16 +21,6 @@ namespace kv::platform {
 namespace posix {
 
 namespace {
-
-constexpr double kUsualSeconds = 10;
-constexpr double kMostSeconds = 1e9;
-
-double seconds_to_wait() {
-    const char *setting = std::getenv("KV_LOCK_TIMEOUT");
-    if (setting == nullptr || *setting == '\0') return kUsualSeconds;
-    const double seconds = parse_double(setting);
-    return seconds >= 0 ? std::min(seconds, kMostSeconds) : kUsualSeconds;
-}
 
 struct flock region(short type, off_t byte) {
     struct flock region {};
@@ -43,10 +33,7 @@ struct flock region(short type, off_t byte) {
 
 }  // namespace
 
-Deadline::Deadline()
-    : end_(std::chrono::steady_clock::now() +
-           std::chrono::duration_cast<std::chrono::steady_clock::duration>(
-               std::chrono::duration<double>(seconds_to_wait()))) {}
+Deadline::Deadline() : end_(std::chrono::steady_clock::now() + std::chrono::milliseconds(lock_timeout())) {}
 
 bool Deadline::sleep() const {
     constexpr std::chrono::milliseconds kPause{1};

@@ -1,6 +1,7 @@
 // Reading files, their status, and the log.
 #include "platform/failpoint.hpp"
 #include "platform/platform.hpp"
+#include "platform/win32/content_lock.hpp"
 #include "platform/win32/handle.hpp"
 
 namespace kv::platform {
@@ -28,12 +29,16 @@ bool means_missing(DWORD error) {
 }  // namespace
 
 InputFile::~InputFile() {
+    if (locked_) win32::unlock_content(to_handle(handle_));
     win32::close_handle(handle_);
 }
 
-bool InputFile::open(const char *path) {
+bool InputFile::open(const char *path, Content content) {
     handle_ = from_handle(win32::open_file(path, GENERIC_READ, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN));
     missing_ = handle_ == -1 && means_missing(GetLastError());
+    if (handle_ != -1 && content == Content::consistent) {
+        locked_ = win32::lock_content(to_handle(handle_), false, win32::Waiting());
+    }
     return handle_ != -1;
 }
 

@@ -9,6 +9,7 @@ namespace kv::platform::win32 {
 namespace {
 // The system takes sizes of 32 bits, and some network drives none that are near that.
 constexpr std::size_t kMostAtOnce = std::size_t{1} << 24;
+
 }  // namespace
 
 HANDLE open_file(const char *path, DWORD access, DWORD disposition, DWORD flags) {
@@ -20,10 +21,39 @@ HANDLE open_file(const char *path, DWORD access, DWORD disposition, DWORD flags)
     return CreateFileA(path, access, kShareAll, nullptr, disposition, flags, nullptr);
 }
 
+HANDLE open_shared_file(const char *path, DWORD access, DWORD disposition, const Waiting &waiting) {
+    HANDLE handle;
+    do {
+        handle = open_file(path, access, disposition);
+    } while (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_SHARING_VIOLATION &&
+             waiting.pause());
+    return handle;
+}
+
 HANDLE open_entry(const char *path) {
     constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     return CreateFileA(path, FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
                        FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+}
+
+FileStamp stamp_of(HANDLE handle) {
+    BY_HANDLE_FILE_INFORMATION of;
+    if (GetFileType(handle) != FILE_TYPE_DISK || GetFileInformationByHandle(handle, &of) == 0) return {};
+    const auto joined = [](DWORD high, DWORD low) { return static_cast<std::uint64_t>(high) << 32 | low; };
+    return {true, of.dwVolumeSerialNumber, joined(of.nFileIndexHigh, of.nFileIndexLow),
+            static_cast<std::int64_t>(joined(of.nFileSizeHigh, of.nFileSizeLow)),
+            static_cast<std::int64_t>(
+                joined(of.ftLastWriteTime.dwHighDateTime, of.ftLastWriteTime.dwLowDateTime))};
+}
+
+FileStamp stamp_of(const char *path) {
+    const Handle entry(open_entry(path));
+    return entry.valid() ? stamp_of(entry.get()) : FileStamp();
+}
+
+DWORD link_count(HANDLE handle) {
+    BY_HANDLE_FILE_INFORMATION of;
+    return GetFileInformationByHandle(handle, &of) != 0 ? of.nNumberOfLinks : 0;
 }
 
 void close_handle(std::intptr_t handle) {

@@ -6,6 +6,9 @@
 #include <cstdint>
 #include <windows.h>
 
+#include "platform/platform.hpp"
+#include "platform/win32/waiting.hpp"
+
 namespace kv::platform::win32 {
 
 /// A handle as platform.hpp keeps it; -1 is none.
@@ -20,8 +23,16 @@ inline std::intptr_t from_handle(HANDLE handle) {
 /// A file that nobody else is kept from, not even from removing or replacing it. INVALID_HANDLE_VALUE if it
 /// cannot be opened, or is a directory.
 HANDLE open_file(const char *path, DWORD access, DWORD disposition, DWORD flags = FILE_ATTRIBUTE_NORMAL);
+/// The same, but what somebody else does not share now is asked for again until the waiting ends.
+HANDLE open_shared_file(const char *path, DWORD access, DWORD disposition, const Waiting &waiting);
 /// A file or a directory, to ask about it.
 HANDLE open_entry(const char *path);
+/// What the system tells of an open file; `exists` is false for what is no file on a disk.
+FileStamp stamp_of(HANDLE handle);
+/// The same of what a path leads to.
+FileStamp stamp_of(const char *path);
+/// How many names an open file has; 0 if the system does not tell.
+DWORD link_count(HANDLE handle);
 /// -1 is ignored.
 void close_handle(std::intptr_t handle);
 

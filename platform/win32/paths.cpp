@@ -1,6 +1,7 @@
 #include "platform/win32/paths.hpp"
 
 #include <cstring>
+#include <iterator>
 
 namespace kv::platform::win32 {
 
@@ -15,10 +16,23 @@ bool final_path(HANDLE handle, FullPath &path) {
     return length > 0 && length < sizeof path.text;
 }
 
+bool widen(const char *path, WidePath &wide) {
+    const UINT page = AreFileApisANSI() != 0 ? CP_ACP : CP_OEMCP;
+    return MultiByteToWideChar(page, 0, path, -1, wide.text, static_cast<int>(std::size(wide.text))) > 0;
+}
+
 const char *last_component(const char *path) {
     const char *name = path + std::strlen(path);
     while (name > path && name[-1] != '/' && name[-1] != '\\' && name[-1] != ':') --name;
     return name;
+}
+
+std::uint64_t hash(const char *text) {
+    constexpr std::uint64_t kStart = 14695981039346656037U;
+    constexpr std::uint64_t kPrime = 1099511628211U;
+    std::uint64_t value = kStart;
+    for (; *text != '\0'; ++text) value = (value ^ static_cast<unsigned char>(*text)) * kPrime;
+    return value;
 }
 
 }  // namespace kv::platform::win32

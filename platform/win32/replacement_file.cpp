@@ -1,17 +1,24 @@
 // A file that takes its new content as a whole.
 //
-// The usual road is a temporary file beside the target, with its attributes and rights, flushed to the
-// disk, and the system's own call that puts it in the target's place. Where somebody has the target open so
-// that it cannot be replaced, or where that would lose something (a second hard link, a link), the content
-// is written in place at the end, after the room for it has been reserved.
+// The new content is written to a temporary file beside the target. It is marked for removal from the first
+// moment on, so that the system removes it with its process, and nobody else can open it. When it is
+// complete and on the disk, it gets the target's attributes and rights, loses that mark, and is renamed to
+// the target in one step.
+//
+// ReplaceFileA, which may take two steps, keeps what a renamed file would lose (streams beside the
+// content), and serves those versions of the system that do not let an open target be renamed over. Where
+// that is impossible, too, or would lose something (a second hard link, a link, rights that cannot be read
+// or given), the content is written in place.
 #include <algorithm>
-#include <atomic>
 #include <cstdio>
 #include <cstring>
+#include <cwchar>
 
 #include "platform/failpoint.hpp"
 #include "platform/platform.hpp"
+#include "platform/win32/content_lock.hpp"
 #include "platform/win32/handle.hpp"
+#include "platform/win32/kept_properties.hpp"
 #include "platform/win32/paths.hpp"
 
 namespace kv::platform {
@@ -22,10 +29,53 @@ using win32::to_handle;
 struct ReplacementFile::Paths {
     win32::FullPath target;
     char temporary[sizeof(win32::FullPath) + 64];  // in the target's directory
-    bool exists;
+    bool exists = false;
+    bool made = false;      // the target is empty, and was made here
+    FileStamp expected;     // of the target
+    bool streamed = false;  // the target has more than its content
+
+    bool rename(HANDLE file, bool over) const;
+    bool rename_over(HANDLE file) const;
+    bool merge(std::intptr_t &file) const;
+    enum class Outcome { done, in_the_way, impossible };
+    Outcome replace(std::intptr_t &file) const;
 };
 
 namespace {
+
+constexpr int kNames = 8;  // of temporary files of one target
+
+// What a temporary file's name begins with.
+int name_temporary(const win32::FullPath &target, char *name, std::size_t size) {
+    const char *last = win32::last_component(target.text);
+    win32::FullPath lower;
+    std::strcpy(lower.text, last);
+    CharLowerA(lower.text);
+    return std::snprintf(name, size, "%.*s.kv-%016llx-", static_cast<int>(last - target.text), target.text,
+                         static_cast<unsigned long long>(win32::hash(lower.text)));
+}
+
+// Removes temporary files that are left after a power failure, say. What somebody writes now is kept by
+// him.
+void remove_abandoned(const win32::FullPath &target) {
+    char path[sizeof target.text + 64];
+    const int begin = name_temporary(target, path, sizeof path);
+    std::strcpy(path + begin, "?.tmp");
+    WIN32_FIND_DATAA found;
+    const HANDLE search = FindFirstFileA(path, &found);
+    if (search == INVALID_HANDLE_VALUE) return;
+    const auto directory = static_cast<std::size_t>(win32::last_component(path) - path);
+    do {
+        std::snprintf(path + directory, sizeof path - directory, "%s", found.cFileName);
+        DeleteFileA(path);
+    } while (FindNextFileA(search, &found) != 0);
+    FindClose(search);
+}
+
+bool set_removal(HANDLE file, bool removed) {
+    FILE_DISPOSITION_INFO disposition{static_cast<BOOLEAN>(removed)};
+    return SetFileInformationByHandle(file, FileDispositionInfo, &disposition, sizeof disposition) != 0;
+}
 
 bool flush_to_disk(HANDLE handle) {
     if (io_fails()) return false;
@@ -43,7 +93,11 @@ bool rewind(HANDLE handle) {
     return SetFilePointerEx(handle, LARGE_INTEGER{}, nullptr, FILE_BEGIN) != 0;
 }
 
+// The bytes of a file. False if they cannot be read.
 bool read_all(HANDLE handle, memory::Vector<char> &bytes) {
+    LARGE_INTEGER size;
+    if (GetFileSizeEx(handle, &size) == 0 || !rewind(handle)) return false;
+    bytes.resize(static_cast<std::size_t>(size.QuadPart));
     std::size_t done = 0;
     while (done < bytes.size()) {
         const std::int64_t count = win32::read_some(handle, bytes.data() + done, bytes.size() - done);
@@ -53,81 +107,107 @@ bool read_all(HANDLE handle, memory::Vector<char> &bytes) {
     return true;
 }
 
-// The room is reserved first, so that a full disk shows before anything is overwritten. Should writing fail
-// all the same, the old content is written back.
+// The space is reserved first, so that a full disk shows before anything is overwritten. Should writing
+// fail all the same, the old content is written back.
 bool overwrite(HANDLE handle, const memory::Vector<char> &bytes) {
-    LARGE_INTEGER size_before;
-    if (GetFileSizeEx(handle, &size_before) == 0) return false;
-    const auto size = static_cast<std::int64_t>(bytes.size());
-    memory::Vector<char> old(static_cast<std::size_t>(std::min<std::int64_t>(size, size_before.QuadPart)));
+    LARGE_INTEGER old_size;
+    if (GetFileSizeEx(handle, &old_size) == 0) return false;
+    memory::Vector<char> old;
     const bool known = read_all(handle, old);
-    const bool reserved = size <= size_before.QuadPart || (!io_fails() && set_size(handle, size));
+    const auto size = static_cast<std::int64_t>(bytes.size());
+    const bool reserved = size <= old_size.QuadPart || (!io_fails() && set_size(handle, size));
     if (reserved && rewind(handle) && win32::write_all(handle, bytes.data(), bytes.size()) &&
-        SetEndOfFile(handle) != 0) {
-        return flush_to_disk(handle);
+        SetEndOfFile(handle) != 0 && flush_to_disk(handle)) {
+        return true;
     }
     if (known && rewind(handle)) win32::write_all(handle, old.data(), old.size());
-    set_size(handle, size_before.QuadPart);
+    set_size(handle, old_size.QuadPart);
     return false;
 }
 
-bool can_be_replaced(HANDLE target) {
-    BY_HANDLE_FILE_INFORMATION information;
-    return GetFileType(target) == FILE_TYPE_DISK && GetFileInformationByHandle(target, &information) != 0 &&
-           information.nNumberOfLinks == 1;
-}
-
-// Gives the new file the attributes, the age and the rights of the old one. False if the system does not
-// let it.
-bool make_alike(HANDLE file, const char *path, const char *old_path) {
-    constexpr DWORD kAttributes =
-        FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
-    const DWORD attributes = GetFileAttributesA(old_path);
-    if (io_fails() || attributes == INVALID_FILE_ATTRIBUTES) return false;
-    const DWORD kept = (attributes & kAttributes) | FILE_ATTRIBUTE_ARCHIVE;
-    if (kept != FILE_ATTRIBUTE_ARCHIVE && SetFileAttributesA(path, kept) == 0) return false;
-    const win32::Handle old(win32::open_entry(old_path));
-    FILETIME created;
-    if (GetFileTime(old.get(), &created, nullptr, nullptr) != 0) {
-        SetFileTime(file, &created, nullptr, nullptr);
-    }
-    DWORD size = 0;
-    GetFileSecurityA(old_path, DACL_SECURITY_INFORMATION, nullptr, 0, &size);
-    if (size == 0) return true;  // a file system without rights
-    memory::Vector<char> rights(size);
-    return GetFileSecurityA(old_path, DACL_SECURITY_INFORMATION, rights.data(), size, &size) != 0 &&
-           SetFileSecurityA(path, DACL_SECURITY_INFORMATION, rights.data()) != 0;
-}
-
-// True if the new file has the target's place. The first call does it in one step. The second, which takes
-// two, serves those versions of the system that do not let the first replace a file that somebody has open.
-bool put_in_place(const char *temporary, const char *target, bool exists) {
-    if (exists) {
-        // Who has the file open may keep it from being replaced.
-        const win32::Handle replaceable(win32::open_file(target, DELETE, OPEN_EXISTING));
-        if (!replaceable.valid()) return false;
-    }
-    constexpr DWORD kMove = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-    constexpr DWORD kReplace = REPLACEFILE_WRITE_THROUGH | REPLACEFILE_IGNORE_MERGE_ERRORS;
-    return MoveFileExA(temporary, target, kMove) != 0 ||
-           (exists && ReplaceFileA(target, temporary, nullptr, kReplace, nullptr, nullptr) != 0);
+// Somebody who has the file open may keep it from being replaced. Who reads it for a moment only, as virus
+// scanners do, is waited for.
+bool may_be_replaced(const char *target) {
+    constexpr DWORD kLongest = 100;
+    const win32::Waiting waiting(std::min<DWORD>(lock_timeout(), kLongest));
+    const win32::Handle file(win32::open_shared_file(target, DELETE, OPEN_EXISTING, waiting));
+    return file.valid() || GetLastError() != ERROR_SHARING_VIOLATION;
 }
 
 }  // namespace
 
+// Renames the open temporary file, which nobody can take away or exchange meanwhile.
+bool ReplacementFile::Paths::rename(HANDLE file, bool over) const {
+    constexpr auto kWithFlags = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);  // FileRenameInfoEx
+    constexpr DWORD kReplace = 1;
+    constexpr DWORD kAsPosix = 2;  // over an open target, too
+    win32::WidePath name;
+    if (io_fails() || !win32::widen(target.text, name)) return false;
+    alignas(FILE_RENAME_INFO) char request[sizeof(FILE_RENAME_INFO) + sizeof name] = {};
+    auto *info = reinterpret_cast<FILE_RENAME_INFO *>(request);
+    info->FileNameLength = static_cast<DWORD>(std::wcslen(name.text) * sizeof *name.text);
+    std::memcpy(info->FileName, name.text, info->FileNameLength);
+    if (over) {
+        constexpr DWORD kFlags = kReplace | kAsPosix;
+        std::memcpy(request, &kFlags, sizeof kFlags);  // in place of the older record's first field
+        if (SetFileInformationByHandle(file, kWithFlags, request, sizeof request) != 0) return true;
+        std::memset(request, 0, sizeof kFlags);
+    }
+    info->ReplaceIfExists = static_cast<BOOLEAN>(over);
+    return SetFileInformationByHandle(file, FileRenameInfo, request, sizeof request) != 0;
+}
+
+// Lets the system merge the temporary file and the target. Should it have taken the target away without
+// putting the temporary file in its place, that is done here. False, with the temporary file open, if the
+// target has its old content.
+bool ReplacementFile::Paths::merge(std::intptr_t &file) const {
+    CloseHandle(to_handle(file));
+    file = -1;
+    if (!io_fails() && ReplaceFileA(target.text, temporary, nullptr, 0, nullptr, nullptr) != 0) return true;
+    constexpr DWORD kAccess = GENERIC_READ | DELETE;
+    file = from_handle(CreateFileA(temporary, kAccess, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    return file != -1 && !is_entry(target.text) && rename(to_handle(file), false);
+}
+
+ReplacementFile::Paths::Outcome ReplacementFile::Paths::replace(std::intptr_t &file) const {
+    const HANDLE handle = to_handle(file);
+    if (!exists) {
+        if (!set_removal(handle, false)) return Outcome::impossible;
+        if (rename(handle, false)) return Outcome::done;
+        const DWORD error = GetLastError();
+        const bool appeared = error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
+        return appeared ? Outcome::in_the_way : Outcome::impossible;
+    }
+    if (!win32::keep_properties(handle, target.text) || !may_be_replaced(target.text)) {
+        return Outcome::impossible;
+    }
+    if (!set_removal(handle, false)) return Outcome::impossible;
+    if (!streamed && rename(handle, true)) return Outcome::done;
+    return merge(file) ? Outcome::done : Outcome::impossible;
+}
+
 ReplacementFile::ReplacementFile() = default;
 
 ReplacementFile::~ReplacementFile() {
-    if (handle_ == -1) return;
-    win32::close_handle(handle_);
-    DeleteFileA(paths_->temporary);
+    if (paths_ == nullptr) return;
+    if (handle_ != -1) {
+        const bool marked = set_removal(to_handle(handle_), true);
+        win32::close_handle(handle_);
+        if (!marked) DeleteFileA(paths_->temporary);
+    }
+    if (paths_->made && win32::stamp_of(paths_->target.text) == paths_->expected) {
+        DeleteFileA(paths_->target.text);
+    }
 }
 
-bool ReplacementFile::open(const char *path) {
+bool ReplacementFile::open(const char *path, const FileLock *lock) {
     failed_ = true;
+    lock_ = lock;
     paths_ = memory::make_owned<Paths>();
     exhausted_ = paths_ == nullptr;
     if (exhausted_ || !win32::full_path(path, paths_->target)) return false;
+    if (lock == nullptr && !own_lock_.acquire(path)) return false;
+    paths_->expected = (lock != nullptr ? lock : &own_lock_)->stamp();
     const char *target = paths_->target.text;
     const DWORD attributes = GetFileAttributesA(target);
     paths_->exists = attributes != INVALID_FILE_ATTRIBUTES;
@@ -135,17 +215,20 @@ bool ReplacementFile::open(const char *path) {
     if (paths_->exists) {
         if ((attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0) return false;
         // What cannot be opened for writing cannot be written; a file that is being read can.
-        const win32::Handle file(win32::open_file(target, GENERIC_WRITE, OPEN_EXISTING));
+        const win32::Handle file(
+            win32::open_shared_file(target, GENERIC_WRITE, OPEN_EXISTING, win32::Waiting()));
         if (!file.valid()) return false;
-        replaceable = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 && can_be_replaced(file.get());
+        replaceable = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 &&
+                      GetFileType(file.get()) == FILE_TYPE_DISK && win32::link_count(file.get()) == 1;
+        paths_->streamed = replaceable && win32::has_other_streams(target);
     }
-    const bool beside = replaceable && open_temporary();
-    if (exhausted_) return false;
-    if (!beside) {
+    if ((!replaceable || !open_temporary()) && !paths_->exists) {
         // In place. A file that is not there yet is made now, so that a wrong name shows at once.
-        if (!paths_->exists &&
-            !win32::Handle(win32::open_file(target, GENERIC_WRITE, OPEN_ALWAYS)).valid()) {
-            return false;
+        const win32::Handle file(win32::open_file(target, GENERIC_WRITE, OPEN_ALWAYS));
+        if (!file.valid()) return false;
+        if (GetLastError() != ERROR_ALREADY_EXISTS) {
+            paths_->expected = win32::stamp_of(file.get());
+            paths_->made = paths_->expected.exists;  // else it is a device
         }
     }
     failed_ = false;
@@ -153,27 +236,20 @@ bool ReplacementFile::open(const char *path) {
 }
 
 bool ReplacementFile::open_temporary() {
-    static std::atomic<unsigned> counter{0};
-    const char *target = paths_->target.text;
-    const auto directory = static_cast<int>(win32::last_component(target) - target);
-    constexpr int kMostAttempts = 100;
-    for (int attempt = 0; attempt < kMostAttempts && handle_ == -1; ++attempt) {
-        std::snprintf(paths_->temporary, sizeof paths_->temporary, "%.*s.kv-%lu-%u.tmp", directory, target,
-                      GetCurrentProcessId(), counter.fetch_add(1));
-        handle_ =
-            from_handle(win32::open_file(paths_->temporary, GENERIC_READ | GENERIC_WRITE, CREATE_NEW));
-        if (handle_ == -1 && GetLastError() != ERROR_FILE_EXISTS) return false;
+    char *name = paths_->temporary;
+    const win32::FullPath &target = paths_->target;
+    remove_abandoned(target);
+    const int begin = name_temporary(target, name, sizeof paths_->temporary);
+    for (int number = 0; number < kNames && handle_ == -1; ++number) {
+        std::snprintf(name + begin, sizeof paths_->temporary - static_cast<std::size_t>(begin), "%d.tmp",
+                      number);
+        handle_ = from_handle(win32::make_temporary(name, paths_->exists ? target.text : nullptr));
+        // One that is marked for removal cannot even be looked at.
+        const DWORD error = GetLastError();
+        if (handle_ == -1 && error != ERROR_FILE_EXISTS && error != ERROR_ACCESS_DENIED) return false;
     }
-    if (handle_ == -1 || !paths_->exists) return handle_ != -1;
-    try {
-        if (make_alike(to_handle(handle_), paths_->temporary, target)) return true;
-    } catch (const std::bad_alloc &) {
-        exhausted_ = true;
-    }
-    CloseHandle(to_handle(handle_));
-    DeleteFileA(paths_->temporary);
-    handle_ = -1;
-    return false;
+    if (handle_ != -1) set_removal(to_handle(handle_), true);
+    return handle_ != -1;
 }
 
 bool ReplacementFile::write_temporary(const char *bytes, std::size_t size) {
@@ -181,37 +257,51 @@ bool ReplacementFile::write_temporary(const char *bytes, std::size_t size) {
 }
 
 bool ReplacementFile::commit_temporary() {
-    const bool flushed = flush_to_disk(to_handle(handle_));
-    if (!flushed || io_fails()) return false;
-    const char *temporary = paths_->temporary;
-    // While it is open it cannot be moved; should the content be needed, it is read again.
-    CloseHandle(to_handle(handle_));
-    handle_ = -1;
-    if (!io_fails() && put_in_place(temporary, paths_->target.text, paths_->exists)) return true;
-    win32::Handle again(win32::open_file(temporary, GENERIC_READ, OPEN_EXISTING));
-    if (again.valid()) {
-        handle_ = from_handle(again.release());  // its end removes the file
-        LARGE_INTEGER size;
-        if (paths_->exists && GetFileSizeEx(to_handle(handle_), &size) != 0) {
-            pending_.resize(static_cast<std::size_t>(size.QuadPart));
-            return read_all(to_handle(handle_), pending_) && commit_in_place();
-        }
-        return false;
+    if (!flush_to_disk(to_handle(handle_))) return false;
+    overtaken_ = lock_ != nullptr && win32::stamp_of(paths_->target.text) != paths_->expected;
+    if (overtaken_) return false;
+    switch (paths_->replace(handle_)) {
+        case Paths::Outcome::done:
+            if (handle_ == -1) return true;
+            FlushFileBuffers(to_handle(handle_));  // the new name
+            win32::close_handle(handle_);
+            handle_ = -1;
+            return true;
+        case Paths::Outcome::in_the_way:
+            overtaken_ = lock_ != nullptr;
+            if (overtaken_) return false;
+            break;
+        case Paths::Outcome::impossible:
+            if (!paths_->exists) return false;
+            break;
     }
-    DeleteFileA(temporary);
-    return false;
+    return handle_ != -1 && read_all(to_handle(handle_), pending_) && commit_in_place();
 }
 
 bool ReplacementFile::commit_in_place() {
     const char *target = paths_->target.text;
-    win32::Handle file(win32::open_file(target, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
-    const bool readable = file.valid();
-    const win32::Handle only_written(readable ? INVALID_HANDLE_VALUE
-                                              : win32::open_file(target, GENERIC_WRITE, OPEN_ALWAYS));
-    const HANDLE handle = readable ? file.get() : only_written.get();
-    if (!readable && !only_written.valid()) return false;
-    if (GetFileType(handle) == FILE_TYPE_DISK) return overwrite(handle, pending_);
-    return win32::write_all(handle, pending_.data(), pending_.size());
+    const win32::Waiting waiting;
+    const DWORD disposition = lock_ != nullptr && paths_->expected.exists ? OPEN_EXISTING : OPEN_ALWAYS;
+    win32::Handle readable(
+        win32::open_shared_file(target, GENERIC_READ | GENERIC_WRITE, disposition, waiting));
+    const win32::Handle writable(
+        readable.valid() ? INVALID_HANDLE_VALUE
+                         : win32::open_shared_file(target, GENERIC_WRITE, disposition, waiting));
+    const HANDLE handle = readable.valid() ? readable.get() : writable.get();
+    if (!readable.valid() && !writable.valid()) {
+        overtaken_ = lock_ != nullptr && win32::stamp_of(target) != paths_->expected;
+        return false;
+    }
+    if (GetFileType(handle) != FILE_TYPE_DISK) {
+        return win32::write_all(handle, pending_.data(), pending_.size());
+    }
+    if (!win32::lock_content(handle, true, waiting)) return false;
+    overtaken_ = lock_ != nullptr && win32::stamp_of(handle) != paths_->expected;
+    const bool done = !overtaken_ && overwrite(handle, pending_);
+    if (!done) paths_->expected = win32::stamp_of(handle);
+    win32::unlock_content(handle);
+    if (done) paths_->made = false;
+    return done;
 }
 
 }  // namespace kv::platform

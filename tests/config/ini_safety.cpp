@@ -2,7 +2,6 @@
 #include "tests/config/ini_safety.hpp"
 
 #include <cstdint>
-#include <thread>
 
 #include "memory/failpoint.hpp"
 #include "platform/failpoint.hpp"
@@ -85,16 +84,6 @@ TEST_F(IniSafety, EveryAllocationFails) {
         EXPECT_EQ(last, INI_OK);
         EXPECT_GE(runs, 4);
     }
-}
-
-TEST_F(IniSafety, ThreadsThatChangeOneFileLoseNothing) {
-    std::vector<std::thread> threads;
-    for (int who = 0; who < 4; ++who) {
-        threads.emplace_back([this, who] { EXPECT_EQ(write_entries(file, who, 50), 0); });
-    }
-    for (std::thread &thread : threads) thread.join();
-    const std::string text = content() + "\r\n";
-    for (int who = 0; who < 4; ++who) EXPECT_EQ(missing_entries(text, who, 50), 0) << who;
 }
 
 }  // namespace

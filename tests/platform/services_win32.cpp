@@ -1,7 +1,5 @@
-// The services of Windows itself: message boxes, debugger output, the registry, the recycle bin, drives,
-// locks between threads.
+// The services of Windows itself: message boxes, debugger output, the registry, the recycle bin, drives.
 #include <atomic>
-#include <chrono>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <shlobj.h>
@@ -170,34 +168,6 @@ TEST(OnWindows, DrivesAreThoseOfTheSystem) {
     EXPECT_EQ(fio_sethostname("c"), 0);
     EXPECT_STREQ(fio_getcwd(text, sizeof text), "C:\\mapped");
     EXPECT_EQ(fio_chdir("c:\\"), 0);
-}
-
-std::atomic<int> g_inside{0};
-std::atomic<int> g_visits{0};
-std::atomic<bool> g_met{false};
-
-void visit(ENV *, const char *, const char *, void *env) {
-    if (++g_inside != 1) g_met = true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    // It has the lock and takes it once more.
-    EXPECT_EQ(env_put_long(static_cast<ENV *>(env), "t", "n", ++g_visits), ENV_OK);
-    --g_inside;
-}
-
-// A thread in the middle of a traversal keeps the other one waiting.
-TEST(OnWindows, TheEnvironmentLockIsOneThreads) {
-    ENV *env = env_open(0, nullptr);
-    for (int i = 0; i < 10; ++i) env_put_long(env, "s", ("a" + std::to_string(i)).c_str(), i);
-    std::vector<std::thread> threads;
-    for (int who = 0; who < 2; ++who) {
-        threads.emplace_back([env] {
-            for (int i = 0; i < 3; ++i) EXPECT_EQ(env_traverse(env, "s", nullptr, 1, visit, env), ENV_OK);
-        });
-    }
-    for (std::thread &thread : threads) thread.join();
-    EXPECT_FALSE(g_met);
-    EXPECT_EQ(g_visits, 60);
-    env_close(env, 0);
 }
 
 }  // namespace
