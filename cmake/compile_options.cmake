@@ -1,6 +1,7 @@
 # The options that every target of the project is compiled with.
 add_library(kv_options INTERFACE)
-target_compile_options(kv_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wcast-qual -Werror
+target_compile_options(kv_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wcast-qual
+                       $<$<BOOL:${KV_WARNINGS_AS_ERRORS}>:-Werror>
                        $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast> $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>)
 # GCC 12 warns about its own std::string (GCC bug 105651).
 target_compile_options(kv_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)

@@ -6,7 +6,7 @@ set(kv_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/kv)
 
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 install(
-  TARGETS kv kv_static
+  TARGETS ${kv_libraries}
   EXPORT kvTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
@@ -22,6 +22,12 @@ install(FILES ${PROJECT_BINARY_DIR}/kvConfig.cmake ${PROJECT_BINARY_DIR}/kvConfi
 # The file finds the rest from where it stands itself.
 file(RELATIVE_PATH kv_prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 string(REGEX REPLACE "/$" "" kv_prefix_from_pc "${kv_prefix_from_pc}")
+list(TRANSFORM kv_runtime_libraries PREPEND "-l" OUTPUT_VARIABLE kv_libs_private)
+list(JOIN kv_libs_private " " kv_libs_private)
+set(kv_libs "")
+if(NOT "kv" IN_LIST kv_libraries)
+  set(kv_libs " ${kv_libs_private}")
+endif()
 configure_file(cmake/kv.pc.in kv.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kv.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the build into an empty directory, moves that, and builds and runs applications from there: one in C that
-# pkg-config helps to find it, one in C++ that CMake does, with the shared library and with the static one.
+# pkg-config helps to find it, and in C and in C++ those that CMake does, with the shared library and with the static one.
 #
 #   tests/checks/install.sh BUILD-DIRECTORY C-COMPILER C++-COMPILER
 set -euo pipefail
@@ -25,10 +25,13 @@ eval "flags=($(pkg-config --cflags --libs kv))"
 "$2" -std=c11 -Wall -Wextra -Wpedantic -Werror "$sources/c/main.c" -o "$work/c" "${flags[@]}"
 "$work/c"
 
-cmake -S "$sources/cmake" -B "$work/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$3" >/dev/null
-cmake --build "$work/build" >/dev/null
-"$work/build/with_kv"
-"$work/build/with_kv_static"
+for project in cmake cmake_c; do
+    cmake -S "$sources/$project" -B "$work/$project" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_C_COMPILER="$2" \
+        -DCMAKE_CXX_COMPILER="$3" >/dev/null 2>&1
+    cmake --build "$work/$project" >/dev/null
+    "$work/$project/with_kv"
+    "$work/$project/with_kv_static"
+done
 
 # The program, its page and its completion.
 version=$(pkg-config --modversion kv)
