@@ -9,7 +9,7 @@
 // The model is not what is looked for faults: uninstrumented, it leaves more of the time to the library.
 #pragma clang attribute push(__attribute__((no_sanitize("address", "undefined", "coverage"))), \
                              apply_to = function)
-#include "tests/profiles/model.hpp"
+#include "tests/models/profiles.hpp"
 #pragma clang attribute pop
 
 namespace {

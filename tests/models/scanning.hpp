@@ -1,6 +1,7 @@
 // A scanner over a text, for the tests and the fuzz target.
 #pragma once
 
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,9 +11,11 @@
 namespace kvtest {
 
 struct Token {
+    Token() { std::memset(&record, '#', sizeof record); }
+
     int32_t kind = -1;
     int32_t error = SCAN_OK;
-    SCAN_TOKEN record{};
+    SCAN_TOKEN record;
 };
 
 /// The source of a scanner has no argument: there is one text at a time.

@@ -23,55 +23,44 @@ std::string describe(const SerialSettings &settings) {
            "01ht"[static_cast<int>(settings.dtr)] + "01ht"[static_cast<int>(settings.rts)];
 }
 
-constexpr SerialSettings kBefore = {1200, 7,         Parity::mark, StopBits::one_and_half, true, true, true,
-                                    true, Line::off, Line::off};
+// What a text makes of settings; "-" if it is none, and has to leave them.
+std::string applied(const std::string &text) {
+    constexpr SerialSettings kBefore = {
+        1200, 7, Parity::mark, StopBits::one_and_half, true, true, true, true, Line::off, Line::off};
+    SerialSettings settings = kBefore;
+    if (kv::platform::posix::apply_mode_text(text, settings)) return describe(settings);
+    EXPECT_EQ(describe(settings), describe(kBefore)) << text;
+    return "-";
+}
 
 TEST(ModeText, HasTwoForms) {
-    const struct {
-        const char *text;
-        const char *settings;
-    } cases[] = {
-        {"96,n,8,1", "9600 n 8 1  11"},
-        {"19,E,5,1.5,X", "19200 e 5 1.5 x 11"},
-        {" 11 , s , 6 , 1 , p ", "110 s 6 2 cd hh"},
-        {"115200", "115200 m 7 1.5  11"},
-        {"60,,,2,", "600 m 7 2  11"},
-        {"2147483647,q,8,1,r", "2147483647 m 8 1  11"},
-        {"baud=9600 parity=n data=8 stop=1", "9600 n 8 1  11"},
-        {" \tSTOP=2  BAUD=24 DTR=hs RTS=tg to=ON ", "2400 m 7 2  ht"},
-        {"xon=on odsr=on octs=on idsr=on dtr=off rts=off", "1200 m 7 1.5 xcds 00"},
-        {"baud=110 stop=1", "110 m 7 2  11"},
-    };
-    for (const auto &row : cases) {
-        SerialSettings settings = kBefore;
-        EXPECT_TRUE(kv::platform::posix::apply_mode_text(row.text, settings)) << row.text;
-        EXPECT_EQ(describe(settings), row.settings) << row.text;
+    using Row = std::pair<const char *, const char *>;
+    for (const auto &[text, settings] :
+         {Row{"96,n,8,1", "9600 n 8 1  11"}, Row{"19,E,5,1.5,X", "19200 e 5 1.5 x 11"},
+          Row{" 11 , s , 6 , 1 , p ", "110 s 6 2 cd hh"}, Row{"115200", "115200 m 7 1.5  11"},
+          Row{"60,,,2,", "600 m 7 2  11"}, Row{"2147483647,a,8,1,z", "2147483647 m 8 1  11"},
+          Row{"1,A,8,1,Z", "1 m 8 1  11"},
+          // The newer form.
+          Row{"baud=9600 parity=n data=8 stop=1", "9600 n 8 1  11"},
+          Row{" \tSTOP=2  BAUD=24 DTR=hs RTS=tg to=ON ", "2400 m 7 2  ht"},
+          Row{"xon=on odsr=on octs=on idsr=on dtr=off rts=off", "1200 m 7 1.5 xcds 00"},
+          Row{"xon=off dtr=on rts=hs parity=o data=5", "1200 o 5 1.5  1h"},
+          Row{"baud=110 stop=1", "110 m 7 2  11"}}) {
+        EXPECT_EQ(applied(text), settings) << text;
     }
-    for (const char *text : {"",
-                             ",n,8,1",
-                             "0",
-                             "-96",
-                             "9600x",
-                             "2147483648",
-                             "9600 n 8 1",
-                             "9600,even,8,1",
-                             "9600,1,8,1",
-                             "9600,n,4,1",
-                             "9600,n,8,1,p,x",
-                             "9600,n,8,1.",
-                             "9600,n,8,1,px",
-                             "9600,n,8,1,p,",
-                             "COM1:9600,n,8,1",
-                             "=",
-                             "baud =9600",
-                             "baud=9600,n",
-                             "baud=9600 n",
-                             "parity=q",
-                             "dtr=tg",
-                             "speed=9600"}) {
-        SerialSettings settings = kBefore;
-        EXPECT_FALSE(kv::platform::posix::apply_mode_text(text, settings)) << text;
-        EXPECT_EQ(describe(settings), describe(kBefore)) << text;
+    const char *const shortened[] = {"11=110",  "15=150",  "30=300",  "60=600",  "12=1200",
+                                     "24=2400", "48=4800", "96=9600", "19=19200"};
+    for (const std::string each : shortened) {
+        EXPECT_EQ(applied(each.substr(0, 2) + ",n,8,2"), each.substr(3) + " n 8 2  11");
+    }
+    for (const char *text :
+         {"", ",n,8,1", "0", "-96", "9600x", "2147483648", "9600 n 8 1", "9600,even,8,1", "9600,1,8,1",
+          "9600,@,8,1", "9600,[,8,1", "9600,`,8,1", "9600,{,8,1", "9600,n,4,1", "9600,n,9,1",
+          "9600,n,8,1,p,x", "9600,n,8,1.", "9600,n,8,1,px", "9600,n,8,1,p,",
+          // The newer form.
+          "COM1:9600,n,8,1", "=", "baud =9600", "baud=9600,n", "baud=9600 n", "parity=q", "dtr=tg",
+          "speed=9600"}) {
+        EXPECT_EQ(applied(text), "-") << text;
     }
 }
 
@@ -80,16 +69,23 @@ TEST(SerialSettings, GoIntoADeviceAndBack) {
         for (int i = 0; i < 6 * 5 * 3; ++i) {
             const std::int32_t bits = 4 + i / 15;
             const auto stop = static_cast<StopBits>(i % 3);
-            const SerialSettings settings = {baud_rate,      bits,       static_cast<Parity>(i / 3 % 5),
-                                             stop,           i % 2 == 0, true,
-                                             false,          false,      Line::on,
-                                             Line::handshake};
+            const bool flow = i % 7 < 4;
+            const SerialSettings settings = {
+                baud_rate, bits,     static_cast<Parity>(i / 3 % 5),   stop, i % 2 == 0, flow, false,
+                false,     Line::on, flow ? Line::handshake : Line::on};
             termios device{};
             const bool known = baud_rate > 0 && baud_rate != 9599 && bits >= 5 && bits <= 8;
             const bool possible = stop == StopBits::one || (stop == StopBits::two) == (bits > 5);
             ASSERT_EQ(kv::platform::posix::put_settings(settings, device), known && possible);
             if (!known || !possible) continue;
             EXPECT_EQ(describe(kv::platform::posix::settings_of(device)), describe(settings));
+            for (const tcflag_t other :
+                 {tcflag_t{PARODD}, tcflag_t{CSTOPB}, tcflag_t{CRTSCTS}, tcflag_t{CS7}}) {
+                termios changed = device;
+                changed.c_cflag ^= other;
+                EXPECT_FALSE(kv::platform::posix::same_settings(device, changed));
+            }
+            EXPECT_TRUE(kv::platform::posix::same_settings(device, device));
         }
     }
 }

@@ -8,54 +8,36 @@ namespace {
 
 TEST(Wildcards, MatchAsInDos) {
     const std::string longest(255, 'n');
-    const std::string too_long(256, 'n');
-    const struct {
-        const char *pattern;
-        const char *name;
-        bool matches;
-    } cases[] = {
-        {"*.*", "press", true},
-        {"*.*", "press.env", true},
-        {"*.*", ".", true},
-        {"*.*", "..", true},
-        {"*", ".hidden", true},
-        {"*.env", "PRESS.ENV", true},
-        {"*.ENV", "press.env.old", false},
-        {"*.old", "press.env.old", true},
-        {"*.", "press", true},
-        {"*.", "press.env", false},
-        {"*.", "press.", true},
-        {"press.*", "press", true},
-        {"press.*", "press.env", true},
-        {"press.*", "pressure", false},
-        {"p*.*", "press", true},
-        {"p*.*", "a.p", false},
-        {"press?", "press", true},
-        {"press?", "press4", true},
-        {"press?", "press42", false},
-        {"p?ess", "press", true},
-        {"p?ess", "pess", false},
-        {"????.txt", "ab.txt", true},
-        {"????.txt", "abcde.txt", false},
-        {"?", ".", false},
-        {"a?b", "a.b", false},
-        {"press", "Press", true},
-        {"press", "press4", false},
-        {"press.", "press", true},
-        {"a*b*c", "aXbXbc", true},
-        {"a*b*c", "aXbXb", false},
-        {"**", "", true},
-        {"", "a", false},
-        {"[a]", "a", false},
-        {"\xE4*", "\xC4x", false},
-        {"*********************a", longest.c_str(), false},
-        {longest.c_str(), longest.c_str(), true},
-        {too_long.c_str(), longest.c_str(), false},
+    struct Row {
+        std::string pattern, matching, other;  // names with blanks between them
     };
-    for (const auto &row : cases) {
-        EXPECT_EQ(kv::platform::matches_pattern(row.pattern, row.name), row.matches)
-            << row.pattern << " and " << row.name;
+    for (const auto &[pattern, matching, other] :
+         {Row{"*.*", "press press.env . .. .hidden", ""}, Row{"*", "press press.env .hidden", ""},
+          Row{"*.env", "PRESS.ENV .env a.b.env", "press press.env.old env"},
+          Row{"*.old", "press.env.old", ""}, Row{"*.", "press press.", "press.env a.b"},
+          Row{"*.?", "a press.e a.b.c a.b", "a.b.cd press.env"}, Row{"*.?*", "a a.b a.b.c", ""},
+          Row{"press.*", "press press.env press.a.b", "pressure"}, Row{"p*.*", "press p.a", "a.p"},
+          Row{"press?", "press press4", "press42"}, Row{"p?ess", "press", "pess"},
+          // Points, and the case of letters.
+          Row{"????.txt", "ab.txt", "abcde.txt"}, Row{"?", "a", "."}, Row{"a?b", "axb", "a.b"},
+          Row{"press", "Press", "press4"}, Row{"press.", "press press.", "press.e"},
+          Row{"a*b*c", "aXbXbc", "aXbXb"}, Row{"[a]", "[A]", "a"}, Row{"@AZ[`az{", "@az[`AZ{", "`az{@AZ["},
+          Row{"\xE4*", "\xE4x", "\xC4x"}, Row{"", "", "a"},
+          Row{"*********************a", longest + "a", longest}, Row{longest, longest, ""},
+          Row{longest + "n", "", longest}}) {
+        for (const bool matches : {true, false}) {
+            std::string names = matches ? matching : other;
+            for (std::size_t end; !names.empty(); names.erase(0, end == names.npos ? end : end + 1)) {
+                end = names.find(' ');
+                const std::string name = names.substr(0, end);
+                EXPECT_EQ(kv::platform::matches_pattern(pattern.c_str(), name.c_str()), matches)
+                    << pattern << " and " << name;
+            }
+        }
     }
+    EXPECT_TRUE(kv::platform::matches_pattern("**", ""));
+    EXPECT_TRUE(kv::platform::has_wildcards("a*") && kv::platform::has_wildcards("?"));
+    EXPECT_FALSE(kv::platform::has_wildcards("a.b"));
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // Where tables are: names, directories, the configuration, and the search over all files.
-#include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <set>
 
 #include "tests/profiles/tables.hpp"
 
@@ -32,60 +32,38 @@ class ProfilesFiles : public testing::Test {
     }
     static std::string place(PROFIL *handle) {
         const kvtest::Table table(handle);
-        if (table == nullptr) return "-";
         char name[PROFIL_NAME_SIZE];
-        EXPECT_EQ(profil_get(table.get(), "2", nullptr, name), 0);
+        if (table == nullptr || profil_get(table.get(), "2", nullptr, name) != 0) return "-";
         return std::string(name, std::strlen(name) - 2);
     }
-    static std::string profile(const char *name) {
-        static const char *const kNone[] = {nullptr};
-        return place(profil_open(name, kNone, nullptr));
+    static std::string profile(const std::string &name) {
+        return place(profil_open(name.c_str(), kNone, nullptr));
     }
-    static std::string mat(const char *name) {
-        static const char *const kNone[] = {nullptr};
-        return place(matte_open(name, kNone));
-    }
+    static std::string mat(const char *name) { return place(matte_open(name, kNone)); }
+
+    static constexpr const char *kNone[] = {nullptr};
 };
 
 TEST_F(ProfilesFiles, Names) {
-    const struct {
-        const char *name;
-        const char *file;
-    } cases[] = {
-        {"heb", "p/heb.pro"},
-        {"HEB", "p/heb.pro"},
-        {"heb.pro", "p/heb.pro"},
-        {"case", "p/Case.PRO"},
-        {"heb ", "-"},
-        {"here", "-"},
-        {"", "-"},
-        {"none", "-"},
-        {"c:\\w\\heb.DAT", "w/heb.dat"},
-        {"c:\\w\\heb", "-"},
-        {"c:/p/heb", "p/heb.pro"},
-        {".\\here", "w/here.pro"},
-        {"./here", "w/here.pro"},
-        {"..\\top", "top.pro"},
-        {".\\..\\top", "top.pro"},
-        {"..\\..\\..\\top", "top.pro"},
-        {"..\\p\\heb", "p/heb.pro"},
-        {"../p/heb", "p/heb.pro"},
-        {"\\top", "top.pro"},
-        {"/top", "top.pro"},
-        {"d\\deep", "w/d/deep.pro"},
-        {"d/deep", "w/d/deep.pro"},
-        {".\\d.x\\dotted", "w/d.x/dotted.pro"},
-        {".\\.hidden", "w/.hidden"},
-        {"c:top", "-"},
-        {"c:here", "w/here.pro"},
-    };
-    for (const auto &row : cases) EXPECT_EQ(profile(row.name), row.file) << row.name;
+    using Row = std::pair<const char *, const char *>;
+    for (const auto &[name, file] :
+         {Row{"heb", "p/heb.pro"}, Row{"HEB", "p/heb.pro"}, Row{"heb.pro", "p/heb.pro"},
+          Row{"case", "p/Case.PRO"}, Row{"heb ", "-"}, Row{"here", "-"}, Row{"", "-"}, Row{"none", "-"},
+          Row{"c:\\w\\heb.DAT", "w/heb.dat"}, Row{"c:\\w\\heb", "-"}, Row{"c:/p/heb", "p/heb.pro"},
+          // With a directory.
+          Row{".\\here", "w/here.pro"}, Row{"./here", "w/here.pro"}, Row{"..\\top", "top.pro"},
+          Row{".\\..\\top", "top.pro"}, Row{"..\\..\\..\\top", "top.pro"}, Row{"..\\p\\heb", "p/heb.pro"},
+          Row{"../p/heb", "p/heb.pro"}, Row{"\\top", "top.pro"}, Row{"/top", "top.pro"},
+          Row{"d\\deep", "w/d/deep.pro"}, Row{"d/deep", "w/d/deep.pro"},
+          Row{".\\d.x\\dotted", "w/d.x/dotted.pro"}, Row{".\\.hidden", "w/.hidden"}, Row{"c:top", "-"},
+          Row{"c:here", "w/here.pro"}}) {
+        EXPECT_EQ(profile(name), file) << name;
+    }
     EXPECT_EQ(mat("q188"), "m/q188.mtt");
     EXPECT_EQ(mat("c:\\m\\Q188"), "m/q188.mtt");
     EXPECT_EQ(mat("heb"), "-");
     for (const std::size_t size : {247U, 255U, 256U, 300U, 5000U}) {
-        EXPECT_EQ(profile(std::string(size, 'n').c_str()), "-");
-        EXPECT_EQ(profile(("c:\\" + std::string(size, 'n')).c_str()), "-");
+        EXPECT_EQ(profile(std::string(size, 'n')) + profile("c:\\" + std::string(size, 'n')), "--");
     }
 }
 
@@ -116,13 +94,12 @@ TEST_F(ProfilesFiles, FindFiles) {
     const auto find = [](const char *pattern) {
         int32_t count = 77;
         char(*list)[PROFIL_FIELD_SIZE] = nullptr;
-        std::string found = std::to_string(profil_findfiles(pattern, &count, &list)) + ":";
-        std::vector<std::string> names;
-        for (int32_t i = 0; i < count; ++i) names.emplace_back(list[i]);
-        std::sort(names.begin(), names.end());
-        for (const std::string &name : names) found += " " + name;
+        const int32_t result = profil_findfiles(pattern, &count, &list);
+        std::set<std::string> names(list, list + count);
         EXPECT_EQ(list == nullptr, count == 0);
         heap_free(list);
+        std::string found = std::to_string(result) + ":";
+        for (const std::string &name : names) found += " " + name;
         return found;
     };
     write("p/a.b.PRO", "T S A\nHEB 200 1\n");

@@ -1,4 +1,4 @@
-// Patterns and conditions, a row for every rule.
+// Patterns, a row for every rule.
 #include <sstream>
 
 #include "tests/profiles/tables.hpp"
@@ -6,7 +6,6 @@
 namespace {
 
 using kvtest::get;
-using kvtest::get_exact;
 using kvtest::open_table;
 using kvtest::Table;
 
@@ -48,14 +47,12 @@ constexpr char kExactPatterns[] = R"(
 + =HEB 200; ()=HEB 200
 )";
 
-using Search = std::string (*)(const Table &table, const char *pattern, int wanted);
-
-void expect(const std::string &pattern, const std::string &name, bool found, Search search) {
+void expect(const std::string &pattern, const std::string &name, bool found, kvtest::GetFunction search) {
     const Table table = open_table("T S\n" + name + "\n", {});
-    EXPECT_EQ(search(table, pattern.c_str(), 0), found ? name + ":" : "-1:") << pattern;
+    EXPECT_EQ(get(table, pattern.c_str(), 0, search), found ? name + ":" : "-1:") << pattern;
 }
 
-void expect_all(const char *lines, Search search) {
+void expect_all(const char *lines, kvtest::GetFunction search) {
     std::istringstream stream(lines);
     for (std::string line; std::getline(stream, line);) {
         std::string rest = line.empty() || line[0] == '#' ? "" : line.substr(2) + "; ";
@@ -69,70 +66,30 @@ void expect_all(const char *lines, Search search) {
 }
 
 TEST(ProfilesMatching, Patterns) {
-    expect_all(kPatterns, get);
-    expect(" H\tE B 2 0 0 ", "HEB 200", true, get);
-    expect("\xc4 200", "\xc4 200", false, get);
+    expect_all(kPatterns, profil_get);
+    expect(" H\tE B 2 0 0 ", "HEB 200", true, profil_get);
+    expect("\xc4 200", "\xc4 200", false, profil_get);
     const Table table = open_table("T S\nHEB 200\n", {});
     EXPECT_EQ(get(table, nullptr, 0), "HEB 200:");
-    const struct {
-        const char *piece;
-        bool matches;
-    } repeated[] = {{"(", false}, {")", false},  {"1", true},  {"x", false}, {"e", false},  {".", false},
-                    {"0", true},  {"1x", false}, {"()", true}, {"L", false}, {"e9", false}, {"-", false}};
-    for (const auto &row : repeated) {
+    using Row = std::pair<const char *, bool>;
+    for (const auto &[piece, matches] :
+         {Row{"(", false}, Row{")", false}, Row{"1", true}, Row{"x", false}, Row{"e", false},
+          Row{".", false}, Row{"0", true}, Row{"1x", false}, Row{"()", true}, Row{"L", false},
+          Row{"e9", false}, Row{"-", false}}) {
         std::string pattern;
-        while (pattern.size() < 300) pattern += row.piece;
-        EXPECT_EQ(get(table, pattern.c_str(), 0), row.matches ? "HEB 200:" : "-1:") << row.piece;
+        while (pattern.size() < 300) pattern += piece;
+        EXPECT_EQ(get(table, pattern.c_str(), 0), matches ? "HEB 200:" : "-1:") << piece;
     }
 }
 
 TEST(ProfilesMatching, ExactPatterns) {
-    expect_all(kExactPatterns, get_exact);
+    expect_all(kExactPatterns, profil_get_exact);
     std::string sizes;
     for (int i = 0; i < 40; ++i) sizes += "1x";
     const Table table = open_table("T S\nL " + sizes.substr(0, 79) + "\n", {});
-    EXPECT_EQ(get_exact(table, ("L" + sizes).c_str(), 0), "-1:");
-    EXPECT_NE(get_exact(table, ("L" + sizes.substr(0, 79)).c_str(), 0), "-1:");
-    EXPECT_EQ(get_exact(table, ("L" + std::string(254, '0') + "2").c_str(), 0), "-1:");
-}
-
-TEST(ProfilesMatching, Conditions) {
-    const struct {
-        const char *op;
-        const char *cleaned;
-        const char *sizes;  // of the entries with the values 1, 2 and 3 that are more than, equal to, ... 2
-    } cases[] = {
-        {">", ">", "3"},         {"<", "<", "1"},     {">=", ">=", "23"},    {"<=", "<=", "12"},
-        {"=", "=", "2"},         {"==", "==", "2"},   {"!=", "!=", "13"},    {"<>", "<>", "13"},
-        {"", "", "123"},         {"=>", "=>", "123"}, {"===", "===", "123"}, {" >= ", ">=", "23"},
-        {"\t> \t=", ">=", "23"}, {"  ", "", "123"},
-    };
-    for (const auto &row : cases) {
-        const Table table = open_table("T S A\nx 1 1\nx 2 2\nx 3 3\n", {"A"});
-        std::string op = row.op;
-        const PROFIL_CONDITION condition = {"A", op.data(), 2};
-        std::string sizes;
-        double value;
-        char name[PROFIL_NAME_SIZE];
-        int32_t result = profil_search(table.get(), &condition, 1, "", &value, name);
-        for (; result == 0; result = profil_search_next(table.get(), nullptr, 0, "", &value, name)) {
-            sizes += name[2];
-        }
-        EXPECT_EQ(sizes, row.sizes) << row.op;
-        EXPECT_STREQ(op.c_str(), row.cleaned);
-    }
-    const Table close = open_table("T S A\nx 1 1e-16\nx 2 1e-15\nx 3 nan\nx 4 0\n", {"A"});
-    std::string equal = "=";
-    std::string different = "<>";
-    double value;
-    char name[PROFIL_NAME_SIZE];
-    const PROFIL_CONDITION zero[] = {{"A", equal.data(), 0}, {"A", different.data(), 0}};
-    EXPECT_EQ(profil_search(close.get(), &zero[0], 1, "", &value, name), 0);
-    EXPECT_STREQ(name, "x 1");
-    EXPECT_EQ(profil_search_next(close.get(), nullptr, 0, "", &value, name), 0);
-    EXPECT_STREQ(name, "x 4");
-    EXPECT_EQ(profil_search(close.get(), &zero[1], 1, "", &value, name), 0);
-    EXPECT_STREQ(name, "x 2");
+    EXPECT_EQ(get(table, ("L" + sizes).c_str(), 0, profil_get_exact), "-1:");
+    EXPECT_NE(get(table, ("L" + sizes.substr(0, 79)).c_str(), 0, profil_get_exact), "-1:");
+    EXPECT_EQ(get(table, ("L" + std::string(254, '0') + "2").c_str(), 0, profil_get_exact), "-1:");
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
 // Headers, columns, factors, fields, one entry after the other.
 #include <cmath>
 #include <cstring>
+#include <random>
+#include <tuple>
 
+#include "tests/models/profiles.hpp"
 #include "tests/profiles/tables.hpp"
 
 namespace {
@@ -12,7 +15,7 @@ using kvtest::open_table;
 using kvtest::prev;
 using kvtest::Table;
 
-// The names of a header with a "|" behind each.
+// The names of a header with a "|" after each.
 std::string items(const Table &table) {
     std::string text;
     for (const char *name = profil_get_all_items(table.get()); *name != '\0';
@@ -26,55 +29,25 @@ TEST(ProfilesReading, ForwardsAndBackwards) {
     const Table table = open_table(kHeb);
     ASSERT_NE(table, nullptr);
     EXPECT_EQ(items(table), "Typ|Groesse|A|Iy|");
-    EXPECT_EQ(prev(table), "-1: -1 -1");
-    EXPECT_EQ(next(table), "HEB 100: 26 450");
-    EXPECT_EQ(prev(table), "-1: -1 -1");
-    EXPECT_EQ(next(table), "HEB 100: 26 450");
-    EXPECT_EQ(next(table), "HEB 200: 78.1 5700");
-    EXPECT_EQ(next(table), "HEB 300: 149 25170");
-    EXPECT_EQ(next(table), "-1: -1 -1");
-    EXPECT_EQ(next(table), "-1: -1 -1");
-    EXPECT_EQ(prev(table), "HEB 200: 78.1 5700");
-    EXPECT_EQ(next(table), "HEB 300: 149 25170");
-    EXPECT_EQ(profil_reset(table.get(), nullptr, nullptr), 0);
-    EXPECT_EQ(next(table), "HEB 100: 26 450");
-}
-
-TEST(ProfilesReading, BlocksOfSixteenLines) {
-    for (const char *line_end : {"\n", "\r\n"}) {
-        std::string content = std::string("T S N") + line_end;
-        for (int i = 1; i <= 40; ++i) {
-            content += "L " + std::to_string(i) + "\t" + std::to_string(i * 10);
-            if (i < 40) content += line_end;
-        }
-        const Table table = open_table(content, {"N"});
-        for (int i = 1; i <= 35; ++i) next(table, 1);
-        for (int i = 34; i >= 1; --i) {
-            EXPECT_EQ(prev(table, 1), "L " + std::to_string(i) + ": " + std::to_string(i * 10));
-        }
-        EXPECT_EQ(prev(table, 1), "-1: -1");
-        for (int i = 1; i <= 40; ++i) EXPECT_NE(next(table, 1), "-1: -1");
-        EXPECT_EQ(next(table, 1), "-1: -1");
-        EXPECT_EQ(prev(table, 1), "L 39: 390");
+    std::string sizes;
+    for (const char step : std::string("pnpnnnnnpnrn")) {
+        sizes += step == 'r' ? std::to_string(profil_reset(table.get(), nullptr, nullptr)) + "|"
+                             : (step == 'p' ? prev(table) : next(table)).substr(3) + "|";
     }
+    EXPECT_EQ(sizes,
+              " -1 -1| 100: 26 450| -1 -1| 100: 26 450| 200: 78.1 5700| 300: 149 25170| -1 -1| -1 -1| 200: "
+              "78.1 5700| 300: 149 25170|0| 100: 26 450|");
 }
 
 TEST(ProfilesReading, Headers) {
-    const struct {
-        std::string content;
-        const char *items;  // null: not a table
-    } cases[] = {
-        {"", nullptr},           {"\r\n", nullptr},
-        {" \t\nA B\n", nullptr}, {"A B", nullptr},
-        {"A B\x1a\n", nullptr},  {std::string(100'000, 'x'), nullptr},
-        {"A\n", "A|"},           {" \tA \t B\t\r\nx y", "A|B|"},
-        {"A\rB\n", "A\rB|"},     {"A \xff B\n", "A|\xff|B|"},
-    };
-    for (const auto &row : cases) {
-        const Table table = open_table(row.content);
-        ASSERT_EQ(table == nullptr, row.items == nullptr) << row.content;
-        if (row.items == nullptr) continue;
-        EXPECT_EQ(items(table), row.items);
+    using Row = std::pair<std::string, const char *>;  // null: not a table
+    for (const auto &[content, expected] :
+         {Row{"", nullptr}, Row{"\r\n", nullptr}, Row{" \t\nA B\n", nullptr}, Row{"A B", nullptr},
+          Row{"A B\x1a\n", nullptr}, Row{std::string(100'000, 'x'), nullptr}, Row{"A\n", "A|"},
+          Row{" \tA \t B\t\r\nx y", "A|B|"}, Row{"A\rB\n", "A\rB|"}, Row{"A \xff B\n", "A|\xff|B|"}}) {
+        const Table table = open_table(content);
+        ASSERT_EQ(table == nullptr, expected == nullptr) << content;
+        EXPECT_TRUE(table == nullptr || items(table) == expected) << content;
     }
     std::string wide;
     for (int i = 0; i < 20'000; ++i) wide += "c" + std::to_string(i) + " ";
@@ -95,145 +68,213 @@ TEST(ProfilesReading, ColumnsAndFactors) {
     const double unlike[] = {2, 3, 4};
     EXPECT_EQ(profil_reset(table.get(), twice, unlike), 0);
     EXPECT_EQ(next(table, 3), "HEB 100: -1 78 -1");
-    table = open_table("T S A A\nx y 1 2\n", {"A"});
-    EXPECT_EQ(next(table, 1), "x y: 1");
-    table = open_table(kHeb, {});
-    EXPECT_EQ(next(table, 0), "HEB 100:");
+    EXPECT_EQ(next(open_table("T S A A\nx y 1 2\n", {"A"}), 1), "x y: 1");
+    EXPECT_EQ(next(open_table(kHeb, {}), 0), "HEB 100:");
     table = open_table("T\nx y\nz\n", {"T"});
     EXPECT_EQ(next(table, 1), "x y: -1");
     EXPECT_EQ(next(table, 1), "z : -1");
 }
 
 TEST(ProfilesReading, Fields) {
+    using namespace std::string_literals;
     const double factor[] = {2};
-    const struct {
-        std::string field;
-        const char *value;
-    } cases[] = {
-        {"1.5", "3"},
-        {"nil", "-2"},
-        {"Nil", "0"},
-        {"nilx", "0"},
-        {"-.25", "-0.5"},
-        {"+4", "8"},
-        {"1e3", "2000"},
-        {"1,5", "2"},
-        {"0x10", "32"},
-        {"-", "0"},
-        {"12.5cm", "25"},
-        {"1e999", "inf"},
-        {"5.", "10"},
-        {".", "0"},
-        {"1.2.3", "2.4"},
-        {"1\rx", "2"},
-        {"\xe4", "0"},
-        {"\xff", "0"},
-        {"-0.0", "-0"},
-        {"--1", "0"},
-        {"123456789012345678", "2.46914e+17"},
-        {std::string("1\0002", 3), "2"},
-        {"1e-400", "0"},
-        {std::string(79, '0') + "1", "0"},
-        {std::string(78, '0') + "12", "2"},
-    };
-    for (const auto &row : cases) {
-        const Table table = open_table("T S A\r\nx y " + row.field + "\r\nz 2 3\r\n", {"A"}, factor);
-        EXPECT_EQ(next(table, 1), std::string("x y: ") + row.value) << row.field;
-        EXPECT_EQ(next(table, 1), "z 2: 6") << row.field;
+    using Row = std::pair<std::string, const char *>;
+    for (const auto &[field, value] :
+         {Row{"1.5", "3"}, Row{"nil", "-2"}, Row{"Nil", "0"}, Row{"nilx", "0"}, Row{"-.25", "-0.5"},
+          Row{"+4", "8"}, Row{"1e3", "2000"}, Row{"1,5", "2"}, Row{"0x10", "32"}, Row{"-", "0"},
+          Row{"12.5cm", "25"}, Row{"1e999", "inf"},
+          // Numbers that end early, or are not one.
+          Row{"5.", "10"}, Row{".", "0"}, Row{"1.2.3", "2.4"}, Row{"1\rx", "2"}, Row{"\xe4", "0"},
+          Row{"\xff", "0"}, Row{"-0.0", "-0"}, Row{"--1", "0"}, Row{"1/", "2"}, Row{"1:", "2"},
+          Row{"1e-400", "0"}, Row{"1\0002"s, "2"}, Row{std::string(79, '0') + "1", "0"},
+          Row{std::string(78, '0') + "12", "2"}}) {
+        const Table table = open_table("T S A\r\nx y " + field + "\r\nz 2 3\r\n", {"A"}, factor);
+        EXPECT_EQ(next(table, 1), std::string("x y: ") + value) << field;
+        EXPECT_EQ(next(table, 1), "z 2: 6") << field;
     }
     // Every number of plain digits as strtod() reads it.
-    for (const char *number : {"0.1", "0.3", "78.08", "1234567.8901234", "99999999999999",
-                               ".00000000000001", "-123.456789012", "2568.75"}) {
-        const Table table = open_table(std::string("T S A\nx y ") + number, {"A"});
+    std::mt19937 random(4710);
+    std::vector<std::string> numbers{"0.1", "78.08", ".00000000000001"};
+    while (numbers.size() < 2000) {
+        std::string number = random() % 4 == 0 ? "-" : "";
+        for (std::size_t digits = 1 + random() % 18; digits > 0; --digits)
+            number += static_cast<char>('0' + random() % 10);
+        numbers.push_back(
+            number.insert(number.size() - random() % number.size(), random() % 4 == 0 ? "" : "."));
+    }
+    std::string content = "T S A";
+    for (const std::string &number : numbers) content += "\nx y " + number;
+    const Table table = open_table(content, {"A"});
+    for (const std::string &number : numbers) {
         double value = 0;
         char name[PROFIL_NAME_SIZE];
         EXPECT_EQ(profil_next(table.get(), &value, name), 0);
-        EXPECT_EQ(value, std::strtod(number, nullptr)) << number;
+        EXPECT_EQ(value, std::strtod(number.c_str(), nullptr)) << number;
     }
 }
 
-TEST(ProfilesReading, FieldsAreCountedNotLines) {
-    const std::string head = "T S A B\n";
-    const struct {
-        std::string content;
-        std::vector<const char *> entries;
-    } cases[] = {
-        {"a b 1\nc d 3 4\ne f 5 6\n", {"a b: 1 0", "d 3: 4 0", "f 5: 6 0"}},
-        {"a b 1 2 9\nc d 3 4\n", {"a b: 1 2", "9 c: 0 3", "4 : 0 0"}},
-        {"\n\n a\tb\n1\n\n2\n", {"a b: 1 2", "-1: -1 -1"}},
-        {"a", {"a : 0 0", "-1: -1 -1"}},
-        {"a b 1 2\x1a"
-         "c d 3 4\n",
-         {"a b: 1 2", "-1: -1 -1"}},
-        {"a b 1 \xff\nc d 3 4", {"a b: 1 0", "c d: 3 4"}},
-        {"nil nil nil nil\nnil nil nil nil", {"nil nil: -1 -1", "nil nil: -1 -1", "-1: -1 -1"}},
-        {"  \t\n\n", {"-1: -1 -1"}},
-    };
-    for (const auto &row : cases) {
-        const Table table = open_table(head + row.content, {"A", "B"});
-        for (const char *expected : row.entries) EXPECT_EQ(next(table), expected) << row.content;
+// Fields are counted, not lines; a zero byte ends the text of its field, and so a table when it begins the
+// name.
+TEST(ProfilesReading, Entries) {
+    using namespace std::string_literals;
+    using Row = std::pair<std::string, const char *>;
+    for (const auto &[content, expected] :
+         {Row{"a b 1\nc d 3 4\ne f 5 6\n", "a b: 1 0|d 3: 4 0|f 5: 6 0|"},
+          Row{"a b 1 2 9\nc d 3 4\n", "a b: 1 2|9 c: 0 3|4 : 0 0|"},
+          Row{"\n\n a\tb\n1\n\n2\n", "a b: 1 2|"}, Row{"a", "a : 0 0|"},
+          Row{"a b 1 2\x1a 3 c d 3 4\n", "a b: 1 2|"}, Row{"a b 1 \xff\nc d 3 4", "a b: 1 0|c d: 3 4|"},
+          Row{"nil nil nil nil\nnil nil nil nil", "nil nil: -1 -1|nil nil: -1 -1|"}, Row{"  \t\n\n", ""},
+          Row{"HE\0B 1 2 2\nHEB 1\0 3 3\nHEB 2 4\0 4\0\n\0HEB 3 5\nHEB 4 6\n"s,
+              "HE 1: 2 2|HEB 1: 3 3|HEB 2: 4 4|"}}) {
+        const Table table = open_table("T S A B\n" + content, {"A", "B"});
+        std::string entries;
+        for (std::string each; (each = next(table)) != "-1: -1 -1"; entries += each + "|")
+            ASSERT_LT(entries.size(), 100U);
+        EXPECT_EQ(entries, expected) << content;
     }
+    EXPECT_EQ(next(open_table("T S A\0B C\nHEB 1 2 3\n"s, {"B", "C"})),
+              "HEB 1: 3 -1");  // "A" and "B" are two names
 }
 
 TEST(ProfilesReading, NoHandle) {
     double value = 5;
     char name[PROFIL_NAME_SIZE] = "as it was";
-    EXPECT_EQ(profil_next(nullptr, &value, name), -1);
-    EXPECT_EQ(matte_next(nullptr, &value, name), -1);
-    EXPECT_EQ(profil_prev(nullptr, &value, name), -1);
-    EXPECT_EQ(profil_reset(nullptr, nullptr, nullptr), 0);
-    EXPECT_EQ(profil_close(nullptr), 0);
-    EXPECT_EQ(matte_close(nullptr), 0);
+    char texts[1][PROFIL_FIELD_SIZE] = {"t"};
+    for (const int32_t result :
+         {profil_next(nullptr, &value, name), matte_next(nullptr, &value, name),
+          profil_prev(nullptr, &value, name), profil_get(nullptr, "", &value, name),
+          profil_get_exact(nullptr, "", &value, name), profil_get_strings(nullptr, "", texts, name),
+          profil_search(nullptr, nullptr, 0, "", &value, name),
+          profil_search_next(nullptr, nullptr, 0, "", &value, name),
+          profil_search_f(nullptr, nullptr, "", &value, name)}) {
+        EXPECT_EQ(result, -1);
+    }
+    EXPECT_EQ(profil_reset(nullptr, nullptr, nullptr) + profil_close(nullptr) + matte_close(nullptr), 0);
     EXPECT_EQ(profil_get_all_items(nullptr), nullptr);
     EXPECT_EQ(value, 5);
     EXPECT_STREQ(name, "as it was");
+    EXPECT_STREQ(texts[0], "t");
 }
 
-TEST(ProfilesReading, PartsOfNames) {
+TEST(ProfilesReading, NamesAndUnits) {
     const std::string long_name(90, 'n');
-    const struct {
-        std::string name;
-        std::string type;
-        std::string size;
-    } cases[] = {{"HEB 200", "HEB", "200"},
-                 {"IPE", "IPE", ""},
-                 {"", "", ""},
-                 {" 200", "", "200"},
-                 {"L 100 x 10", "L", "100 x 10"},
-                 {"L\t1", "L\t1", ""},
-                 {long_name, long_name.substr(0, 80), ""},
-                 {"T " + long_name, "T", long_name.substr(0, 78)}};
-    for (const auto &row : cases) {
+    using Row = std::tuple<std::string, std::string, std::string>;
+    for (const auto &[name, expected_type, expected_size] :
+         {Row{"HEB 200", "HEB", "200"}, Row{"IPE", "IPE", ""}, Row{"", "", ""}, Row{" 200", "", "200"},
+          Row{"L 100 x 10", "L", "100 x 10"}, Row{"L\t1", "L\t1", ""},
+          Row{long_name, long_name.substr(0, 80), ""},
+          Row{"T " + long_name, "T", long_name.substr(0, 78)}}) {
         char type[PROFIL_PART_SIZE];
         char size[PROFIL_PART_SIZE];
-        profil_convert_result(row.name.c_str(), type, size);
-        EXPECT_EQ(type, row.type);
-        EXPECT_EQ(size, row.size);
+        profil_convert_result(name.c_str(), type, size);
+        EXPECT_EQ(type, expected_type);
+        EXPECT_EQ(size, expected_size);
+    }
+    using Group = std::pair<std::vector<const char *>, double>;
+    for (const auto &[names, factor] :
+         {Group{{"b", "D", "a", "h", "s", "t", "r", "e", "r1"}, 0.001},
+          Group{{"iy", "iz", "ys", "ym", "zs", "zm", "ip", "im", "izg", "ez", "ey"}, 0.01},
+          Group{{"A", "AQ"}, std::pow(0.01, 2)}, Group{{"Wy", "Sy", "Wz", "Wt"}, std::pow(0.01, 3)},
+          Group{{"Iy", "Iz", "It"}, std::pow(0.01, 4)}, Group{{"Cm"}, std::pow(0.01, 6)},
+          Group{{"Styp", "Ktyp", "n", "x", "", "B", "IY", "as"}, 1}}) {
+        std::vector<const char *> list = names;
+        list.push_back(nullptr);
+        std::vector<double> factors(list.size(), 7);
+        profil_get_factors(list.data(), factors.data());
+        for (std::size_t i = 0; i < names.size(); ++i) EXPECT_EQ(factors[i], factor) << names[i];
+        EXPECT_EQ(factors.back(), 7);
     }
 }
 
-TEST(ProfilesReading, Units) {
-    const struct {
-        std::vector<const char *> names;
-        double factor;
-    } groups[] = {
-        {{"b", "D", "a", "h", "s", "t", "r", "e", "r1"}, 0.001},
-        {{"iy", "iz", "ys", "ym", "zs", "zm", "ip", "im", "izg", "ez", "ey"}, 0.01},
-        {{"A", "AQ"}, std::pow(0.01, 2)},
-        {{"Wy", "Sy", "Wz", "Wt"}, std::pow(0.01, 3)},
-        {{"Iy", "Iz", "It"}, std::pow(0.01, 4)},
-        {{"Cm"}, std::pow(0.01, 6)},
-        {{"Styp", "Ktyp", "n", "x", "", "B", "IY", "as"}, 1},
+// What kind of random table a seed gives.
+struct Style {
+    bool regular;  // one entry a line, with all its fields
+    bool crlf;
+    int lines;
+    std::size_t width;  // of the last field
+};
+
+std::string make_table(std::mt19937 &random, const Style &style) {
+    const auto one_in = [&](unsigned n) { return random() % n == 0; };
+    const auto now_and_then = [&](unsigned n, const char *text) {
+        return !style.regular && one_in(n) ? text : "";
     };
-    for (const auto &group : groups) {
-        std::vector<const char *> names = group.names;
-        std::vector<double> factors(names.size() + 1, 7);
-        names.push_back(nullptr);
-        profil_get_factors(names.data(), factors.data());
-        for (std::size_t i = 0; i < group.names.size(); ++i) {
-            EXPECT_EQ(factors[i], group.factor) << names[i];
+    const std::string line_end = style.crlf ? "\r\n" : "\n";
+    std::string text = "Typ Groesse A B" + line_end;
+    for (int i = 0; i < style.lines; ++i) {
+        text += now_and_then(9, line_end.c_str());
+        text += now_and_then(30, "\r");
+        text +=
+            "T" + std::to_string(i % 3) + " " + std::to_string(i) + "  " + std::to_string(random() % 100);
+        if (style.regular || !one_in(9)) text += "\t" + std::string(1 + random() % style.width, '1');
+        text += now_and_then(9, " 7");
+        text += now_and_then(9, " ");
+        if (i + 1 < style.lines || one_in(2)) text += line_end;
+    }
+    return text + now_and_then(4, "\x1aT1 1 1 1\n");
+}
+
+// The table beside a model that reads the file character by character.
+class Pair {
+  public:
+    explicit Pair(std::string text)
+        : text_(std::move(text)), table_(open_table(text_, {"A", "B"})), model_(text_) {}
+
+    /// False at the end, or the beginning.
+    bool step(bool forwards) {
+        const int32_t result = (forwards ? profil_next : profil_prev)(table_.get(), values_, name_);
+        const std::string expected = kvtest::values_of(forwards ? model_.next(4) : model_.prev(4));
+        EXPECT_EQ(kvtest::through_library(result, name_, values_), expected);
+        return result == 0;
+    }
+    void rewind() {
+        model_.rewind();
+        profil_reset(table_.get(), nullptr, nullptr);
+    }
+    void search_nothing() {
+        EXPECT_EQ(profil_search_next(table_.get(), nullptr, 0, "Q", values_, name_), -1);
+        while (model_.read_name()) model_.skip_line();
+    }
+    bool search(double least) {
+        std::string op = ">";
+        const PROFIL_CONDITION condition = {"A", op.data(), least};
+        const int32_t result = profil_search_next(table_.get(), &condition, 1, "", values_, name_);
+        EXPECT_EQ(kvtest::through_library(result, name_, values_), kvtest::values_of(model_.search(least)));
+        return result == 0;
+    }
+
+  private:
+    std::string text_;
+    Table table_;
+    kvtest::Model model_;
+    double values_[2];
+    char name_[PROFIL_NAME_SIZE];
+};
+
+TEST(ProfilesReading, LikeTheModel) {
+    std::mt19937 random(4711);
+    for (int round = 0; round < 300; ++round) {
+        const std::string text =
+            make_table(random, {round % 3 == 0, round % 2 == 0, static_cast<int>(random() % 70),
+                                round % 50 == 1 ? 3000U : 5U});
+        Pair pair(text);
+        for (int walk = 0; walk < 8; ++walk) {
+            const std::size_t way = random() % 20;
+            if (way == 0) pair.rewind();
+            if (way == 1) pair.search_nothing();
+            while (way == 3 && pair.search(50)) continue;
+            for (std::size_t count = random() % 60; count > 0; --count) pair.step(way % 2 == 0);
+            ASSERT_FALSE(HasFailure()) << text;
         }
-        EXPECT_EQ(factors.back(), 7);
+    }
+    // The buffer moves over a large table, and line ends lie on its borders.
+    for (const bool crlf : {false, true}) {
+        Pair pair(make_table(random, {true, crlf, 3'000, 12}));
+        int entries = 0;
+        while (pair.step(true)) ++entries;
+        while (pair.step(false)) --entries;
+        ASSERT_FALSE(HasFailure());
+        EXPECT_EQ(entries, 1);  // the last one is not met again
     }
 }
 

@@ -5,7 +5,6 @@ namespace {
 
 using kvtest::entry;
 using kvtest::get;
-using kvtest::get_exact;
 using kvtest::kHeb;
 using kvtest::next;
 using kvtest::open_table;
@@ -18,40 +17,23 @@ struct Condition {
     std::string op;
     double value;
 };
+using Conditions = std::vector<Condition>;
 
-std::vector<PROFIL_CONDITION> records(std::vector<Condition> &conditions) {
-    std::vector<PROFIL_CONDITION> result;
-    for (Condition &condition : conditions) {
-        result.push_back({condition.name, condition.op.data(), condition.value});
-    }
-    return result;
-}
-
-std::string search(const Table &table, std::vector<Condition> conditions, const char *pattern) {
-    return entry(2, [&](double *values, char *name) {
-        const std::vector<PROFIL_CONDITION> given = records(conditions);
-        return profil_search(table.get(), given.data(), static_cast<int32_t>(given.size()), pattern, values,
-                             name);
+std::string search(const Table &table, Conditions conditions, const char *pattern, bool goes_on = false,
+                   int wanted = 2) {
+    std::vector<PROFIL_CONDITION> given;
+    for (Condition &each : conditions) given.push_back({each.name, each.op.data(), each.value});
+    const auto count = static_cast<int32_t>(given.size());
+    return entry(wanted, [&](double *values, char *name) {
+        return (goes_on ? profil_search_next : profil_search)(table.get(), given.data(), count, pattern,
+                                                              values, name);
     });
 }
 
+// With the conditions that there are.
 std::string search_next(const Table &table, const char *pattern) {
     return entry(2, [&](double *values, char *name) {
         return profil_search_next(table.get(), nullptr, 5, pattern, values, name);
-    });
-}
-
-std::string search_next(const Table &table, std::vector<Condition> conditions, const char *pattern) {
-    return entry(2, [&](double *values, char *name) {
-        const std::vector<PROFIL_CONDITION> given = records(conditions);
-        return profil_search_next(table.get(), given.data(), static_cast<int32_t>(given.size()), pattern,
-                                  values, name);
-    });
-}
-
-std::string search_f(const Table &table, profil_filter_function filter, const char *pattern) {
-    return entry(2, [&](double *values, char *name) {
-        return profil_search_f(table.get(), filter, pattern, values, name);
     });
 }
 
@@ -60,15 +42,20 @@ TEST(ProfilesSearching, ByName) {
     EXPECT_EQ(get(table, "heb 150"), "HEB 200: 78.1 5700");
     EXPECT_EQ(next(table), "HEB 300: 149 25170");
     EXPECT_EQ(get(table, "HEB(150)"), "-1: -1 -1");
-    EXPECT_EQ(get_exact(table, "HEB150"), "-1: -1 -1");
-    EXPECT_EQ(get(table, "HEB 300"), "HEB 300: 149 25170");
-    EXPECT_EQ(prev(table), "HEB 200: 78.1 5700");
+    EXPECT_EQ(get(table, "HEB150", 2, profil_get_exact), "-1: -1 -1");
+    for (const char *pattern : {"HEB 300", "300"}) {
+        EXPECT_EQ(get(table, pattern), "HEB 300: 149 25170");
+        EXPECT_EQ(prev(table), "HEB 200: 78.1 5700");
+    }
     EXPECT_EQ(get(table, "HEB 400"), "-1: -1 -1");
     EXPECT_EQ(prev(table), "HEB 200: 78.1 5700");
-    EXPECT_EQ(get(table, "300"), "HEB 300: 149 25170");
     EXPECT_EQ(get(table, ""), "HEB 100: 26 450");
     EXPECT_EQ(prev(table), "-1: -1 -1");
-    EXPECT_EQ(get_exact(table, "200"), "HEB 200: 78.1 5700");
+    EXPECT_EQ(get(table, "200", 2, profil_get_exact), "HEB 200: 78.1 5700");
+    const Table open_end = open_table("T S A\nHEB 1 2\nIPE 3 4", {"A"});
+    EXPECT_EQ(get(open_end, "HEA", 1), "-1: -1");
+    EXPECT_EQ(get(open_end, "IPE", 1), "IPE 3: 4");
+    EXPECT_EQ(prev(open_end, 1), "HEB 1: 2");
 }
 
 TEST(ProfilesSearching, Texts) {
@@ -99,67 +86,75 @@ TEST(ProfilesSearching, ByConditions) {
     EXPECT_EQ(search_next(table, "300"), "-1: -1 -1");
     EXPECT_EQ(search(table, {{"A", ">", 50}, {"Iy", ">", 6000}}, ""), "HEB 300: 149 25170");
     EXPECT_EQ(search(table, {{"Q", ">", 0}, {"Typ", ">", 5}}, ""), "HEB 100: 26 450");
-    EXPECT_EQ(search_next(table, {{"A", ">", 100}}, ""), "HEB 300: 149 25170");
+    EXPECT_EQ(search(table, {{"A", ">", 100}}, "", true), "HEB 300: 149 25170");
     EXPECT_EQ(search(table, {}, ""), "HEB 100: 26 450");
     EXPECT_EQ(search_next(table, ""), "HEB 200: 78.1 5700");
     // The values of what was rejected stay.
     EXPECT_EQ(search(table, {{"Iy", "<", 400}}, "HEB"), "-1: 149 -1");
     EXPECT_EQ(search(table, {{"A", "<", 0}}, "HEB"), "-1: -1 -1");
-    // A reset forgets the conditions, new ones of no number too.
-    EXPECT_EQ(search(table, {{"A", ">", 1000}}, ""), "-1: -1 -1");
-    EXPECT_EQ(profil_reset(table.get(), nullptr, nullptr), 0);
-    EXPECT_EQ(search_next(table, ""), "HEB 100: 26 450");
-    EXPECT_EQ(search(table, {{"A", ">", 1000}}, ""), "-1: -1 -1");
-    profil_reset(table.get(), nullptr, nullptr);
+    // A reset forgets the conditions, and so do no new ones.
     const PROFIL_CONDITION none{};
-    EXPECT_EQ(
-        entry(2, [&](double *values,
-                     char *name) { return profil_search_next(table.get(), &none, 0, "", values, name); }),
-        "HEB 100: 26 450");
-}
-
-TEST(ProfilesSearching, ConditionsOnColumnsThatAreNotWanted) {
+    for (const PROFIL_CONDITION *given : {static_cast<const PROFIL_CONDITION *>(nullptr), &none}) {
+        EXPECT_EQ(search(table, {{"A", ">", 1000}}, ""), "-1: -1 -1");
+        EXPECT_EQ(profil_reset(table.get(), nullptr, nullptr), 0);
+        EXPECT_EQ(entry(2,
+                        [&](double *values, char *name) {
+                            return profil_search_next(table.get(), given, 0, "", values, name);
+                        }),
+                  "HEB 100: 26 450");
+    }
+    // Of columns that are not wanted, too.
     const double factors[] = {0.5};
-    const Table table = open_table(kHeb, {"A"}, factors);
-    std::vector<Condition> conditions = {{"Iy", ">", 5000}, {"A", ">=", 74.5}};
-    const std::vector<PROFIL_CONDITION> given = records(conditions);
     EXPECT_EQ(
-        entry(1, [&](double *values,
-                     char *name) { return profil_search(table.get(), given.data(), 2, "", values, name); }),
+        search(open_table(kHeb, {"A"}, factors), {{"Iy", ">", 5000}, {"A", ">=", 74.5}}, "", false, 1),
         "HEB 300: 74.5");
 }
 
 TEST(ProfilesSearching, ByFilter) {
     const Table table = open_table(kHeb);
+    const auto search = [&](profil_filter_function filter, const char *pattern) {
+        return entry(2, [&](double *values, char *name) {
+            return profil_search_f(table.get(), filter, pattern, values, name);
+        });
+    };
     const auto large = [](double *values) -> int32_t { return values[0] > 100 ? 5 : 0; };
-    EXPECT_EQ(search_f(table, large, ""), "HEB 300: 149 25170");
-    EXPECT_EQ(search_f(table, large, ""), "-1: -1 -1");
+    EXPECT_EQ(search(large, ""), "HEB 300: 149 25170");
+    EXPECT_EQ(search(large, ""), "-1: -1 -1");
     profil_reset(table.get(), nullptr, nullptr);
-    EXPECT_EQ(search_f(table, nullptr, "200"), "HEB 200: 78.1 5700");
-    EXPECT_EQ(search_f(table, nullptr, "200"), "HEB 300: 149 25170");
+    EXPECT_EQ(search(nullptr, "200"), "HEB 200: 78.1 5700");
+    EXPECT_EQ(search(nullptr, "200"), "HEB 300: 149 25170");
     profil_reset(table.get(), nullptr, nullptr);
-    const auto none = [](double *) -> int32_t { return 0; };
-    EXPECT_EQ(search_f(table, none, "HEB"), "-1: 149 25170");  // those of the last one that matched
+    EXPECT_EQ(search([](double *) -> int32_t { return 0; }, "HEB"),
+              "-1: 149 25170");  // those of the last one that matched
 }
 
-TEST(ProfilesSearching, LastLineWithoutEnd) {
-    const Table table = open_table("T S A\nHEB 1 2\nIPE 3 4", {"A"});
-    EXPECT_EQ(get(table, "HEA", 1), "-1: -1");
-    EXPECT_EQ(get(table, "IPE", 1), "IPE 3: 4");
-    EXPECT_EQ(prev(table, 1), "HEB 1: 2");
-}
-
-TEST(ProfilesSearching, NoHandle) {
-    double value = 5;
-    char name[PROFIL_NAME_SIZE] = "as it was";
-    char texts[1][PROFIL_FIELD_SIZE] = {"t"};
-    EXPECT_EQ(profil_get(nullptr, "", &value, name), -1);
-    EXPECT_EQ(profil_get_exact(nullptr, "", &value, name), -1);
-    EXPECT_EQ(profil_get_strings(nullptr, "", texts, name), -1);
-    EXPECT_EQ(profil_search(nullptr, nullptr, 0, "", &value, name), -1);
-    EXPECT_EQ(profil_search_next(nullptr, nullptr, 0, "", &value, name), -1);
-    EXPECT_EQ(profil_search_f(nullptr, nullptr, "", &value, name), -1);
-    EXPECT_STREQ(name, "as it was");
+// What the operators take of the entries with the values 1, 2 and 3 when compared with 2; blanks are
+// removed from their texts.
+TEST(ProfilesSearching, Operators) {
+    struct Row {
+        const char *op, *cleaned, *sizes;
+    };
+    for (const auto &[op, cleaned, sizes] :
+         {Row{">", ">", "3"}, Row{"<", "<", "1"}, Row{">=", ">=", "23"}, Row{"<=", "<=", "12"},
+          Row{"=", "=", "2"}, Row{"==", "==", "2"}, Row{"!=", "!=", "13"}, Row{"<>", "<>", "13"},
+          Row{"", "", "123"}, Row{"=>", "=>", "123"}, Row{"===", "===", "123"}, Row{" >= ", ">=", "23"},
+          Row{"\t> \t=", ">=", "23"}, Row{"  ", "", "123"}}) {
+        const Table table = open_table("T S A\nx 1 1\nx 2 2\nx 3 3\n", {"A"});
+        std::string text = op;
+        const PROFIL_CONDITION condition = {"A", text.data(), 2};
+        std::string found;
+        double value;
+        char name[PROFIL_NAME_SIZE];
+        int32_t result = profil_search(table.get(), &condition, 1, "", &value, name);
+        for (; result == 0; result = profil_search_next(table.get(), nullptr, 0, "", &value, name))
+            found += name[2];
+        EXPECT_EQ(found, sizes) << op;
+        EXPECT_STREQ(text.c_str(), cleaned);
+    }
+    const Table close = open_table("T S A\nx 1 1e-16\nx 2 1e-15\nx 3 nan\nx 4 0\n", {"A", "A"});
+    EXPECT_EQ(search(close, {{"A", "=", 0}}, ""), "x 1: -1 1e-16");
+    EXPECT_EQ(search_next(close, ""), "x 4: -1 0");
+    EXPECT_EQ(search(close, {{"A", "<>", 0}}, ""), "x 2: -1 1e-15");
 }
 
 }  // namespace

@@ -37,9 +37,9 @@ std::string entry(int wanted, Call call) {
     EXPECT_EQ(result, std::string(name) == "-1" ? -1 : 0);
     EXPECT_EQ(values.back(), 7);  // behind the array
     std::string text = std::string(name) + ":";
-    for (int i = 0; i < wanted; ++i) {
+    for (std::size_t i = 0; i + 1 < values.size(); ++i) {
         char value[32];
-        std::snprintf(value, sizeof value, " %g", values[static_cast<std::size_t>(i)]);
+        std::snprintf(value, sizeof value, " %g", values[i]);
         text += value;
     }
     return text;
@@ -53,14 +53,11 @@ inline std::string prev(const Table &table, int wanted = 2) {
     return entry(wanted,
                  [&](double *values, char *name) { return profil_prev(table.get(), values, name); });
 }
-inline std::string get(const Table &table, const char *pattern, int wanted = 2) {
-    return entry(
-        wanted, [&](double *values, char *name) { return profil_get(table.get(), pattern, values, name); });
-}
-inline std::string get_exact(const Table &table, const char *pattern, int wanted = 2) {
-    return entry(wanted, [&](double *values, char *name) {
-        return profil_get_exact(table.get(), pattern, values, name);
-    });
+using GetFunction = int32_t (*)(PROFIL *, const char *, double *, char *);
+inline std::string get(const Table &table, const char *pattern, int wanted = 2,
+                       GetFunction get = profil_get) {
+    return entry(wanted,
+                 [&](double *values, char *name) { return get(table.get(), pattern, values, name); });
 }
 
 }  // namespace kvtest

@@ -52,7 +52,7 @@ TEST(Scan, Tokens) {
          Row{"a\x84\xE1 \x8E", SCAN_UMLAUTS, "6:a\x84\xE1=3  6:\x8E=1"},
          Row{"\x8E\x99\x9A\x84", SCAN_UMLAUTS | SCAN_FOLD_LOWER, "6:\x84\x94\x81\x84=4"},
          Row{"\x81\x84\x94\xE1", SCAN_UMLAUTS | SCAN_FOLD_UPPER, "6:\x9A\x8E\x99\xE1=4"},
-         Row{"\x84", SCAN_FOLD_UPPER, "0:\x84"},
+         Row{"\x84", SCAN_FOLD_UPPER, "0:\x84"}, Row{"\x8E", SCAN_FOLD_LOWER, "0:\x8E"},
          // Numbers.
          Row{"42 007 2147483648 99999999999", 0,
              "7:42=42  7:007=7  7:2147483648=2147483647  7:99999999999=2147483647"},
@@ -79,7 +79,7 @@ TEST(Scan, Tokens) {
          Row{R"('\101' '\8' '\1234)", 0, R"(9:\101=65  9:\8=8  9:\123=83!3  7:4=4)"},
          Row{R"('\x4a' '\Xfff' '\xAF9' '\x' '\xg' '\x)", 0,
              R"(9:\x4a=74  9:\Xfff=4095  9:\xAF9=2809  9:\x  9:\x!3  6:g=1  9: =32  40:\  6:x=1)"},
-         Row{"'\xE4' '", 0, "9:\xE4=228  9:!3"},
+         Row{"'\xE4' '", 0, "9:\xE4=228  9:!3"}, Row{R"('\x1234)", 0, R"(9:\x123=291!3  7:4=4)"},
          // Strings and quoted texts.
          Row{R"("a\"b" "\\" "")", 0, R"(10:a\"b=4  10:\\=2  10:)"},
          Row{"\"abc\ny \"d", 0, "10:abc=3!4  6:y=1  10:d=1!4"}, Row{"\"\\\n", 0, "10:\\=1!4"},
