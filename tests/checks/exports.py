@@ -48,7 +48,7 @@ for declaration in re.finditer(r"(\*/\s*|;\s*|\n)KV_API\s[^;(]*?\b(\w+)\(", sour
     declared.add(declaration[2])
     if declaration[1].startswith("*/"):
         documented.add(declaration[2])
-used_by_tests = set(re.findall(r"\w+", sources("tests", "*.c*")))
+used_by_tests = set(re.findall(r"\w+", sources("tests", "*.[ch]*")))
 
 compare("exported", exported, "listed in kv.def", listed)
 compare("listed in kv.def", listed, "exported", exported)
