@@ -24,7 +24,11 @@ void LineWriter::indent(int level) {
 }
 
 void LineWriter::write(int level, std::initializer_list<std::string_view> pieces) {
-    if (!write_plain(level, pieces)) write_carefully(level, pieces);
+    if (write_plain(level, pieces)) return;
+    const bool plain = std::all_of(pieces.begin(), pieces.end(), [](std::string_view piece) {
+        return piece.find('\\') == piece.npos && piece.find('\n') == piece.npos;
+    });
+    plain ? write_broken(level, pieces) : write_carefully(level, pieces);
 }
 
 // Writes the line if it needs neither a break nor care with backslashes; most lines do not.
@@ -46,6 +50,34 @@ bool LineWriter::write_plain(int level, std::initializer_list<std::string_view> 
     }
     sink_.put_line(line, length);
     return true;
+}
+
+// Writes a line that has to be broken, but holds no backslash and no line end.
+void LineWriter::write_broken(int level, std::initializer_list<std::string_view> pieces) {
+    char line[kColumns + 1];
+    std::size_t length = 0;
+    if (level < static_cast<int>(kColumns)) {
+        length = static_cast<std::size_t>(level) - 1;
+        std::memset(line, ' ', length);
+    } else {
+        indent(level);
+    }
+    std::size_t column = static_cast<std::size_t>(level) % kColumns;
+    for (std::string_view piece : pieces) {
+        while (!piece.empty()) {
+            if (column == 0) {
+                line[length++] = '\\';
+                sink_.put_line(line, length);
+                length = 0;
+            }
+            const std::size_t count = std::min(piece.size(), kColumns - column);
+            std::memcpy(line + length, piece.data(), count);
+            length += count;
+            column = (column + count) % kColumns;
+            piece.remove_prefix(count);
+        }
+    }
+    sink_.put_line(line, length);
 }
 
 void LineWriter::write_carefully(int level, std::initializer_list<std::string_view> pieces) {

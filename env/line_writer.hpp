@@ -22,6 +22,7 @@ class LineWriter {
 
     void indent(int level);
     bool write_plain(int level, std::initializer_list<std::string_view> pieces);
+    void write_broken(int level, std::initializer_list<std::string_view> pieces);
     void write_carefully(int level, std::initializer_list<std::string_view> pieces);
     void put(char c);
     void close_line();
