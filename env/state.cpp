@@ -13,9 +13,7 @@ constexpr std::array<bool, 256> only(unsigned char c) {
     return set;
 }
 
-platform::RecursiveLock &lock() {
-    return platform::lasting_lock<platform::RecursiveLock, State>();
-}
+constinit platform::Lock environment_lock{platform::Lock::Kind::environments};
 
 }  // namespace
 
@@ -29,11 +27,11 @@ constinit State state{.delimiter = "@",
                       .changes = 0};
 
 Lock::Lock() : taken_(kv_get_win32() >= 3) {
-    if (taken_) lock().lock();
+    if (taken_) environment_lock.lock();
 }
 
 Lock::~Lock() {
-    if (taken_) lock().unlock();
+    if (taken_) environment_lock.unlock();
 }
 
 void end_iteration() {

@@ -29,8 +29,8 @@ bool is_of_another_day() {
 
 }  // namespace
 
-LogEntry::LogEntry() : lock_(platform::lasting_lock<platform::Lock, State>()) {
-    open_ = file_.open(kLogFile, is_of_another_day());
+LogEntry::LogEntry() : lock_(state.log_lock) {
+    open_ = file_.open(kLogFile, is_of_another_day(), platform::ReportFile::Busy::drop);
 }
 
 void LogEntry::flush() {
@@ -70,10 +70,18 @@ void LogEntry::timestamp() {
 }
 
 void LogEntry::traceback() {
-    if (state.trace_off || state.trace_depth == 0) return text("\n\n");
+    std::array<TraceEntry, kTraceEntries> trace;
+    std::size_t depth = 0;
+    {
+        // Another thread than that of the trace may report.
+        const std::lock_guard guard(state.trace_lock);
+        if (!state.trace_off) depth = static_cast<std::size_t>(state.trace_depth);
+        std::copy_n(state.trace.begin(), depth, trace.begin());
+    }
+    if (depth == 0) return text("\n\n");
     text("  traceback:\n");
-    for (int i = state.trace_depth - 1; i >= 0; --i) {
-        const TraceEntry &entry = state.trace[static_cast<std::size_t>(i)];
+    while (depth-- > 0) {
+        const TraceEntry &entry = trace[depth];
         if (entry.count == 1) {
             formatted("  - %s called from ...\n", entry.name);
         } else {

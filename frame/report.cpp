@@ -59,6 +59,7 @@ void send_to_debugger(const Texts &texts, const char *file, int32_t line) {
 
 void kv_error(const char *text1, const char *text2, const char *text3, const char *file,
               int32_t line) noexcept {
+    const kv::platform::KeptErrors errors;
     const Texts texts{{text1, text2, text3}};
     if (state.error_output == 1) {
         LogEntry entry;
@@ -72,6 +73,7 @@ void kv_error(const char *text1, const char *text2, const char *text3, const cha
 
 void kv_message(const char *text1, const char *text2, const char *text3, const char *file,
                 int32_t line) noexcept {
+    const kv::platform::KeptErrors errors;
     LogEntry entry;
     entry.timestamp();
     write_header(entry, "> MESSAGE in ", state.application_name, file, line);
@@ -97,6 +99,7 @@ void kv_exit(const char *text1, const char *text2, const char *text3, const char
 }
 
 void kv_switch_error(int32_t value, const char *file, int32_t line) noexcept {
+    const kv::platform::KeptErrors errors;
     LogEntry entry;
     write_header(entry, "SWITCH ERROR in ", nullptr, file, line);
     entry.formatted("  switch value = %d!\n\n", value);

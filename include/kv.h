@@ -12,7 +12,10 @@
  *            heap_free(); where a result stays the library's, the function says how long it is valid.
  * Failures   are return values; nothing throws, and nothing but kv_exit() ends the process. A function
  *            that detects misuse or an exhausted heap reports it with kv_error() or kv_message() first.
- * Threads    The library is meant for one thread at a time, except where a family's header says more.
+ * Threads    The library is meant for one thread at a time, except where a family's header says more. The
+ *            child of a fork may go on using it: fork() waits until other threads are outside of the
+ *            library's locks, for a second at the most; what a thread that stays inside works on is of no
+ *            use to the child.
  * Files      are named as on Windows: a drive letter, "\" or "/", names without regard to case. On POSIX
  *            Z: is the root directory and the drive at the start, so native paths work; C: is the
  *            directory that the variable KV_DRIVE_C names, else kv/drive_c in the user's data directory;

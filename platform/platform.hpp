@@ -6,32 +6,57 @@
 // library's heap unless it says so, and nothing throws unless it says so.
 #pragma once
 
+#include <atomic>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
 #include <mutex>
-#include <new>
 #include <string_view>
 
 #include "memory/owned.hpp"
 
 namespace kv::platform {
 
-// ---- Locks. Both kinds of the standard library do what the system's own would.
+// ---- Locks
 
-using Lock = std::mutex;
-using RecursiveLock = std::recursive_mutex;
+/// A recursive lock, ready before any code runs, and lasting, since threads may outlive main().
+///
+/// The child of a fork can use it, whichever thread held it: the fork takes the locks for a moment, so that
+/// the child finds what they guard as it is between two operations. Of a holder that does not let go within
+/// a second the lock is taken away in the child, and what it guards is what that holder made of it.
+class Lock {
+  public:
+    /// What the lock guards, in the order in which one thread takes several of them.
+    enum class Kind : std::uint8_t { environments, log, trace, directories, time };
+    static constexpr std::size_t kKinds = 5;
 
-/// The lock of `Owner`. It is made by its first use, without a race, since not every system has locks that
-/// are ready before any code runs; and never destroyed, since threads may outlive main().
-template <typename AnyLock, typename Owner>
-AnyLock &lasting_lock() {
-    alignas(AnyLock) static unsigned char room[sizeof(AnyLock)];
-    static auto *const made = ::new (room) AnyLock;
-    return *made;
-}
+    /// There is one lock of each kind.
+    constexpr explicit Lock(Kind kind) : kind_(kind) {}
+    Lock(const Lock &) = delete;
+    Lock &operator=(const Lock &) = delete;
+
+    void lock();
+    void unlock();
+
+  private:
+    /// What tells the running thread from the others; never 0. The child of a fork has that of its parent.
+    static std::uintptr_t this_thread();
+    /// Makes this lock one that forks know of.
+    void survive_forks();
+    void before_fork();
+    /// True if the lock is held by the thread that called fork().
+    bool after_fork_in_parent();
+    void after_fork_in_child();
+
+    const Kind kind_;
+    std::atomic<bool> survives_forks_{false};
+    std::mutex mutex_;
+    std::atomic<std::uintptr_t> owner_{0};  // a thread
+    int depth_ = 0;                         // how often the owner has it
+    int forks_ = 0;                         // how often of these for a fork
+};
 
 // ---- Files
 
@@ -157,17 +182,24 @@ class ReplacementFile {
 /// platform's own ends.
 class ReportFile {
   public:
+    /// What happens while the file, which may be a pipe or a terminal, takes no more.
+    enum class Busy : std::uint8_t {
+        wait,
+        drop  // what it does not take at once is lost, and so is all if nobody reads it
+    };
+
     ReportFile() = default;
     ReportFile(const ReportFile &) = delete;
     ReportFile &operator=(const ReportFile &) = delete;
     ~ReportFile();
 
-    bool open(const char *path, bool empty_first);
+    bool open(const char *path, bool empty_first, Busy busy = Busy::wait);
     /// Write errors are ignored: a report has nowhere to report to.
     void write(std::string_view text);
 
   private:
     std::intptr_t handle_ = -1;
+    bool drops_ = false;
 };
 
 /// Seconds since 1970 of a file's last modification; false if there is no such file.
@@ -340,8 +372,22 @@ enum class BoxOwner { focused_window, none };
 
 /// Shows a text and waits until the user has dismissed it.
 void message_box(const char *text, const char *caption, BoxOwner owner);
-/// Sends a text to an attached debugger.
+/// Sends a text to an attached debugger, without waiting for it.
 void debugger_output(const char *text);
+
+/// Leaves errno, and whatever else tells of the thread's last failure, as it found them.
+class KeptErrors {
+  public:
+    KeptErrors();
+    KeptErrors(const KeptErrors &) = delete;
+    KeptErrors &operator=(const KeptErrors &) = delete;
+    ~KeptErrors();
+
+  private:
+    int number_;
+    unsigned long code_ = 0;
+};
+
 void beep();
 /// True if a standard stream is a person's terminal.
 bool is_terminal(std::FILE *stream);

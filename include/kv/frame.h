@@ -2,9 +2,14 @@
  *
  * Reports go to the log file "c:\kv.err", which holds the reports of one calendar day: the first
  * report of a later day empties it. Every report names the reporting source file and its line. A
- * report never fails visibly: where the log cannot be opened it writes nothing and goes on. Reports of
- * several threads never interleave in the log; the call trace, the error-output setting, the
- * application name and the exit handlers are process-wide and meant for one thread.
+ * report never fails visibly: where the log cannot be opened it writes nothing and goes on. It leaves errno
+ * alone (on Windows GetLastError() too), does not wait, and raises no signal: what a pipe, a terminal or a
+ * full disk in the place of the log or the debugger does not take at once is lost. Only a message box
+ * waits.
+ *
+ * Reports of several threads never interleave in the log, and a traceback has whole names, also while
+ * another thread changes the trace; the call trace, the error-output setting, the application name and the
+ * exit handlers are process-wide and meant for one thread. The child of a fork may report.
  *
  * On POSIX the drive C is a directory (see kv.h); what goes to the debugger is appended to the file that
  * the environment variable KV_DEBUG_OUTPUT names ("stderr" for standard error); a message box is its

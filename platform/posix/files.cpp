@@ -1,4 +1,4 @@
-// Reading files, their status, and the log.
+// Reading files, and their status.
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -66,22 +66,6 @@ bool InputFile::modification_time(std::int64_t &seconds) const {
     if (io_fails() || fstat(static_cast<int>(handle_), &status) != 0) return false;
     seconds = status.st_mtime;
     return true;
-}
-
-ReportFile::~ReportFile() {
-    posix::close_descriptor(handle_);
-}
-
-bool ReportFile::open(const char *path, bool empty_first) {
-    HostPath host;
-    if (!map_path(path, Purpose::write, host)) return false;
-    handle_ =
-        posix::open_descriptor(host.text, O_WRONLY | O_CREAT | O_APPEND | (empty_first ? O_TRUNC : 0));
-    return handle_ >= 0;
-}
-
-void ReportFile::write(std::string_view text) {
-    posix::write_all(static_cast<int>(handle_), text.data(), text.size());
 }
 
 bool modification_time(const char *path, std::int64_t &seconds) {

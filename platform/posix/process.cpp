@@ -10,6 +10,10 @@ namespace kv::platform {
 
 namespace {
 
+// A fork must not meet the C library while it holds its own lock of the time zone, which the child would
+// wait for.
+constinit Lock time_lock{Lock::Kind::time};
+
 // Whether the local time is so far ahead then.
 bool has_offset(std::int64_t seconds, long offset) {
     std::tm fields{};
@@ -25,6 +29,7 @@ TimeOfDay current_time() {
 }
 
 bool local_time(std::int64_t seconds, std::tm &fields) {
+    const std::lock_guard guard(time_lock);
     tzset();  // localtime_r() need not look at TZ again, as mktime() does
     const auto value = static_cast<time_t>(seconds);
     return localtime_r(&value, &fields) != nullptr;
@@ -32,6 +37,7 @@ bool local_time(std::int64_t seconds, std::tm &fields) {
 
 // Not by mktime(): which of two times it takes may depend on what it was asked before.
 bool calendar_time(std::tm &fields, std::int64_t &seconds) {
+    const std::lock_guard guard(time_lock);
     fields.tm_wday = -1;  // timegm() sets it unless it fails; -1 is also a time
     const std::int64_t local = timegm(&fields);
     if (fields.tm_wday < 0) return false;

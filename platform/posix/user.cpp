@@ -1,20 +1,16 @@
-// Telling the user: message text, debugger output, beep.
+// Telling the user: message text, beep.
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include "platform/platform.hpp"
 #include "platform/posix/descriptor.hpp"
+#include "platform/posix/report_output.hpp"
 
 namespace kv::platform {
 
 namespace {
-
-void write_text(int descriptor, const char *text) {
-    posix::write_all(descriptor, text, std::strlen(text));
-}
 
 void wait_for_enter() {
     char c = '\0';
@@ -28,25 +24,13 @@ void wait_for_enter() {
 }  // namespace
 
 void message_box(const char *text, const char *caption, BoxOwner) {
+    const posix::NoWriteSignals guard;
     for (const char *line : {caption, text}) {
-        write_text(STDERR_FILENO, line);
         const std::size_t length = std::strlen(line);
-        if (length == 0 || line[length - 1] != '\n') write_text(STDERR_FILENO, "\n");
+        posix::write_all(STDERR_FILENO, line, length);
+        if (length == 0 || line[length - 1] != '\n') posix::write_all(STDERR_FILENO, "\n", 1);
     }
     if (isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1) wait_for_enter();
-}
-
-void debugger_output(const char *text) {
-    const char *target = std::getenv("KV_DEBUG_OUTPUT");
-    if (target == nullptr || *target == '\0') return;
-    if (std::strcmp(target, "stderr") == 0) {
-        write_text(STDERR_FILENO, text);
-        return;
-    }
-    const int descriptor = posix::open_descriptor(target, O_WRONLY | O_CREAT | O_APPEND);
-    if (descriptor < 0) return;
-    write_text(descriptor, text);
-    posix::close_descriptor(descriptor);
 }
 
 bool is_terminal(std::FILE *stream) {
@@ -59,10 +43,8 @@ bool takes_colors(std::FILE *stream) {
 }
 
 void beep() {
-    const int terminal = posix::open_descriptor("/dev/tty", O_WRONLY | O_NOCTTY);
-    if (terminal < 0) return;
-    write_text(terminal, "\a");
-    posix::close_descriptor(terminal);
+    const posix::Descriptor terminal(posix::open_report("/dev/tty", O_WRONLY));
+    if (terminal.value() >= 0) posix::write_report(terminal.value(), "\a");
 }
 
 }  // namespace kv::platform

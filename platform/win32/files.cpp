@@ -73,7 +73,7 @@ ReportFile::~ReportFile() {
     win32::close_handle(handle_);
 }
 
-bool ReportFile::open(const char *path, bool empty_first) {
+bool ReportFile::open(const char *path, bool empty_first, Busy) {
     // With this right alone, the system puts all that is written at the end.
     constexpr DWORD kAppend = FILE_APPEND_DATA;
     handle_ =

@@ -1,4 +1,4 @@
-// The process: its environment and the kind of platform.
+// The process: its environment, its locks and the kind of platform.
 #include <cstdlib>
 #include <windows.h>
 
@@ -12,6 +12,14 @@ const char *environment_variable(const char *name) {
 
 bool set_environment_variable(const char *name, const char *value) {
     return _putenv_s(name, value) == 0;
+}
+
+std::uintptr_t Lock::this_thread() {
+    return GetCurrentThreadId();
+}
+
+void Lock::survive_forks() {
+    survives_forks_ = true;  // nothing forks here
 }
 
 std::int32_t windows_platform_code() {

@@ -1,4 +1,5 @@
 // Telling the user: message boxes, debugger output, beep.
+#include <cerrno>
 #include <cstdio>
 #include <io.h>
 #include <windows.h>
@@ -13,6 +14,13 @@ void message_box(const char *text, const char *caption, BoxOwner owner) {
 
 void debugger_output(const char *text) {
     OutputDebugStringA(text);
+}
+
+KeptErrors::KeptErrors() : number_(errno), code_(GetLastError()) {}
+
+KeptErrors::~KeptErrors() {
+    errno = number_;
+    SetLastError(code_);
 }
 
 bool is_terminal(std::FILE *stream) {

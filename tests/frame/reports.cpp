@@ -1,5 +1,7 @@
 // Reports and the call trace. Each test runs in a process of its own, with the state of a fresh start.
+#include <cerrno>
 #include <ctime>
+#include <functional>
 #include <gtest/gtest.h>
 #include <iomanip>
 #include <regex>
@@ -88,10 +90,26 @@ TEST(Reports, TheTwentyFirstEntrySwitchesTheTraceOff) {
 
 TEST(Reports, EndWithoutBegin) {
     testing::internal::CaptureStderr();
+    errno = 77;
     kv_end();
+    EXPECT_EQ(errno, 77);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "MISSMATCH WITH BEGIN-END-BRACKET:\n  END without BEGIN!\n\n");
     EXPECT_EQ(read_log(), "> MISSMATCH WITH BEGIN-END-BRACKET:\n  END without BEGIN!\n\n");
+}
+
+TEST(Reports, LeaveErrnoAlone) {
+    const auto leaves_errno = [](const std::function<void()> &report) {
+        kvtest::clear_log();  // a log that is not there costs a failed call
+        errno = 77;
+        report();
+        return errno == 77;
+    };
+    for (int i = 0; i < 20; ++i) kv_begin(std::to_string(i).c_str());
+    EXPECT_TRUE(leaves_errno([] { kv_error("a", nullptr, nullptr, "f", 1); }));
+    EXPECT_TRUE(leaves_errno([] { kv_message("a", nullptr, nullptr, "f", 1); }));
+    EXPECT_TRUE(leaves_errno([] { kv_switch_error(1, "f", 1); }));
+    EXPECT_TRUE(leaves_errno([] { kv_end(), kv_begin("last"), kv_begin("one too many"); }));
 }
 
 TEST(Reports, TheLogHoldsOneDay) {

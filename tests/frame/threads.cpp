@@ -1,5 +1,7 @@
 // Reports of several threads at once.
+#include <atomic>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <thread>
 #include <vector>
 
@@ -29,6 +31,25 @@ TEST(FrameThreads, EntriesNeverInterleave) {
         whole += kvtest::count_in_log("line " + std::to_string(thread) + ":\n" + text + text + "\n\n");
     }
     EXPECT_EQ(whole, kThreads * kReports);
+}
+
+// Of a trace that its own thread changes.
+TEST(FrameThreads, TracebacksHaveWholeNames) {
+    std::atomic<bool> ended{false};
+    std::thread tracing([&] {
+        for (char c = 'a'; !ended; c = c == 'z' ? 'a' : static_cast<char>(c + 1)) {
+            kv_begin(std::string(79, c).c_str());
+            kv_end();
+        }
+    });
+    for (int i = 0; i < 2000; ++i) kv_switch_error(1, "f", 1);
+    ended = true;
+    tracing.join();
+    std::istringstream log(kvtest::read_log());
+    for (std::string line; std::getline(log, line);) {
+        if (line.substr(0, 4) != "  - " || line == "  - main.") continue;
+        EXPECT_EQ(line, "  - " + std::string(79, line[4]) + " called from ...");
+    }
 }
 
 }  // namespace

@@ -1,0 +1,74 @@
+// What a fork does with the locks: the child has one thread, and nobody who would release what another
+// thread of the parent held.
+#include <array>
+#include <atomic>
+#include <memory>
+#include <pthread.h>
+#include <time.h>
+
+#include "platform/platform.hpp"
+
+namespace kv::platform {
+
+namespace {
+
+// The locks that have been taken before, in their order.
+constinit std::array<std::atomic<Lock *>, Lock::kKinds> used{};
+constinit std::atomic<bool> handles_forks{false};
+
+template <typename Step>
+void for_each_used(Step step) {
+    for (const std::atomic<Lock *> &entry : used) {
+        if (Lock *lock = entry.load()) step(*lock);
+    }
+}
+
+}  // namespace
+
+std::uintptr_t Lock::this_thread() {
+    return pthread_self();
+}
+
+void Lock::survive_forks() {
+    used[static_cast<std::size_t>(kind_)] = this;
+    // Two threads may come here at once; handlers that run twice do no harm.
+    if (!handles_forks) {
+        pthread_atfork([] { for_each_used([](Lock &lock) { lock.before_fork(); }); },
+                       [] { for_each_used([](Lock &lock) { lock.after_fork_in_parent(); }); },
+                       [] { for_each_used([](Lock &lock) { lock.after_fork_in_child(); }); });
+        handles_forks = true;
+    }
+    survives_forks_ = true;
+}
+
+// Whoever holds the lock may wait for what only the child will do, so that the waiting has an end.
+void Lock::before_fork() {
+    const std::uintptr_t self = this_thread();
+    if (owner_.load(std::memory_order_relaxed) != self) {
+        timespec until{};
+        clock_gettime(CLOCK_REALTIME, &until);
+        ++until.tv_sec;
+        if (pthread_mutex_timedlock(mutex_.native_handle(), &until) != 0) return;
+        owner_.store(self, std::memory_order_relaxed);
+    }
+    ++depth_;
+    ++forks_;
+}
+
+bool Lock::after_fork_in_parent() {
+    const bool own = owner_.load(std::memory_order_relaxed) == this_thread();
+    if (own && forks_ > 0) {
+        --forks_;
+        unlock();
+    }
+    return own;
+}
+
+void Lock::after_fork_in_child() {
+    if (after_fork_in_parent()) return;
+    std::construct_at(&mutex_);
+    owner_.store(0, std::memory_order_relaxed);
+    depth_ = forks_ = 0;
+}
+
+}  // namespace kv::platform
