@@ -4,7 +4,11 @@ namespace kv::config {
 
 bool load(const char *path, bool may_be_missing, memory::String &bytes) {
     platform::InputFile file;
-    if (!file.open(path, platform::InputFile::Content::consistent)) return may_be_missing && file.missing();
+    if (!file.open(path, platform::InputFile::Content::consistent)) {
+        // There is no file where a directory is; saving says that there will be none.
+        const bool missing = file.missing() || platform::file_kind(path) == platform::FileKind::directory;
+        return may_be_missing && missing;
+    }
     constexpr std::size_t kFirstBlock = 16384;
     std::size_t used = 0;
     for (;;) {

@@ -53,12 +53,13 @@ int32_t fio_putchar(FIO *handle, char c) noexcept {
 int32_t fio_putstring(FIO *handle, const char *text, int32_t width) noexcept {
     constexpr char kBlanks[] = "                                ";
     constexpr std::size_t kMostBlanks = sizeof kBlanks - 1;
-    if (handle == nullptr || !handle->writes()) return -1;
+    if (handle == nullptr) return -1;
     if (text == nullptr) text = "";
     const std::size_t taken = taken_characters(text, width);
-    if (taken > 0 && !write_characters(handle->fp, text, taken)) return -1;
-    if (width <= 0) return 0;
-    for (std::size_t left = static_cast<std::size_t>(width) - taken; left > 0;) {
+    std::size_t left = width > 0 ? static_cast<std::size_t>(width) - taken : 0;
+    if (taken + left == 0) return 0;
+    if (!handle->writes() || !write_characters(handle->fp, text, taken)) return -1;
+    while (left > 0) {
         const std::size_t count = std::min(left, kMostBlanks);
         if (!write_characters(handle->fp, kBlanks, count)) return -1;
         left -= count;

@@ -334,7 +334,8 @@ class RegionLock {
     RegionLock &operator=(const RegionLock &) = delete;
     ~RegionLock();
 
-    /// Locks the bytes that the file has now, without waiting. Streams that only read share the lock where
+    /// Locks the bytes that the file has now, with those in the stream's buffer, which are written; without
+    /// waiting. Streams that only read share the lock where
     /// the system does not let them write the file.
     LockResult lock(const Stream &stream);
     LockResult unlock(const Stream &stream);

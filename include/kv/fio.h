@@ -109,7 +109,7 @@ KV_API int32_t fio_putchar(FIO *handle, char c) KV_NOEXCEPT;
  *
  *  @param text   the text; NIL is an empty one
  *  @param width  bytes to write; 0: as many as the text has; negative: the whole text, without padding
- *  @retval 0   done, also when there was nothing to write
+ *  @retval 0   done, also when there was nothing to write, whatever the handle is open for
  *  @retval -1  write error, where the writing has stopped, or NIL handle */
 KV_API int32_t fio_putstring(FIO *handle, const char *text, int32_t width) KV_NOEXCEPT;
 
@@ -367,8 +367,9 @@ enum {
     FIO_LOCK_FAILED = -5    /**< anything else, for example a file without positions */
 };
 
-/** Locks the bytes that the file has now against other processes and other handles, without waiting. The
- *  lock lasts until fio_unlock() or fio_close(); the position stays. An empty file has no bytes to lock.
+/** Writes what is in the handle's buffer and locks the bytes that the file has then against other processes
+ * and other handles, without waiting. The lock lasts until fio_unlock() or fio_close(); the position stays.
+ * An empty file has no bytes to lock.
  *
  *  On POSIX the lock keeps away only those who ask for it; handles that only read share it on a file that
  *  the process may not write.

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <stdio_ext.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -51,6 +52,8 @@ LockResult RegionLock::lock(const Stream &stream) {
     const int descriptor = stream.file != nullptr ? posix::stream_descriptor(stream) : -1;
     const int mode = descriptor >= 0 ? fcntl(descriptor, F_GETFL) : -1;
     if (mode < 0) return LockResult::bad_file;
+    // What is still in the stream's buffer counts to the length.
+    if (__fwriting(stream.file) != 0 && std::fflush(stream.file) != 0) return LockResult::failed;
     struct stat status;
     if (!has_position(descriptor) || fstat(descriptor, &status) != 0) return LockResult::no_position;
     if (status.st_size == 0) return LockResult::done;  // to the system, no bytes would mean all bytes

@@ -43,7 +43,9 @@ LockResult RegionLock::lock(const Stream &stream) {
     const HANDLE handle = win32::stream_handle(stream);
     if (handle == INVALID_HANDLE_VALUE) return LockResult::bad_file;
     LARGE_INTEGER size;
-    if (GetFileType(handle) != FILE_TYPE_DISK || GetFileSizeEx(handle, &size) == 0)
+    // Asking for the position writes what is still in the stream's buffer, which counts to the length.
+    if (GetFileType(handle) != FILE_TYPE_DISK || stream_tell(stream) < 0 ||
+        GetFileSizeEx(handle, &size) == 0)
         return LockResult::no_position;
     const auto bytes = static_cast<std::intptr_t>(std::min<std::int64_t>(size.QuadPart, INTPTR_MAX));
     if (bytes == 0 || bytes == holder_) return LockResult::done;

@@ -60,13 +60,21 @@ TEST(Locking, HandlesThatOnlyRead) {
     EXPECT_EQ(lock_elsewhere("read", FIO_READ), FIO_LOCK_DONE);
 }
 
-TEST(Locking, FilesWithoutBytes) {
-    kvtest::write_file(kvtest::drive_c() / "empty", "");
-    FIO *handle = open_in_c("empty");
-    EXPECT_EQ(fio_lock(handle), FIO_LOCK_DONE);
-    EXPECT_EQ(lock_elsewhere("empty"), FIO_LOCK_DONE);
-    EXPECT_EQ(fio_unlock(handle), 0);
-    EXPECT_EQ(fio_close(handle), 0);
+// What the handle's buffer holds counts, and no bytes are not all bytes.
+TEST(Locking, FilesJustWritten) {
+    const uint32_t all[] = {FIO_WRITE, FIO_WRITE | FIO_UPDATE, FIO_APPEND, FIO_WRITE | FIO_TEXT};
+    for (const uint32_t flags : all) {
+        FIO *handle = open_in_c("new", flags);
+        EXPECT_EQ(fio_lock(handle), FIO_LOCK_DONE);
+        EXPECT_EQ(lock_elsewhere("new"), FIO_LOCK_DONE);
+        EXPECT_EQ(fio_unlock(handle), 0);
+        EXPECT_EQ(fio_putstring(handle, "a", 1), 0);
+        EXPECT_EQ(fio_lock(handle), FIO_LOCK_DONE);
+        EXPECT_EQ(lock_elsewhere("new"), FIO_LOCK_DENIED) << flags;
+        EXPECT_EQ(fio_tell(handle), 1);
+        EXPECT_EQ(fio_close(handle), 0);
+        EXPECT_EQ(fio_purge("c:\\", "new"), 0);
+    }
     EXPECT_EQ(fio_lock(nullptr), FIO_LOCK_BAD_FILE);
     EXPECT_EQ(fio_unlock(nullptr), -1);
 }

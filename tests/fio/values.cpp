@@ -1,6 +1,6 @@
 // Binary values, string fields, blocks; the files of each byte order.
-#include <cmath>
 #include <cstring>
+#include <tuple>
 
 #include "tests/fio/handles.hpp"
 
@@ -23,37 +23,20 @@ TEST(Values, AreLittleEndianOnDisk) {
               "\xFE\xFF\xFF\xFF"
               "\x34\x12"
               "\xFF"s);
-
-    file = open_file("t.dat", FIO_READ | FIO_UPDATE);
-    double d = 0;
-    float f = 0;
-    int32_t l = 0;
-    int16_t h = 0;
+    file = open_file("t.dat", FIO_READ);
+    double real = 0;
+    float single = 0;
+    int32_t whole = 0;
+    int16_t small = 0;
     char c = 0;
-    EXPECT_EQ(fio_getdouble(file.get(), &d), 0);
-    EXPECT_EQ(fio_getfloat(file.get(), &f), 0);
-    EXPECT_EQ(fio_getlong(file.get(), &l), 0);
-    EXPECT_EQ(fio_getshort(file.get(), &h), 0);
+    EXPECT_EQ(fio_getdouble(file.get(), &real) + fio_getfloat(file.get(), &single), 0);
+    EXPECT_EQ(fio_getlong(file.get(), &whole) + fio_getshort(file.get(), &small), 0);
     EXPECT_EQ(fio_getchar(file.get(), &c), 0);
-    EXPECT_EQ(d, -1234.5);
-    EXPECT_EQ(f, 0.75F);
-    EXPECT_EQ(l, -2);
-    EXPECT_EQ(h, 0x1234);
-    EXPECT_EQ(c, '\xFF');
+    EXPECT_TRUE(real == -1234.5 && single == 0.75F && whole == -2 && small == 0x1234 && c == '\xFF');
     EXPECT_EQ(fio_getchar(file.get(), &c), -1);
     EXPECT_EQ(c, '\xFF');
-    // A value that is not whole.
     EXPECT_EQ(fio_seek(file.get(), -7, 2), 0);
-    EXPECT_EQ(fio_getdouble(file.get(), &d), -1);
-    for (const int32_t left : {-3, -1}) {
-        EXPECT_EQ(fio_seek(file.get(), left, 2), 0);
-        EXPECT_EQ(left == -3 ? fio_getlong(file.get(), &l) : fio_getshort(file.get(), &h), -1);
-        EXPECT_EQ(fio_seek(file.get(), left, 2), 0);
-        EXPECT_EQ(fio_getfloat(file.get(), &f), -1);
-    }
-    EXPECT_EQ(fio_seek(file.get(), -1, 2), 0);
-    EXPECT_EQ(fio_getchar(file.get(), nullptr), 255);
-    EXPECT_EQ(fio_getchar(file.get(), nullptr), -1);
+    EXPECT_EQ(fio_getdouble(file.get(), &real), -1);  // not whole
 }
 
 TEST(Values, FilesOfEachByteOrder) {
@@ -62,35 +45,27 @@ TEST(Values, FilesOfEachByteOrder) {
         clear_log();
         const File file(fio_open(KV_TEST_RECORDS, name, FIO_READ | FIO_HEADER));
         ASSERT_NE(file, nullptr);
-        const std::string content = read_file(std::string(KV_TEST_RECORDS "/") + name);
-        double d = 0;
-        int32_t l = 0;
-        char text[5] = "";
-        EXPECT_EQ(fio_getdouble(file.get(), &d), 0);
-        EXPECT_EQ(fio_getlong(file.get(), &l), 0);
-        EXPECT_EQ(d, -1234.5678);
-        EXPECT_EQ(l, -19088744);
-        EXPECT_EQ(fio_getstring(file.get(), 4, text), 0);
-        EXPECT_STREQ(text, "M12 ");
-        const int32_t position = fio_tell(file.get());
-        float f = 7;
-        int16_t h = 7;
         const bool refused = name != "intel.rec"s;
-        EXPECT_EQ(fio_getfloat(file.get(), &f), refused ? -1 : 0);
-        EXPECT_EQ(fio_getshort(file.get(), &h), refused ? -1 : 0);
-        EXPECT_EQ(fio_putfloat(file.get(), f), -1);
-        EXPECT_EQ(fio_putshort(file.get(), h), -1);
-        EXPECT_EQ(count_in_log("  HPUX/AIX - not yet implemented!"), refused ? 4 : 0);
-        EXPECT_EQ(count_in_log("\"Fio\""), refused ? 4 : 0);
-        EXPECT_EQ(fio_tell(file.get()), refused ? position : position + 6);
-        EXPECT_EQ(fio_seek(file.get(), position, 0), 0);
-        EXPECT_EQ(fio_getdouble(file.get(), &d), 0);
-        EXPECT_EQ(fio_getlong(file.get(), &l), 0);
-        EXPECT_EQ(d, 0.1);
-        EXPECT_EQ(l, 2147483647);
-        EXPECT_EQ(fio_getstring(file.get(), 4, text), 0);
-        EXPECT_STREQ(text, "ok");
-        EXPECT_EQ(fio_length(file.get()), content.size());
+        const std::tuple<double, int32_t, std::string> records[] = {{-1234.5678, -19088744, "M12 "},
+                                                                    {0.1, 2147483647, "ok"}};
+        for (const auto &[real, whole, text] : records) {
+            double d = 0;
+            int32_t l = 0;
+            char characters[5] = "";
+            EXPECT_EQ(fio_getdouble(file.get(), &d) + fio_getlong(file.get(), &l), 0);
+            EXPECT_EQ(fio_getstring(file.get(), 4, characters), 0);
+            EXPECT_TRUE(d == real && l == whole && characters == text) << d << l << characters;
+            if (whole > 0) break;
+            const int32_t position = fio_tell(file.get());
+            float f = 7;
+            int16_t h = 7;
+            EXPECT_EQ(fio_getfloat(file.get(), &f) + fio_getshort(file.get(), &h), refused ? -2 : 0);
+            EXPECT_EQ(fio_putfloat(file.get(), f) + fio_putshort(file.get(), h), -2);
+            EXPECT_EQ(count_in_log("  HPUX/AIX - not yet implemented!"), refused ? 4 : 0);
+            EXPECT_EQ(count_in_log("\"Fio\""), refused ? 4 : 0);
+            EXPECT_EQ(fio_tell(file.get()), refused ? position : position + 6);
+            EXPECT_EQ(fio_seek(file.get(), position, 0), 0);
+        }
     }
 }
 
@@ -136,6 +111,10 @@ TEST(Values, StringFields) {
         file.reset();
         EXPECT_EQ(written_content(), each.field) << each.width;
     }
+    // Nothing to write is no write, which a handle for reading refuses.
+    const File file = open_file("t.dat", FIO_READ);
+    EXPECT_EQ(fio_putstring(file.get(), "", 0), 0);
+    EXPECT_EQ(fio_putstring(file.get(), "", 1), -1);
 }
 
 TEST(Values, Blocks) {
