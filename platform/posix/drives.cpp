@@ -42,30 +42,6 @@ bool make_directories(const char *host) {
     return true;
 }
 
-// Appends the components of `path` to the host path, resolving "." and "..": nothing leads out of the
-// drive, whose root is the first `root` characters.
-bool append_components(std::string_view path, std::size_t root, PathBuilder &host) {
-    while (!path.empty()) {
-        if (is_separator(path.front())) {
-            path.remove_prefix(1);
-            continue;
-        }
-        std::size_t size = 0;
-        while (size < path.size() && !is_separator(path[size])) ++size;
-        const std::string_view component = path.substr(0, size);
-        path.remove_prefix(size);
-        if (component == ".") continue;
-        if (component == "..") {
-            std::size_t end = host.length();
-            while (end > root && host.text()[end - 1] != '/') --end;
-            host.cut(end > root ? end - 1 : root);
-            continue;
-        }
-        if (!host.append("/") || !host.append(component)) return false;
-    }
-    return true;
-}
-
 // Replaces the last component, which does not exist as it is, by the directory's entry that differs
 // from it in case only (the first in byte order, if there are several). False if there is none.
 bool match_last_component(PathBuilder &host, std::size_t start) {
@@ -102,6 +78,41 @@ void match_case(PathBuilder &host, std::size_t root) {
     }
 }
 
+// True if ".." behind this path of drive Z is for the system to resolve: behind a link to a directory it
+// leads to where that one is.
+bool leads_elsewhere(PathBuilder &host) {
+    match_case(host, 0);
+    const std::string_view path(host.text(), host.length());
+    struct stat status;
+    if (path.ends_with("/..")) return true;
+    return lstat(host.text(), &status) == 0 && S_ISLNK(status.st_mode) && stat(host.text(), &status) == 0 &&
+           S_ISDIR(status.st_mode);
+}
+
+// Appends the components of `path` to the host path, resolving "." and "..": nothing leads out of the
+// drive, whose root is the first `root` characters.
+bool append_components(char drive, std::string_view path, std::size_t root, PathBuilder &host) {
+    while (!path.empty()) {
+        if (is_separator(path.front())) {
+            path.remove_prefix(1);
+            continue;
+        }
+        std::size_t size = 0;
+        while (size < path.size() && !is_separator(path[size])) ++size;
+        const std::string_view component = path.substr(0, size);
+        path.remove_prefix(size);
+        if (component == ".") continue;
+        if (component == ".." && !(drive == kNativeDrive && leads_elsewhere(host))) {
+            std::size_t end = host.length();
+            while (end > root && host.text()[end - 1] != '/') --end;
+            host.cut(end > root ? end - 1 : root);
+            continue;
+        }
+        if (!host.append("/") || !host.append(component)) return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 bool map_path(const char *path, Purpose purpose, HostPath &host_path) {
@@ -117,9 +128,10 @@ bool map_path(const char *path, Purpose purpose, HostPath &host_path) {
     const bool relative = rest.empty() || !is_separator(rest.front());
     if (relative) {
         HostPath current;
-        if (!read_directory(drive, current) || !append_components(current.text, root, host)) return false;
+        if (!read_directory(drive, current) || !append_components(drive, current.text, root, host))
+            return false;
     }
-    if (!append_components(rest, root, host)) return false;
+    if (!append_components(drive, rest, root, host)) return false;
     if (host.length() == root) return host.append("/");
     match_case(host, root);
     return true;

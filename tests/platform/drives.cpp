@@ -25,6 +25,7 @@ TEST(Drives, PathsReachTheirFiles) {
     kvtest::write_file(kvtest::drive_c() / "Data/Press.ENV", "x");
     kvtest::write_file(kvtest::drive_c() / "Data/same", "x");
     kvtest::write_file(kvtest::drive_c() / "Data/SAME", "x");
+    fs::create_directory_symlink("Data/Sub", kvtest::drive_c() / "Lnk");
     std::string backslashes = c + "/Data/Press.ENV";
     for (char &character : backslashes) character = character == '/' ? '\\' : character;
     const struct {
@@ -46,6 +47,9 @@ TEST(Drives, PathsReachTheirFiles) {
         {c + "/Data/press.env", c + "/Data/Press.ENV"},
         {"z:" + c + "/Data/Press.ENV", c + "/Data/Press.ENV"},
         {backslashes, c + "/Data/Press.ENV"},
+        {"c:\\lnk\\..\\press.env", c + "/press.env"},
+        {c + "/lnk/../press.env", c + "/Lnk/../Press.ENV"},  // in the directory that Sub is in
+        {c + "/LNK/../../no/../data/sub/../new.Env", c + "/Lnk/../../Data/new.Env"},
         {"press.env", fs::current_path().string() + "/press.env"},
         {"z:press.env", fs::current_path().string() + "/press.env"},
         {"/", "/"},
