@@ -1,10 +1,12 @@
 // Opening and closing, with the identification header of binary files.
+#include <cerrno>
 #include <cstring>
 #include <optional>
 
 #include "kv/strings.h"
 
 #include "fio/handle.hpp"
+#include "fio/path_join.hpp"
 #include "memory/owned.hpp"
 
 namespace kv::fio {
@@ -15,7 +17,6 @@ namespace {
 
 using platform::StreamMode;
 
-constexpr std::size_t kPathSize = 256;
 constexpr std::size_t kWordSize = 8;
 constexpr char kIdentification[] = "1.1  @kv";
 constexpr char kIntel[] = "INTEL   ";
@@ -73,15 +74,18 @@ FIO *fio_open(const char *dir, const char *name, uint32_t flags) noexcept {
     using namespace kv::fio;
     const auto mode = stream_mode(flags);
     if (!mode) return nullptr;
-    char path[kPathSize];
-    fio_makepath(path, nullptr, dir, name);
+    Path path;
+    if (!path.join(nullptr, dir, name)) {
+        errno = ENAMETOOLONG;
+        return nullptr;
+    }
 
     // The handle comes first: opening may empty the file, which an exhausted heap must not do.
     kv::memory::Owned<FIO> handle = kv::memory::make_owned<FIO>();
     if (handle == nullptr) return nullptr;
-    const kv::platform::Stream stream = kv::platform::open_stream(path, *mode);
+    const kv::platform::Stream stream = kv::platform::open_stream(path.text, *mode);
     if (stream.file == nullptr) return nullptr;
-    const char *copy = str_alloc(path);
+    const char *copy = str_alloc(path.text);
     handle->fp = stream.file;
     handle->text = stream.text;
     handle->byteorder = FIO_INTEL;

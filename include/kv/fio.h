@@ -60,7 +60,8 @@ enum {
  *  @param flags  FIO_ flags
  *  @return the handle, at offset 16 behind a header and else at 0; the caller closes it with fio_close().
  *          NIL, without a report, for a wrong combination of flags, when the file cannot be opened or is
- *          a directory, and when the heap is exhausted */
+ *          a directory, when the path has more than 255 characters (errno is ENAMETOOLONG), and when the
+ *          heap is exhausted */
 KV_API FIO *fio_open(const char *dir, const char *name, uint32_t flags) KV_NOEXCEPT;
 
 /** Writes what is buffered, closes the file and frees the handle, also when that fails.

@@ -60,6 +60,21 @@ TEST_F(Ls, Lists) {
     EXPECT_NE(run({"ls", "--help"}).out.find("Usage: kv ls"), std::string::npos);
 }
 
+TEST_F(Ls, PathsThatAreTooLong) {
+    const std::string place = "d/" + std::string(100, '/') + "Sub/" + std::string(200, 'x');
+    for (const std::vector<std::string> &words :
+         std::vector<std::vector<std::string>>{{"ls", place},
+                                               {"ls", "d", place},
+                                               {"record", "dump", place, "d"},
+                                               {"record", "write", place, "d"}}) {
+        const Outcome outcome = run(words);
+        EXPECT_EQ(outcome.code, 3) << words[1];
+        EXPECT_NE(outcome.err.find("the path has more than 255 characters"), std::string::npos)
+            << outcome.err;
+    }
+    EXPECT_EQ(content("d/Sub/" + place.substr(106)), "");
+}
+
 }  // namespace
 
 }  // namespace kvtest

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "kv/fio.h"
+
 #include "platform/platform.hpp"
 #include "tools/kv/failure.hpp"
 
@@ -38,6 +40,14 @@ Unreadable why_unreadable(const std::string &file) {
     const bool read = probe.open(file.c_str()) && probe.read(&byte, 1) >= 0;
     const std::string reason = read ? "it has changed meanwhile" : failure_reason(file);
     return {(file.empty() ? "''" : file) + ": cannot be read: " + reason, probe.missing() && !file.empty()};
+}
+
+void require_path(const std::string &path, const std::string &name) {
+    char joined[256];
+    fio_makepath(joined, nullptr, path.c_str(), name.c_str());
+    if (joined[0] != '\0' || path.size() + name.size() == 0) return;
+    throw Failure{kFile,
+                  path + (name.empty() ? "" : ", " + name) + ": the path has more than 255 characters"};
 }
 
 Input::Input(const std::string &name) : name_(input_name(name)), buffer_(new char[kBuffer]) {

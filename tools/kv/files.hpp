@@ -24,6 +24,10 @@ struct Unreadable {
 };
 Unreadable why_unreadable(const std::string &file);
 
+/// Throws Failure (kFile) if the path, or that of the name in the directory, is longer than the library's
+/// functions on files take.
+void require_path(const std::string &path, const std::string &name = {});
+
 /// A file that is read from its beginning, or standard input.
 class Input {
   public:

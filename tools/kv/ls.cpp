@@ -11,6 +11,7 @@
 #include "kv/memory.h"
 
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
 #include "tools/kv/json.hpp"
 #include "tools/kv/subcommands.hpp"
 
@@ -82,6 +83,7 @@ int run_ls(std::string_view, const Arguments &arguments) {
     const std::vector<std::string> &operands = arguments.operands();
     std::string directory = operands.empty() ? "." : operands[0];
     std::string pattern = operands.size() < 2 ? "" : operands[1];
+    require_path(directory, pattern);
     if (operands.size() == 1 && fio_ispath(directory.c_str()) == 0) {
         pattern.swap(directory);  // the library takes a pattern with a directory before it
         char drive[3];

@@ -127,6 +127,7 @@ int run_dump(std::string_view command, const Arguments &arguments) {
     const std::string &file = arguments.operands()[0];
     const std::vector<Field> format = parse_format(command, arguments.operands()[1]);
     const bool json = arguments.has("--json");
+    require_path(file);
     const Handle handle =
         arguments.has("--no-header") ? open(file, FIO_READ) : open_with_header(file, format);
 

@@ -8,6 +8,7 @@
 
 #include "platform/platform.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
 #include "tools/kv/quoting.hpp"
 #include "tools/kv/record/action.hpp"
 #include "tools/kv/record/format.hpp"
@@ -110,6 +111,7 @@ void save(const std::string &file, const std::string &bytes, bool header) {
 int run_write(std::string_view command, const Arguments &arguments) {
     const std::vector<std::string> &operands = arguments.operands();
     const std::vector<Field> format = parse_format(command, operands[1]);
+    require_path(operands[0]);
     std::string bytes;
     if (operands.size() > 2) {
         read_operands(bytes, std::span(operands).subspan(2), format);
