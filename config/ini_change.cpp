@@ -52,16 +52,17 @@ std::int32_t change_all(const char *path, std::span<const INI_EDIT> edits, std::
     reached = 0;
     const bool writes = !edits.empty() && edits[0].operation == INI_EDIT_WRITE;
     std::int32_t status = INI_OK;
-    const std::int32_t saved = change_file(path, writes ? Old::may_be_missing : Old::needed,
-                                           [&](memory::String &bytes, memory::String &changed) {
-                                               changed.swap(bytes);
-                                               for (reached = 0; reached < edits.size(); ++reached) {
-                                                   bytes.swap(changed);
-                                                   status = rewrite(edits[reached], bytes, changed);
-                                                   if (status != INI_OK) return false;
-                                               }
-                                               return !edits.empty();
-                                           });
+    const std::int32_t saved =
+        change_file(path, writes ? Old::may_be_missing : Old::needed,
+                    [&](memory::String &bytes, memory::String &changed) {
+                        changed.swap(bytes);
+                        for (reached = 0; reached < edits.size(); ++reached) {
+                            bytes.swap(changed);
+                            status = rewrite(edits[reached], bytes, changed, LongLines::kept);
+                            if (status != INI_OK) return false;
+                        }
+                        return !edits.empty();
+                    });
     return status == INI_OK ? saved : status;
 }
 

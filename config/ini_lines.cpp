@@ -40,17 +40,21 @@ std::string_view without_blanks(std::string_view text) {
     return text.substr(start, text.find_last_not_of(' ') + 1 - start);
 }
 
+Line meaning(std::string_view line) {
+    const std::string_view whole = without_trailing_white(without_leading_white(line));
+    std::string_view text = before_zero(whole);
+    if (text.size() < whole.size()) text = without_trailing_white(text);
+    // A line that a zero byte makes empty is passed over like a comment, and kept like one.
+    if (text.empty() || text[0] == ';') return {LineKind::comment, text, whole};
+    if (text[0] == '[') return {LineKind::header, header_name(text), whole};
+    return {LineKind::entry, text, whole};
+}
+
 Line next_line(platform::TextLines &lines) {
     std::string_view line;
     while (lines.next(line)) {
-        const std::string_view whole = without_trailing_white(without_leading_white(line));
-        if (whole.empty()) continue;
-        std::string_view text = before_zero(whole);
-        if (text.size() < whole.size()) text = without_trailing_white(text);
-        // A line that a zero byte makes empty is passed over like a comment, and kept like one.
-        if (text.empty() || text[0] == ';') return {LineKind::comment, text, whole};
-        if (text[0] == '[') return {LineKind::header, header_name(text), whole};
-        return {LineKind::entry, text, whole};
+        const Line found = meaning(line);
+        if (!found.whole.empty()) return found;
     }
     return {};
 }

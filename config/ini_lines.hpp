@@ -9,7 +9,7 @@ namespace kv::config {
 
 enum class LineKind {
     end,      ///< no further line
-    comment,  ///< begins with ";"
+    comment,  ///< begins with ";", or is empty
     header,   ///< "[name]"
     entry     ///< anything else, with or without "="
 };
@@ -23,6 +23,8 @@ struct Line {
     std::string_view whole = {};
 };
 
+/// What a line means. An empty one is a comment without text.
+Line meaning(std::string_view line);
 /// The next line that is not empty.
 Line next_line(platform::TextLines &lines);
 /// The next header, or the end; what lies before it is skipped.

@@ -19,8 +19,11 @@ bool find_section(Rewriter &file, std::string_view name, FoundHeader found) {
         if (header.kind == LineKind::end) return false;
         const bool hit = header.text == name;
         if (hit && found == FoundHeader::left_out) return true;
-        file.separate_header();
-        if (!hit || found == FoundHeader::written) file.header(header.text);
+        if (hit && found == FoundHeader::replaced) {
+            file.separate_header();
+        } else {
+            file.pass_header(header);
+        }
         if (hit) return true;
     }
 }
@@ -48,11 +51,12 @@ std::int32_t write_entry(Rewriter &file, const INI_EDIT &edit) {
     }
     Entry entry;
     const Line line = file.find_entry(key, entry);
+    if (line.kind == LineKind::entry) file.drop_line();
     file.line_feed();
     file.pair(key, value);
     if (line.kind == LineKind::header) {
         file.blank_line();
-        file.header(line.text);
+        file.copy_header(line);
     }
     file.copy_rest();
     return INI_OK;
@@ -63,9 +67,10 @@ std::int32_t delete_entry(Rewriter &file, const INI_EDIT &edit) {
     if (is_named(section) && !find_section(file, section, FoundHeader::written)) return INI_NO_SECTION;
     Entry entry;
     const Line line = file.find_entry(text_of(edit.entry), entry);
+    if (line.kind == LineKind::entry) file.drop_line();
     if (line.kind == LineKind::header) {
         file.line_feed();
-        file.header(line.text);
+        file.copy_header(line);
     }
     file.copy_rest();
     return line.kind == LineKind::entry ? INI_OK : INI_NO_ENTRY;
@@ -78,7 +83,7 @@ std::int32_t delete_section(Rewriter &file, const INI_EDIT &edit) {
     const Line line = file.drop_section(!named);
     if (line.kind == LineKind::header) {
         file.blank_line();
-        file.header(line.text);
+        file.copy_header(line);
     }
     file.copy_rest();
     return INI_OK;
@@ -96,10 +101,9 @@ std::int32_t rename_section(Rewriter &file, const INI_EDIT &edit) {
         file.header(new_name);
         if (line.kind == LineKind::header) {
             file.blank_line();
-            file.header(line.text);
+            file.copy_header(line);
         } else if (line.kind == LineKind::entry) {
-            file.line_feed();
-            file.write(line.whole);
+            file.copy_line(line);
         }
     }
     file.copy_rest();
@@ -115,10 +119,10 @@ std::int32_t rename_entry(Rewriter &file, const INI_EDIT &edit) {
     const Line line = file.find_entry(text_of(edit.entry), entry);
     if (line.kind == LineKind::entry) {
         file.line_feed();
-        file.pair(name_of(edit.text), entry.whole);
+        file.copy_value(name_of(edit.text), entry);
     } else if (line.kind == LineKind::header) {
         file.blank_line();
-        file.header(line.text);
+        file.copy_header(line);
     }
     file.copy_rest();
     return line.kind == LineKind::entry ? INI_OK : INI_NO_ENTRY;
@@ -148,10 +152,11 @@ std::int32_t check(const INI_EDIT &edit) {
     return renames && name_of(edit.text).empty() ? INI_BAD_NAME : INI_OK;
 }
 
-std::int32_t rewrite(const INI_EDIT &edit, std::string_view bytes, memory::String &changed) {
+std::int32_t rewrite(const INI_EDIT &edit, std::string_view bytes, memory::String &changed,
+                     LongLines long_lines) {
     const std::int32_t checked = check(edit);
     if (checked != INI_OK) return checked;
-    Rewriter file(bytes);
+    Rewriter file(bytes, long_lines);
     const std::int32_t status = change(file, edit);
     changed = file.finish();
     return status;

@@ -132,6 +132,33 @@ bool has_long_lines(const Case &c) {
     return std::any_of(lines.begin(), lines.end(), [](const std::string &l) { return l.size() > 400; });
 }
 
+// The lines that the library reads in pieces.
+std::vector<std::string> long_lines(std::string_view bytes) {
+    std::vector<std::string> lines;
+    const std::string_view text = kv::platform::before_ctrl_z(bytes);
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t feed = std::min(text.find('\n', start), text.size());
+        std::string line(text.substr(start, feed - start));
+        if (feed < text.size() && !line.empty() && line.back() == '\r') line.pop_back();
+        if (line.size() >= 511) lines.push_back(line);
+        start = feed + 1;
+    }
+    return lines;
+}
+
+// Where such lines are kept, nothing else changes, and all of them come out where the change is elsewhere.
+void check_long_lines(const Case &c, const Model &before, const kv::memory::String &in_pieces) {
+    kv::memory::String kept(c.bytes.begin(), c.bytes.end());
+    kv::config::rewrite(c.edit(), c.bytes, kept, kv::config::LongLines::kept);
+    const std::vector<std::string> lines = long_lines(c.bytes);
+    if (lines.empty()) KV_REQUIRE(kept == in_pieces);
+    if (kvfuzz::find_section(before, searched(c)) < before.size()) return;
+    std::vector<std::string> now = long_lines(kept);
+    if (c.operation == INI_EDIT_WRITE && now.size() > lines.size())
+        now.resize(lines.size());  // the new one
+    KV_REQUIRE(now == lines);
+}
+
 int32_t change_file(const Case &c) {
     const std::string file = kvfuzz::file_path();
     const char *path = file.c_str();
@@ -169,6 +196,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const int32_t status = kv::config::rewrite(c.edit(), c.bytes, changed);
     const std::string after(changed.begin(), changed.end());
     Model model = kvfuzz::parse(c.bytes);
+    check_long_lines(c, model, changed);
     KV_REQUIRE(status == apply_edit(c, model));
     if (is_readable(c) && !has_long_lines(c)) KV_REQUIRE(same(kvfuzz::parse(after), model));
     if (status != INI_BAD_NAME) {

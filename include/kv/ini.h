@@ -229,6 +229,10 @@ typedef struct INI_EDIT {
 /** Makes several edits one after the other and saves the file once: all of them or none. An addition of
  *  this library's own.
  *
+ *  Other than with the edits' functions, a line of more than 511 characters stays byte for byte, as long as
+ *  what is read in its place is not what changes; of an entry that is set or deleted all of the line goes,
+ *  and of one that is renamed all of the value stays.
+ *
  *  @param path     the file; NIL or "" means the main configuration file. It need not exist if the first
  *                  edit writes an entry.
  *  @param edits    count edits

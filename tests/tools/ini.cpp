@@ -61,7 +61,7 @@ TEST_F(IniProgram, Reads) {
 
 TEST_F(IniProgram, Changes) {
     expect_file({"set", "Beep", "Tick", "1,0"}, 0, "");
-    expect_file({"delete", "Pfade", "L\xE4nge"}, 0, "");
+    expect_file({"delete", "Pfade", "L\xE4nge"}, 0, "", "t.ini: line 6 is no entry and was left out: bad");
     expect_file({"rename", "", "a", "b"}, 0, "");
     expect_file({"rename", "Pfade", "Paths"}, 0, "");
     EXPECT_EQ(content("t.ini"),
@@ -69,6 +69,26 @@ TEST_F(IniProgram, Changes) {
     expect_file({"delete", "Paths"}, 0, "");
     expect_file({"edit", "-e", "set S k 'two words'", "-e", "rename S k j", "-e", "delete Beep"}, 0, "");
     EXPECT_EQ(content("t.ini"), "; top\r\nb=1\r\n\r\n[S]\r\nj=two words\r\n");
+}
+
+// Other programs read such a line whole. The library reads pieces of 511 characters.
+TEST_F(IniProgram, LongLines) {
+    const std::string other = "  " + std::string(2000, 'x') + "=1 ",
+                      comment = ";" + std::string(600, ' ') + ";";
+    const std::string in_piece = "a=" + std::string(509, 'v') + "b=2";
+    write("t.ini", other + "\r\n[S] c\r\n" + comment + "\r\n" + in_piece + "\r\nno\r\n");
+    expect_file({"set", "S", "k", "1"}, 0, "",
+                "t.ini: line 2 lost what stood behind its name: c\nt.ini: line 5 is no entry and was left "
+                "out: no\n");
+    EXPECT_EQ(content("t.ini"), other + "\r\n\r\n[S]\r\n" + comment + "\r\n" + in_piece + "\r\nk=1\r\n");
+    expect_file({"edit", "-e", "rename S T", "-e", "set T b 3"}, 0, "",
+                "line 5 has more than 511 characters and was cut\n");
+    EXPECT_EQ(content("t.ini"), other + "\r\n\r\n[T]\r\n" + comment + "\r\n" + in_piece.substr(0, 511) +
+                                    "\r\nb=3\r\nk=1\r\n");
+    expect_file({"get", "T", "b"}, 0, "3\n");
+    expect_file({"delete", "T", "a"}, 0, "");
+    expect_file({"delete", ""}, 0, "");
+    EXPECT_EQ(content("t.ini"), "[T]\r\n" + comment + "\r\nb=3\r\nk=1\r\n");
 }
 
 TEST_F(IniProgram, FailedEditsSaveNothing) {

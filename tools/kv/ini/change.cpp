@@ -1,9 +1,11 @@
 // `kv ini set`, `delete`, `rename` and `edit`: changes of a file, all of a call or none.
 #include <filesystem>
+#include <iostream>
 
 #include "tools/kv/env/edits.hpp"
 #include "tools/kv/failure.hpp"
 #include "tools/kv/ini/action.hpp"
+#include "tools/kv/ini/losses.hpp"
 
 namespace kvtool {
 
@@ -104,9 +106,14 @@ int change_file(const Arguments &arguments, const std::vector<Edit> &edits, bool
     std::error_code ignored;
     const bool create = arguments.has("--create") && !std::filesystem::exists(file, ignored);
     if (!create) require_readable(file);
+    const std::string before = ini_text(file);
     int32_t reached = 0;
     const int32_t status = ini_edit(file.c_str(), all.data(), static_cast<int32_t>(all.size()), &reached);
-    if (status == INI_OK) return kDone;
+    if (status == INI_OK) {
+        for (const std::string &loss : losses(before, ini_text(file), edits))
+            std::cerr << file << ": " << loss << '\n';
+        return kDone;
+    }
     const auto failed = static_cast<std::size_t>(reached);
     if (failed < edits.size() && status > INI_OK) {
         const Edit &edit = edits[failed];
@@ -145,8 +152,10 @@ const Action kIniSet = {
     "SECTION KEY VALUE",
     "set an entry to a value",
     R"(Sets an entry, which is added at the end of its section, and the section at the end of the file,
-where there is none. Comments stay. Lines of the section up to the entry come out as KEY=VALUE,
-and its lines that are no entries are left out; see 'kv ini list' for what the library reads.
+where there is none. Comments stay, and so do lines of more than 511 characters, which the library
+reads as several, byte for byte. The other lines of the section up to the entry come out as
+KEY=VALUE; those that are no entries are left out, which is said on standard error, as is what else
+has to be cut. See 'kv ini list' for what the library reads.
 
 Refused, with exit code 2, is what a file cannot hold: what has a line end or a Ctrl-Z (26); a
 value with blanks at its end; a key with "=", or that begins with ";" or "["; a section's name
