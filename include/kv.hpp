@@ -596,18 +596,34 @@ class scanner {
     std::unique_ptr<SCANNER, detail::call<scan_close>> handle_;
 };
 
-/// The value of an expression, or the code of its error; calc_error() tells the place.
-inline result<double> calculate(const text &expression) {
+/// The value of an expression, or its error: code(), and what else calc_error() says of it.
+class calculation : public result<double> {
+  public:
+    calculation(result<double> outcome, std::int32_t line, std::int32_t column, std::string message)
+        : result(std::move(outcome)), line_(line), column_(column), message_(std::move(message)) {}
+
+    // Of an error: the token where the evaluation stopped, counted from 0, and the text for its code.
+    std::int32_t line() const noexcept { return line_; }
+    std::int32_t column() const noexcept { return column_; }
+    const std::string &message() const noexcept { return message_; }
+
+  private:
+    std::int32_t line_;
+    std::int32_t column_;
+    std::string message_;
+};
+
+inline calculation calculate(const text &expression) {
     double value = 0;
     char ok = 0;
     calc_expression(expression.c_str(), &value, &ok);
-    if (ok != 0) return result<double>::of(value);
+    if (ok != 0) return {calculation::of(value), 0, 0, {}};
     std::int32_t code = 0;
     std::int32_t line = 0;
     std::int32_t column = 0;
-    char message[101];
+    char message[101] = "";
     calc_error(&code, &line, &column, message);
-    return result<double>::failed(code);
+    return {calculation::failed(code), line, column, message};
 }
 
 }  // namespace kv

@@ -199,7 +199,13 @@ TEST(Scanner, TwoAtTheSameTime) {
 
 TEST(Expressions, ValueOrError) {
     EXPECT_EQ(*kv::calculate("2*SIN(30)+4"), 5);
-    EXPECT_EQ(kv::calculate("1/0").code(), CALC_DIVISION_BY_ZERO);
+    const kv::calculation failed = kv::calculate("1+\n (2");
+    kv::calculate("1");  // the error stays that of its own expression
+    EXPECT_FALSE(failed);
+    EXPECT_EQ(failed.code(), CALC_UNCLOSED);
+    EXPECT_EQ(failed.line(), 1);
+    EXPECT_EQ(failed.column(), 3);
+    EXPECT_EQ(failed.message(), "Error in expression");
 }
 
 TEST(Trace, NamesTheFunctionInReports) {
