@@ -64,12 +64,12 @@ bool Search::look(int place, const char *directory, const char *filename, Path &
 
 bool Search::look_in_current(const char *filename, Path &found) {
     char directory[kPathSize] = "";
-    // Below the root nothing of the current directory belongs into the path but its drive.
+    // Below the root nothing of the current directory belongs into the path but its drive or share.
     if (is_rooted(filename)) {
-        if (fio_gethostname(directory, kPathSize) != 0) directory[0] = '\0';
-    } else if (fio_getcwd(directory, kPathSize) == nullptr) {
-        directory[0] = '\0';
+        fio_make_fullpath(directory, nullptr, nullptr, filename);
+        return look(KV_PLACE_CURRENT, nullptr, directory, found);
     }
+    if (fio_getcwd(directory, kPathSize) == nullptr) directory[0] = '\0';
     return look(KV_PLACE_CURRENT, directory, filename, found);
 }
 

@@ -35,8 +35,9 @@ char *fio_getcwd(char *buf, int32_t size) noexcept {
 }
 
 int32_t fio_gethostname(char *buf, int32_t size) noexcept {
-    if (buf == nullptr || size < 3) return -1;
-    buf[0] = platform::current_drive();
+    const char drive = platform::current_drive();
+    if (buf == nullptr || size < 3 || drive == '\0') return -1;
+    buf[0] = drive;
     buf[1] = ':';
     buf[2] = '\0';
     return 0;

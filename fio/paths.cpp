@@ -28,16 +28,15 @@ void cut_final_separator(char *path) {
 bool make_full(Path &path) {
     const Pieces pieces = split(path.text);
     const char drive = pieces.drive.empty() ? platform::current_drive() : pieces.drive[0];
+    const bool rooted = !pieces.directory.empty() && is_separator(pieces.directory.front());
     PathJoiner joiner;
     joiner.prepend(std::string_view(path.text).substr(pieces.drive.size()));
-    if (!pieces.directory.empty() && is_separator(pieces.directory.front())) {
-        const char designation[] = {drive, ':'};
-        joiner.put_in_front({designation, sizeof designation});
-    } else {
-        char current[kPathSize];
+    char current[kPathSize] = {drive, ':'};
+    if (!rooted || drive == '\0') {
         if (!platform::current_directory(drive_letter(drive), current, sizeof current)) return false;
-        joiner.put_in_front(current);
+        if (rooted) current[platform::share_length(current)] = '\0';
     }
+    if (platform::share_length(path.text) == 0) joiner.put_in_front(current);
     if (!joiner.finish(path.text)) return false;
     cut_final_separator(path.text);
     return true;

@@ -288,17 +288,22 @@ ShellResult shell_operation(const ShellOperation &operation);
 
 // ---- Drives and current directories. A drive is a capital letter; other characters are no drive.
 
+/// '\0' if the current directory is on no drive but on a share, "\\server\share\work".
 char current_drive();
 /// True if the drive could be made the current one.
 bool drive_exists(char drive);
 /// False if there is no such drive; the current one stays.
 bool set_current_drive(char drive);
-/// Writes the current directory of a drive, "C:\work", or "C:\" at its root. False, with the buffer as it
-/// was, if there is no such drive or the text and its terminator do not fit.
+/// Writes the current directory of a drive, "C:\work", or "C:\" at its root; with '\0' for the drive, the
+/// current directory on a share. False, with the buffer as it was, if there is no such drive or the text
+/// and its terminator do not fit.
 bool current_directory(char drive, char *buffer, std::size_t size);
 /// Makes a directory the current one of its drive, and the drive the current one. False if that fails;
 /// nothing has changed then.
 bool change_directory(const char *path);
+/// The characters of "\\server\share" at the beginning of a path, which stand in place of a drive; 0 if it
+/// does not begin so, or the system knows no shares.
+std::size_t share_length(const char *path);
 
 // ---- Streams of the C library
 

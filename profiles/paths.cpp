@@ -9,6 +9,7 @@
 #include "kv/profiles.h"
 #include "kv/strings.h"
 
+#include "platform/platform.hpp"
 #include "profiles/state.hpp"
 
 namespace kv::profiles {
@@ -24,12 +25,9 @@ void read_setting(const char *entry, char (&directory)[kPathSize]) {
     if (ini_read_string(nullptr, "System", entry, directory, &size) != INI_OK) directory[0] = '\0';
 }
 
-void cut_after(char *text, char mark) {
-    if (char *found = std::strchr(text, mark); found != nullptr) found[1] = '\0';
-}
-
 void cut_last_component(char *path) {
-    if (char *last = std::strrchr(path, '\\'); last != nullptr) *last = '\0';
+    char *rest = path + platform::share_length(path);
+    if (char *last = std::strrchr(rest, '\\'); last != nullptr) *last = '\0';
 }
 
 // What is left of a path that begins with a point, when the points that lead it have been applied to the
@@ -76,8 +74,7 @@ void normalize(char (&path)[kPathSize]) {
         if (fio_getcwd(base, kPathSize) == nullptr) base[0] = '\0';
         rest = apply_points(path, base);
     } else if (path[0] == '\\') {
-        if (fio_getcwd(base, kPathSize) == nullptr) base[0] = '\0';
-        cut_after(base, ':');
+        fio_make_fullpath(path, nullptr, nullptr, path);
     }
     if (std::string_view(base).ends_with(':')) str_cat(base, "\\");
     fio_makepath(path, base, rest, "");

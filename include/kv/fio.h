@@ -220,7 +220,8 @@ KV_API void fio_divide(const char *path, char *drive, char *dir, char *name) KV_
 
 /** Joins three parts as fio_makepath() and makes the path absolute: one without a drive gets the current
  *  drive, a relative one the current directory of its drive. "." and ".." stay as they are; a separator
- *  at the end is removed, except that of a root.
+ *  at the end is removed, except that of a root. On Windows a share, "\\server\share", stands in place of a
+ *  drive where the current directory or the path is on one.
  *
  *  @param out  256 bytes; the empty text when the path is too long or relative on a drive that is not
  *              there
@@ -266,7 +267,7 @@ KV_API int32_t fio_ispath(const char *name) KV_NOEXCEPT;
  *              has more than 255 characters; nothing has changed */
 KV_API int32_t fio_chdir(const char *dir) KV_NOEXCEPT;
 
-/** Reads the current directory, with its drive.
+/** Reads the current directory, with its drive or, on Windows, its share ("\\server\share\work").
  *
  *  @param size  bytes of buf
  *  @return buf; NIL, with buf as it was, when the text does not fit or cannot be read */
@@ -276,7 +277,8 @@ KV_API char *fio_getcwd(char *buf, int32_t size) KV_NOEXCEPT;
  *
  *  @param size  bytes of buf
  *  @retval 0   done
- *  @retval -1  the size is less than 3; buf is as it was */
+ *  @retval -1  the size is less than 3, or the current directory is on no drive but on a share; buf is as
+ * it was */
 KV_API int32_t fio_gethostname(char *buf, int32_t size) KV_NOEXCEPT;
 
 /** Changes the current drive.

@@ -80,6 +80,10 @@ char current_drive() {
     return state.current;
 }
 
+std::size_t share_length(const char *) {
+    return 0;
+}
+
 bool drive_exists(char drive) {
     posix::HostPath host;
     posix::PathBuilder root(host);

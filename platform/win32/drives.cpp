@@ -68,15 +68,25 @@ bool set_current_drive(char drive) {
 }
 
 bool current_directory(char drive, char *buffer, std::size_t size) {
-    if (!drive_exists(drive)) return false;
+    const bool shared = drive == '\0' && current_drive() == '\0';
+    if (!shared && !drive_exists(drive)) return false;
     const char here[] = {drive, ':', '.', '\0'};
     win32::FullPath directory;
-    if (!win32::full_path(here, directory)) return false;
+    if (!win32::full_path(shared ? "." : here, directory)) return false;
     const std::size_t length = std::strlen(directory.text);
     if (length + 1 > size) return false;
     std::memcpy(buffer, directory.text, length + 1);
-    buffer[0] = drive;
+    if (!shared) buffer[0] = drive;
     return true;
+}
+
+std::size_t share_length(const char *path) {
+    constexpr char kSeparators[] = "\\/";
+    if (std::strspn(path, kSeparators) != 2) return 0;
+    const std::size_t server = 2 + std::strcspn(path + 2, kSeparators);
+    if (server == 2 || path[server] == '\0') return 0;
+    const std::size_t share = std::strcspn(path + server + 1, kSeparators);
+    return share > 0 ? server + 1 + share : 0;
 }
 
 bool change_directory(const char *path) {

@@ -170,4 +170,47 @@ TEST(OnWindows, DrivesAreThoseOfTheSystem) {
     EXPECT_EQ(fio_chdir("c:\\"), 0);
 }
 
+// The share is drive M, or whatever has that name.
+TEST(OnWindows, TheCurrentDirectoryOnAShare) {
+    const std::string share = "\\\\localhost\\m";
+    const std::filesystem::path work = use_drive_m() / "work";
+    std::filesystem::create_directories(work / "sub");
+    write_file(work / "x.ini", "[S]\r\na=7\r\n");
+    write_file(work / "x.pro", "Typ\tName\tA\nx\tone\t1\n");
+    ASSERT_EQ(fio_chdir((share + "\\work\\sub").c_str()), 0);
+    ASSERT_EQ(fio_chdir(".."), 0);
+    char text[256] = "#";
+    EXPECT_STREQ(fio_getcwd(text, sizeof text), (share + "\\work").c_str());
+    EXPECT_EQ(fio_gethostname(text, sizeof text), -1);
+    EXPECT_STREQ(fio_get_host_cwd(nullptr, text, sizeof text), (share + "\\work").c_str());
+    const struct {
+        const char *path;
+        std::string full;
+    } paths[] = {
+        {"x.ini", share + "\\work\\x.ini"},
+        {"\\x.ini", share + "\\x.ini"},
+        {"\\\\a\\b\\x.ini", "\\\\a\\b\\x.ini"},
+        {"c:\\x.ini", "c:\\x.ini"},
+    };
+    for (const auto &[path, full] : paths) {
+        EXPECT_STREQ(fio_make_fullpath(text, nullptr, nullptr, path), full.c_str());
+    }
+    for (const char *name : {"x.ini", "\\work\\x.ini"}) {
+        EXPECT_EQ(kv_suche_datei(nullptr, nullptr, name, text), 0) << name;
+        EXPECT_STREQ(text, (share + "\\work\\x.ini").c_str());
+    }
+    MINI *cache = mini_open(nullptr, "x.ini", MINI_READONLY);
+    int32_t value = 0;
+    EXPECT_EQ(mini_read_long(cache, "S", "a", &value), INI_OK);
+    EXPECT_EQ(value, 7);
+    mini_close(&cache);
+    for (const char *name : {".\\x", "..\\..\\work\\x", "\\work\\x"}) {
+        PROFIL *table = profil_open(name, nullptr, nullptr);
+        EXPECT_NE(table, nullptr) << name;
+        if (table != nullptr) profil_close(table);
+    }
+    EXPECT_EQ(fio_sethostname("c"), 0);
+    EXPECT_STREQ(fio_getcwd(text, sizeof text), "C:\\");
+}
+
 }  // namespace
