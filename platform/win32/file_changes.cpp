@@ -12,7 +12,7 @@ bool rename_file(const char *from, const char *to) {
     win32::FullPath old_path;
     win32::FullPath new_path;
     const bool known = win32::full_path(from, old_path) && win32::full_path(to, new_path);
-    if (known && lstrcmpiA(old_path.text, new_path.text) == 0 &&
+    if (known && win32::same_path(old_path.text, new_path.text) &&
         std::strcmp(old_path.text, new_path.text) != 0) {
         // Not every version takes a name that changes its case only for a new one.
         win32::FullPath between;

@@ -27,6 +27,13 @@ const char *last_component(const char *path) {
     return name;
 }
 
+bool same_path(const char *a, const char *b) {
+    WidePath wide_a;
+    WidePath wide_b;
+    if (!widen(a, wide_a) || !widen(b, wide_b)) return std::strcmp(a, b) == 0;
+    return CompareStringOrdinal(wide_a.text, -1, wide_b.text, -1, TRUE) == CSTR_EQUAL;
+}
+
 std::uint64_t hash(const char *text) {
     constexpr std::uint64_t kStart = 14695981039346656037U;
     constexpr std::uint64_t kPrime = 1099511628211U;

@@ -29,6 +29,10 @@ bool widen(const char *path, WidePath &wide);
 /// The last component of a path.
 const char *last_component(const char *path);
 
+/// True if the system takes two paths, as they are written, for one: it compares character by character,
+/// without regard to case, and knows no other likeness ("\xDF" and "ss").
+bool same_path(const char *a, const char *b);
+
 /// A number that stands for a text (FNV-1a).
 std::uint64_t hash(const char *text);
 

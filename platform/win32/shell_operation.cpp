@@ -48,7 +48,7 @@ String child_of(const String &directory, const char *name) {
 }
 
 bool same_path(const String &a, const String &b) {
-    return lstrcmpiA(a.c_str(), b.c_str()) == 0;
+    return win32::same_path(a.c_str(), b.c_str());
 }
 
 bool lies_in(const String &path, const String &directory) {
