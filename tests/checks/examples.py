@@ -42,6 +42,7 @@ def strokes(name, order):
 
 
 work = tempfile.mkdtemp()
+os.environ["HOME"] = work
 os.environ["KV_DRIVE_C"] = os.path.join(work, "drive_c")
 os.chdir(work)
 for name in ("press.env", "site.env", "press2.rec", "press4.rec", "crane.env"):

@@ -5,8 +5,8 @@
 
 namespace kvtest {
 
-/// A drive C that belongs to this process, so that tests can run side by side, and somebody who answers
-/// message boxes.
+/// A drive C that belongs to this process, so that tests can run side by side, and on POSIX a home; on
+/// Windows somebody who answers message boxes.
 class Host {
   public:
     Host();
@@ -19,6 +19,7 @@ class Host {
 
   private:
     std::filesystem::path root_;
+    std::filesystem::path home_;
 };
 
 /// The system's number of this process.

@@ -12,18 +12,33 @@
 
 namespace kvtest {
 
-Host::Host() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "kv-test-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) {
-        perror("mkdtemp");
-        return;
+namespace {
+
+std::filesystem::path new_directory(const char *name) {
+    std::string pattern = (std::filesystem::temp_directory_path() / name).string();
+    if (mkdtemp(pattern.data()) != nullptr) return pattern;
+    perror("mkdtemp");
+    return {};
+}
+
+}  // namespace
+
+// The home is one of the test's own, too: what is deleted goes to the trash there, and no setting of the
+// user counts.
+Host::Host() : root_(new_directory("kv-test-XXXXXX")), home_(new_directory("kv-home-XXXXXX")) {
+    if (home_.empty()) root_.clear();
+    setenv("KV_DRIVE_C", root_.c_str(), 1);
+    setenv("HOME", home_.c_str(), 1);
+    for (const char *name :
+         {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "XDG_CONFIG_DIRS"}) {
+        unsetenv(name);
     }
-    root_ = pattern;
-    setenv("KV_DRIVE_C", pattern.c_str(), 1);
 }
 
 Host::~Host() {
-    if (!root_.empty()) std::filesystem::remove_all(root_);
+    for (const std::filesystem::path &directory : {root_, home_}) {
+        if (!directory.empty()) std::filesystem::remove_all(directory);
+    }
 }
 
 unsigned long process_number() {
