@@ -17,3 +17,5 @@ if(CMAKE_UNITY_BUILD)
   # The types of a source, which is included then, are taken for those of a header.
   target_compile_options(kv_objects PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endif()
+# The sources of what comes behind it share more names.
+set(CMAKE_UNITY_BUILD OFF)
