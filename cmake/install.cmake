@@ -49,10 +49,8 @@ if(WIN32)
   install(FILES cmake/kv.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 endif()
 
-# One package brings everything: the library is small beside its documentation, and who installs it by hand has one file to
-# install.
+# For Windows an archive, which brings everything; for other systems the same, where debian/ does not serve.
 set(CPACK_PACKAGE_VENDOR "The kv developers")
-set(CPACK_PACKAGE_CONTACT "The kv developers <kv@example.org>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "general-purpose utility library for engineering applications")
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_VERBATIM_VARIABLES ON)
@@ -60,16 +58,6 @@ set(CPACK_STRIP_FILES ON)
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
 else()
-  set(CPACK_GENERATOR DEB)
-  set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-  set(CPACK_DEBIAN_PACKAGE_SECTION libs)
-  set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-      "Environment files with defaults, INI files, portable binary records, an expression calculator, a scanner, tables of cross-section profiles, containers, error reports: behind a flat C interface, with the program kv.")
-  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-  set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-  # What packages of applications have to depend on. The system learns of the library from scripts that CPack adds.
-  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+  set(CPACK_GENERATOR TGZ)
 endif()
 include(CPack)
