@@ -17,10 +17,8 @@ class Calc : public ProgramTest {
 };
 
 TEST_F(Calc, Values) {
-    expect_run({"calc", "2*SIN(30)+MAX(1,4,2)", "1/3", "2^0.5 > 1 ? 10 : 20"}, 0,
-               "5\n0.3333333333333333\n10\n", "");
-    expect_run({"calc", "500*2000", "1e15", "1e16", "1e-5", "9e-6"}, 0,
-               "1000000\n1000000000000000\n1e+16\n0.00001\n9e-06\n", "");
+    expect_run({"calc", "1/3", "500*2000", "1e15", "1e16", "1e-5", "9e-6"}, 0,
+               "0.3333333333333333\n1000000\n1000000000000000\n1e+16\n0.00001\n9e-06\n", "");
     expect_run({"calc", "--places", "2", "4.35", "0.125", "-0.125", "-0.001", "5", "1e15", "2e15"}, 0,
                "4.35\n0.13\n-0.12\n0.00\n5.00\n1000000000000000.00\n2e+15\n", "");
     expect_run({"calc", "--places", "20", "0.1", "1/3"}, 0,
@@ -47,11 +45,9 @@ TEST_F(Calc, NamesAndFiles) {
                0, "1\n0\n1000000\n", "");
     const Outcome outcome = run({"calc", "--echo"}, {.input = path("sheet").string()});
     EXPECT_EQ(outcome.err.substr(0, 61), "kv calc: line 2: there is no file to ask; name one with --env");
-    for (const char *option : {"--file", "--env", "--ini", "--section", "--places", "--unknown"})
-        EXPECT_EQ(run({"calc", option, "", "1"}).code, 2) << option;
+    for (const char *option : {"--file=", "--env=", "--ini=", "--section=", "--places=x", "--unknown", ";"})
+        EXPECT_EQ(run({"calc", option, "1"}).code, 2) << option;
     EXPECT_EQ(run({"calc", "--env", "all.env", "{a@c}"}).code, 2);
-    EXPECT_EQ(run({"calc", "--places", "x", "1"}).code, 2);
-    EXPECT_EQ(run({"calc", "1", " ; nothing"}).code, 2);
     EXPECT_EQ(run({"calc", "--file", "none"}).code, 3);
     EXPECT_EQ(run({"calc", "--ini", "none", "{ini:S/k}"}).code, 3);
 }
@@ -75,7 +71,6 @@ TEST_F(Calc, ShowsThePlaceOfAnError) {
         {"2*3e+a", "the exponent has no digit\n  2*3e+a\n     ^\n"},
         {"a+{x\n}", "} is missing\n  a+{x\n    ^\n"},
         {"{ini:S/t}", "[S] t is no number\n  {ini:S/t}\n  ^\n"},
-        {"{ini:S/u}", "there is no [S] u\n  {ini:S/u}\n  ^\n"},
         {"{a}", "[m] a is a block, not a number\n  {a}\n  ^\n"},
         {many, "an operand or an operator was expected (error 1)\n  " + std::string(60, '(') + "\n  " +
                    std::string(60, ' ') + "^\n"},

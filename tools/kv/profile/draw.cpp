@@ -1,6 +1,5 @@
 // The action draw: a cross-section as a picture.
 #include "tools/kv/failure.hpp"
-#include "tools/kv/output.hpp"
 #include "tools/kv/profile/action.hpp"
 #include "tools/kv/profile/sections.hpp"
 
@@ -14,14 +13,12 @@ int run_draw(std::string_view command, const Arguments &arguments) {
     std::vector<TableFile> tables = open_tables(family, arguments);
     const TableEntry entry = get_entry(
         command, tables, name, [](const TableFile &) { return kDrawnColumns; }, Units::table);
-    const auto hpgl = [](double, double) { return hpgl_pen(); };
-    save_file(arguments.value("--output", "-"),
-              draw({page_of(command, entry)}, arguments.has("--hpgl") ? +hpgl : svg_pen));
+    write_drawing({page_of(command, entry)}, arguments);
     return kDone;
 }
 
 constexpr Option kOptions[] = {
-    {"--hpgl", "", "a plot file in HP-GL instead of an SVG picture"},
+    kHpglOption,
     kOutputOption,
 };
 

@@ -70,6 +70,20 @@ void print_entries(const TableFamily &family, const std::vector<TableEntry> &ent
     print_aligned(rows, several_tables ? 2 : 1);
 }
 
+void print_side_by_side(const TableFamily &family, const std::vector<TableEntry> &entries,
+                        const std::vector<std::string> &columns, Units units) {
+    std::vector<Row> rows = {{"", ""}};
+    for (const TableEntry &entry : entries) rows.front().push_back(entry.name);
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const auto has = [&](const TableEntry &entry) { return entry.values[i].has_value(); };
+        if (std::none_of(entries.begin(), entries.end(), has)) continue;
+        Row row = {columns[i], unit_of(family, columns[i], units)};
+        for (const TableEntry &entry : entries) row.push_back(text_of_value(entry.values[i]));
+        rows.push_back(std::move(row));
+    }
+    print_aligned(rows, 2);
+}
+
 void print_entries_json(const std::vector<TableEntry> &entries, const std::vector<std::string> &columns) {
     const char *separator = "[\n";
     for (const TableEntry &entry : entries) {

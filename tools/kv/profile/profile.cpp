@@ -18,7 +18,8 @@ constexpr TableFamily kMats = {
     "kg/m2",
     false};
 
-const Action *const kProfileActions[] = {&kTableList, &kTableGet, &kTableFind, &kProfileDraw};
+const Action *const kProfileActions[] = {&kTableList, &kTableGet, &kTableFind, &kProfileDraw,
+                                         &kProfileCompare};
 const Action *const kMatActions[] = {&kTableList, &kTableGet, &kTableFind};
 
 constexpr Option kOptions[] = {

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "tools/kv/failure.hpp"
+#include "tools/kv/output.hpp"
 
 namespace kvtool {
 
@@ -121,6 +122,12 @@ SectionPage page_of(std::string_view command, const TableEntry &entry) {
     page.notes = {note(entry, {kA, kEy, kEz}) + shape_note(page.section),
                   note(entry, {kIy, kWy, kIyRadius}), note(entry, {kIz, kWz, kIzRadius})};
     return page;
+}
+
+void write_drawing(const std::vector<SectionPage> &pages, const Arguments &arguments) {
+    const auto hpgl = [](double, double) { return hpgl_pen(); };
+    const std::string picture = draw(pages, arguments.has("--hpgl") ? +hpgl : svg_pen);
+    save_file(arguments.value("--output", "-"), picture);
 }
 
 }  // namespace kvtool

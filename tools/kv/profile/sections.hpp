@@ -16,4 +16,7 @@ extern const std::vector<std::string> kDrawnColumns;
 /// dimensions are missing or make no section.
 SectionPage page_of(std::string_view command, const TableEntry &entry);
 
+/// Draws as --hpgl and --output say. Throws Failure (kFile).
+void write_drawing(const std::vector<SectionPage> &pages, const Arguments &arguments);
+
 }  // namespace kvtool

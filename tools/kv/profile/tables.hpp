@@ -117,6 +117,9 @@ std::string text_of_value(const std::optional<double> &value);
 /// Prints entries in columns, or as an array of JSON.
 void print_entries(const TableFamily &family, const std::vector<TableEntry> &entries,
                    const std::vector<std::string> &columns, Units units, bool several_tables);
+/// An entry in each column; what none of them has is left out.
+void print_side_by_side(const TableFamily &family, const std::vector<TableEntry> &entries,
+                        const std::vector<std::string> &columns, Units units);
 void print_entries_json(const std::vector<TableEntry> &entries, const std::vector<std::string> &columns);
 
 }  // namespace kvtool
