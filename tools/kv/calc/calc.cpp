@@ -4,6 +4,7 @@
 #include <iostream>
 #include <limits>
 #include <optional>
+#include <string_view>
 
 #include "tools/kv/calc/line_input.hpp"
 #include "tools/kv/calc/number_text.hpp"
@@ -75,6 +76,12 @@ class Printer {
     bool echo_;
 };
 
+// "b = 300", of which the value need not be repeated.
+bool assigns_just(std::string_view text, std::string_view number) {
+    text.remove_prefix(text.find('=') + 1);
+    return split_comment(text).text == number;
+}
+
 bool Printer::print(const std::string &typed, const std::string &origin, bool at_prompt) {
     try {
         const auto [target, value] = sheet_.evaluate(typed);
@@ -82,7 +89,7 @@ bool Printer::print(const std::string &typed, const std::string &origin, bool at
         const std::string number = text_of(value);
         if (echo_) {
             std::cout << text;
-            if (target.empty() || !text.ends_with("= " + number)) std::cout << " = " << number;
+            if (target.empty() || !assigns_just(text, number)) std::cout << " = " << number;
             std::cout << (comment.empty() ? "" : "   ") << comment << '\n';
         } else if (target.empty()) {
             std::cout << number << '\n';

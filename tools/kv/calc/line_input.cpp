@@ -19,9 +19,11 @@ namespace {
 
 class PlainInput : public LineInput {
   public:
-    explicit PlainInput(const char *prompt) : prompt_(prompt) {}
+    explicit PlainInput(const char *prompt) : prompt_(prompt) { std::cin.tie(nullptr); }
     bool next(std::string &line) override {
-        if (prompt_ != nullptr) std::cout << prompt_ << std::flush;
+        if (prompt_ != nullptr) std::cout << prompt_;
+        // Who writes line by line waits for the answer.
+        if (std::cin.rdbuf()->in_avail() <= 0) std::cout << std::flush;
         if (!std::getline(std::cin, line)) {
             if (std::cin.bad()) throw Failure{kFile, "standard input cannot be read"};
             return false;
