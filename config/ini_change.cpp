@@ -63,6 +63,7 @@ std::int32_t change_all(const char *path, std::span<const INI_EDIT> edits, std::
                         }
                         return !edits.empty();
                     });
+    if (saved == INI_NOT_WRITABLE) reached = edits.size();  // also of a file in use
     return status == INI_OK ? saved : status;
 }
 

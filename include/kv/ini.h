@@ -240,9 +240,9 @@ typedef struct INI_EDIT {
  *                  and saving failed; may be NIL
  *  @retval INI_OK  done. Otherwise the file is unchanged. With *reached less than count the status is what
  *                  the edit's function gives: INI_NO_SECTION, INI_NO_ENTRY or INI_BAD_NAME; INI_FAILED for
- *                  an unknown operation, or a file that was not found or cannot be read; INI_NOT_WRITABLE,
- *                  with *reached 0, for a file in use. With *reached equal to count it is
- *                  INI_NOT_WRITABLE, INI_WRITE_FAILED or INI_FAILED. */
+ *                  an unknown operation, or a file that was not found or cannot be read. With *reached
+ *                  equal to count it is INI_NOT_WRITABLE (also of a file in use), INI_WRITE_FAILED or
+ *                  INI_FAILED. */
 KV_API int32_t ini_edit(const char *path, const INI_EDIT *edits, int32_t count,
                         int32_t *reached) KV_NOEXCEPT;
 

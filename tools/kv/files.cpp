@@ -33,6 +33,14 @@ std::string failure_reason(const std::string &file) {
     return text[0] != '\0' ? text : "No such file or directory";
 }
 
+std::string save_failure_reason(const std::string &file) {
+    const std::string reason = failure_reason(file);
+    char holder[100];
+    if (platform::lock_state(file.c_str(), holder, sizeof holder) == platform::LockState::free)
+        return reason;
+    return std::string("it is in use") + (holder[0] != '\0' ? " by " : "") + holder;
+}
+
 Unreadable why_unreadable(const std::string &file) {
     platform::clear_failure();
     platform::InputFile probe;

@@ -17,6 +17,9 @@ std::string input_name(const std::string &name);
 /// Why the last call on a file failed: "Permission denied".
 std::string failure_reason(const std::string &file);
 
+/// Why the last save of a file failed: as failure_reason(), or "it is in use by NAME (process 123)".
+std::string save_failure_reason(const std::string &file);
+
 /// Why a file, which the library could not read, cannot be read.
 struct Unreadable {
     std::string text;  ///< "FILE: cannot be read: Permission denied"

@@ -15,7 +15,8 @@ namespace {
 
 [[noreturn]] void fail(const std::string &name, bool exhausted) {
     if (exhausted) throw std::bad_alloc();
-    throw Failure{kFile, (name.empty() ? "''" : name) + ": could not be saved: " + failure_reason(name)};
+    throw Failure{kFile,
+                  (name.empty() ? "''" : name) + ": could not be saved: " + save_failure_reason(name)};
 }
 
 }  // namespace

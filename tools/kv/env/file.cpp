@@ -6,6 +6,7 @@
 #include <new>
 #include <string_view>
 
+#include "platform/platform.hpp"
 #include "tools/kv/failure.hpp"
 #include "tools/kv/files.hpp"
 
@@ -146,13 +147,12 @@ void save(ENV *env, const std::string &file) {
         stream.close();
         saved = !stream.fail();
     } else {
+        kv::platform::clear_failure();
         env_write_file(file.c_str(), env);
         saved = holds(file, text);
     }
     if (!saved) {
-        throw Failure{kFile, file +
-                                 ": could not be saved; is there room on the disk, and the right to write "
-                                 "the file and its directory?"};
+        throw Failure{kFile, file + ": could not be saved: " + save_failure_reason(file)};
     }
 }
 

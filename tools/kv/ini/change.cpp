@@ -2,8 +2,10 @@
 #include <filesystem>
 #include <iostream>
 
+#include "platform/platform.hpp"
 #include "tools/kv/env/edits.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
 #include "tools/kv/ini/action.hpp"
 #include "tools/kv/ini/losses.hpp"
 
@@ -108,6 +110,7 @@ int change_file(const Arguments &arguments, const std::vector<Edit> &edits, bool
     if (!create) require_readable(file);
     const std::string before = ini_text(file);
     int32_t reached = 0;
+    kv::platform::clear_failure();
     const int32_t status = ini_edit(file.c_str(), all.data(), static_cast<int32_t>(all.size()), &reached);
     if (status == INI_OK) {
         for (const std::string &loss : losses(before, ini_text(file), edits))
@@ -120,9 +123,7 @@ int change_file(const Arguments &arguments, const std::vector<Edit> &edits, bool
         const char *key = status == INI_NO_ENTRY ? edit.words[1].c_str() : nullptr;
         fail_edit(file, which(failed), {kNotFound, describe_ini(edit.words[0], key) + " not found"});
     }
-    throw Failure{kFile, file +
-                             ": could not be saved; is there room on the disk, and the right to write "
-                             "the file and its directory?"};
+    throw Failure{kFile, file + ": could not be saved: " + save_failure_reason(file)};
 }
 
 // An action whose operands are the words of one edit.

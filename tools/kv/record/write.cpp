@@ -99,13 +99,13 @@ void read_operands(std::string &bytes, std::span<const std::string> values,
 
 // The file holds its old content or all of the new one.
 void save(const std::string &file, const std::string &bytes, bool header) {
+    kv::platform::clear_failure();
     kv::platform::ReplacementFile replacement;
     const bool saved = replacement.open(file.c_str()) &&
                        (!header || replacement.write(kHeader.data(), kHeader.size())) &&
                        replacement.write(bytes.data(), bytes.size()) && replacement.commit();
     if (saved) return;
-    throw Failure{kFile, file + ": could not be saved; is there room on the disk, and the right to write " +
-                             "the file and its directory?"};
+    throw Failure{kFile, file + ": could not be saved: " + save_failure_reason(file)};
 }
 
 int run_write(std::string_view command, const Arguments &arguments) {
