@@ -1,16 +1,25 @@
-// Plot files through the sibling library, on the platform that has no other way.
+// Where port names lead to; plot files through the sibling library, on the platform that has no other way.
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 
+#include "kv/frame.h"
 #include "kv/serial.h"
 
 #include "platform/platform.hpp"
-#include "serial/port_entry.hpp"
-#include "serial/win32s.hpp"
+#include "serial/line.hpp"
+#include "serial/state.hpp"
 
-using namespace kv;
+namespace platform = kv::platform;
+using kv::serial::state;
 
 namespace {
+
+// The platform on which programs cannot reach the ports.
+bool is_win32s() {
+    constexpr std::int32_t kWin32s = 2;
+    return kv_get_win32() == kWin32s;
+}
 
 constexpr platform::PlotHelper kHelper = {"comthk32.dll", "DllEntryPoint", "PlotToCom16Bit_32"};
 
@@ -28,7 +37,7 @@ std::int32_t plot_through_helper(const char *path, const char *port) {
 }  // namespace
 
 int32_t WriteComEntry(const char *path, const char *port) noexcept {
-    char entry[serial::kEntryLength + 1];
+    char entry[kv::serial::kEntryLength + 1];
     if (GetComEntry(entry, port) != 1) return 0;
     constexpr platform::StreamMode kMode = {platform::StreamMode::Access::write, true, true};
     std::FILE *file = platform::open_stream("COMM.TMP", kMode).file;
@@ -38,6 +47,21 @@ int32_t WriteComEntry(const char *path, const char *port) noexcept {
 }
 
 int32_t WriteFileWinCom(const char *path, const char *port) noexcept {
-    if (!serial::is_win32s()) return PlotToCom32Bit(path, port);
+    if (!is_win32s()) return PlotToCom32Bit(path, port);
     return WriteComEntry(path, port) == 1 ? plot_through_helper(path, port) : 0;
+}
+
+int32_t WinCommPortCheck(const char *name) noexcept {
+    const bool serial = std::strncmp(name, "COM", 3) == 0;
+    const std::int32_t direct = is_win32s() ? KV_PORT_HELPER : KV_PORT_DIRECT;
+    return setWinComPort(serial ? direct : KV_PORT_NONE, 1);
+}
+
+int32_t setWinComPort(int32_t kind, int32_t set) noexcept {
+    if (set == 1) state.port_kind = kind;
+    return state.port_kind;
+}
+
+int32_t getWinComPort() noexcept {
+    return setWinComPort(0, 0);
 }

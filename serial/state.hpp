@@ -3,12 +3,14 @@
 
 #include <cstdint>
 
+#include "kv/serial.h"
+
 namespace kv::serial {
 
 struct State {
     std::int32_t port_kind;
 };
 
-extern State state;
+inline constinit State state{KV_PORT_NONE};
 
 }  // namespace kv::serial
