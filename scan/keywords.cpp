@@ -1,5 +1,4 @@
-#include "scan/keywords.hpp"
-
+// The index of the keywords.
 #include <algorithm>
 #include <cstring>
 #include <functional>
@@ -11,6 +10,7 @@
 #include "kv/memory.h"
 
 #include "memory/owned.hpp"
+#include "scan/scanner.hpp"
 
 namespace kv::scan {
 
@@ -28,12 +28,12 @@ class Less {
     const char *const *keywords_;
 };
 
-// The order of a selection: to each position in turn comes the first of the smallest texts that are left,
-// by an exchange. Which of several equal keywords a search finds depends on this. `order` has the indexes,
-// their texts ascending.
+// The order that a selection sort gives: the first of the smallest texts that are left is swapped into each
+// position in turn. Which of several equal keywords a search finds depends on it. `order` has the indexes,
+// sorted by their texts.
 void order_by_selection(std::span<std::int32_t> order, Less less) {
-    using Place = std::pair<std::int32_t, std::int32_t>;  // the rank of a text, and where it stands
-    std::set<Place, std::less<>, memory::Allocator<Place>> places;
+    using Ranked = std::pair<std::int32_t, std::int32_t>;  // the rank of a text, and its position
+    std::set<Ranked, std::less<>, memory::Allocator<Ranked>> left;
     memory::Vector<std::int32_t> ranks(order.size());  // of the texts, by index
     std::int32_t rank = 0;
     for (std::size_t i = 0; i < order.size(); ++i) {
@@ -45,13 +45,13 @@ void order_by_selection(std::span<std::int32_t> order, Less less) {
     };
     std::iota(order.begin(), order.end(), 0);
     const auto count = static_cast<std::int32_t>(order.size());
-    for (std::int32_t i = 0; i < count; ++i) places.emplace(rank_at(i), i);
+    for (std::int32_t i = 0; i < count; ++i) left.emplace(rank_at(i), i);
     for (std::int32_t i = 0; i < count; ++i) {
-        const std::int32_t smallest = places.begin()->second;
-        places.erase(places.begin());
+        const std::int32_t smallest = left.begin()->second;
+        left.erase(left.begin());
         if (smallest == i) continue;
-        places.erase(Place(rank_at(i), i));
-        places.emplace(rank_at(i), smallest);
+        left.erase(Ranked(rank_at(i), i));
+        left.emplace(rank_at(i), smallest);
         std::swap(order[static_cast<std::size_t>(i)], order[static_cast<std::size_t>(smallest)]);
     }
 }

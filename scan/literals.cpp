@@ -1,4 +1,10 @@
-#include "scan/literals.hpp"
+// Literals: the value of long numbers, and tokens in quotes.
+#include <charconv>
+#include <cstring>
+
+#include "platform/platform.hpp"
+#include "scan/number.hpp"
+#include "scan/reader.hpp"
 
 namespace kv::scan {
 
@@ -18,7 +24,7 @@ std::int32_t hexadecimal_value(std::int32_t c) {
     return (c <= 'F' ? c - 'A' : c - 'a') + 10;
 }
 
-// Behind the backslash. The code it means.
+// Reads what follows the backslash. The code it means.
 std::int32_t read_escape(Reader &reader, Text &text, std::int32_t &error) {
     std::int32_t code = 0;
     if (reader.is_digit()) {
@@ -46,6 +52,29 @@ std::int32_t read_escape(Reader &reader, Text &text, std::int32_t &error) {
 }
 
 }  // namespace
+
+double Number::convert_slowly(Number number) {
+    if (number.significant_ == 0) return number.negative_ ? -0.0 : 0.0;
+    constexpr std::int64_t kMostExponent = 99999;  // with at most 801 digits before it, beyond every double
+    char text[kKept + 40];
+    char *end = text;
+    if (number.negative_) *end++ = '-';
+    const auto kept = static_cast<std::size_t>(std::min(number.significant_, std::int64_t{kKept}));
+    std::memcpy(end, number.digits_, kept);
+    end += kept;
+    std::int64_t exponent = number.exponent_;
+    if (number.rest_) {
+        *end++ = '1';  // in place of all further digits
+        --exponent;
+    }
+    *end++ = 'e';
+    exponent = std::clamp(exponent, -kMostExponent, kMostExponent);
+    end = std::to_chars(end, text + sizeof text - 1, exponent).ptr;
+    *end = '\0';
+    double value = 0;
+    if (std::from_chars(text, end, value).ec == std::errc{}) return value;
+    return platform::parse_double(text);
+}
 
 Quoted read_character_literal(Reader reader, SCAN_TOKEN &token) {
     std::int32_t error = SCAN_OK;

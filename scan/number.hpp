@@ -16,11 +16,11 @@ class Number {
     static constexpr std::size_t kKept = 800;
     using Digits = char[kKept];
 
-    /// `digits` is room for the digits; it need not be initialised.
+    /// `digits` is a buffer for the digits; it need not be initialised.
     Number(bool negative, Digits &digits) : negative_(negative), digits_(digits) {}
 
-    void add_digit(std::int32_t c, bool behind_point) {
-        if (behind_point) --exponent_;
+    void add_digit(std::int32_t c, bool after_point) {
+        if (after_point) --exponent_;
         if (c == '0' && significant_ == 0) return;
         ++significant_;
         if (significant_ <= kExact) mantissa_ = mantissa_ * 10 + static_cast<std::uint64_t>(c - '0');
@@ -63,7 +63,7 @@ class Number {
     }
 
   private:
-    static double convert_slowly(Number number);  // by value, so that a number's address is nobody's
+    static double convert_slowly(Number number);  // by value, so that no number has its address taken
 
     static constexpr std::int64_t kExact = 15;  // digits that make a whole number that a double holds
 

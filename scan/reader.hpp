@@ -9,8 +9,8 @@
 
 namespace kv::scan {
 
-/// A plain value: where it is a local variable whose address nobody has, it stays in registers over the
-/// calls of the source.
+/// A plain value: a local variable whose address is not taken stays in registers over the calls of the
+/// source.
 class Reader {
   public:
     explicit Reader(const SCANNER &scanner)
@@ -99,5 +99,19 @@ class Text {
     char *text_;
     std::int32_t length_ = 0;
 };
+
+// ---- Tokens in quotes. The reader is passed and returned by value, so that its owner can keep it in
+// registers.
+
+struct Quoted {
+    Reader reader;  // after the token
+    std::int32_t error = SCAN_OK;
+};
+
+/// At the opening quote.
+Quoted read_character_literal(Reader reader, SCAN_TOKEN &token);
+
+/// A string or a quoted text, at its opening quote.
+Quoted read_quoted(Reader reader, char closing, SCAN_TOKEN &token);
 
 }  // namespace kv::scan

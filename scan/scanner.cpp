@@ -1,7 +1,6 @@
 // Scanners: opening, closing, and single characters.
 #include "scan/scanner.hpp"
 
-#include "scan/keywords.hpp"
 #include "scan/reader.hpp"
 #include "scan/state.hpp"
 

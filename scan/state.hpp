@@ -15,7 +15,7 @@ struct State {
     platform::ReportFile *trace;  // owned; null: not open
 };
 
-extern State state;
+inline constinit State state{};
 
 /// Counts one more tracing scanner and returns its number.
 std::int32_t start_trace();

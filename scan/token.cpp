@@ -1,9 +1,7 @@
-// Tokens: what a character begins decides what is read.
+// Tokens: the first character decides what is read.
 //
-// The reader of a call lives in registers as long as its address does not leave scan_token(); that is why
-// what scans here is inline.
-#include "scan/keywords.hpp"
-#include "scan/literals.hpp"
+// The reader of a call stays in registers as long as its address does not leave scan_token(); that is why
+// the functions here are inline.
 #include "scan/number.hpp"
 #include "scan/reader.hpp"
 #include "scan/state.hpp"
@@ -140,10 +138,10 @@ class TokenReader {
         return real ? SCAN_DOUBLE : SCAN_LONG;
     }
 
-    KV_FORCE_INLINE void read_digits(Text &text, Number &number, bool behind_point) {
+    KV_FORCE_INLINE void read_digits(Text &text, Number &number, bool after_point) {
         for (; reader_.is_digit(); reader_.advance()) {
             text.add(reader_.current());
-            number.add_digit(reader_.current(), behind_point);
+            number.add_digit(reader_.current(), after_point);
         }
     }
 
@@ -164,7 +162,7 @@ class TokenReader {
         number.add_exponent(negative ? -exponent : exponent);
     }
 
-    // A point, or a sign and perhaps a point behind it.
+    // A point, or a sign and perhaps a point after it.
     KV_FORCE_INLINE Prefix read_prefix() {
         Prefix prefix;
         const std::int32_t first = reader_.current();

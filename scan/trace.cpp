@@ -7,8 +7,6 @@
 
 namespace kv::scan {
 
-constinit State state{};
-
 namespace {
 
 const char *name_of(std::int32_t kind) {
