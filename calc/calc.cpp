@@ -18,8 +18,6 @@
 
 namespace kv::calc {
 
-constinit State state{};
-
 namespace {
 
 constexpr char kSection[] = "Calculator";
@@ -28,11 +26,7 @@ constexpr std::int32_t kMessageLength = 100;
 // Bytes are given as they are, so that none is taken for the end.
 std::int32_t next_character() {
     const auto c = static_cast<unsigned char>(*state.position);
-    if (c != 0) {
-        ++state.position;
-    } else {
-        state.ended = true;
-    }
+    if (c != 0) ++state.position;
     return c;
 }
 
@@ -49,7 +43,6 @@ SCANNER *scanner_at_start() {
 double evaluate(const char *expression) {
     state.expression = expression;
     state.position = expression;
-    state.ended = false;
     SCANNER *scanner = scanner_at_start();
     if (scanner == nullptr) {
         state.ending = {CALC_OUT_OF_MEMORY, 0, 0};

@@ -4,8 +4,6 @@
 
 #include "kv/strings.h"
 
-#include "calc/values.hpp"
-
 namespace kv::calc {
 
 namespace {
@@ -63,23 +61,23 @@ Evaluator::Next Evaluator::read_operand() {
 Evaluator::Next Evaluator::read_keyword() {
     const auto keyword = static_cast<Keyword>(token_.lval);
     switch (keyword) {
-        case Keyword::kNot:
+        case kNot:
             frames_.push(Waiting::complement);
             read_token();
             return Next::operand;
-        case Keyword::kPi:
+        case kPi:
             value_ = 3.141592653589793;
             read_token();
             return Next::suffix;
-        case Keyword::kAnd:
-        case Keyword::kOr:
+        case kAnd:
+        case kOr:
             return refuse_logical();
         default:
             return begin_function(keyword);
     }
 }
 
-// AND and OR in the place of a function: they need their "(" like one, but are none.
+// AND and OR where a function may be: an error, after the check for the "(" that a function needs.
 Evaluator::Next Evaluator::refuse_logical() {
     const std::int32_t line = token_.line;
     const std::int32_t column = token_.column;
@@ -94,17 +92,18 @@ Evaluator::Next Evaluator::begin_function(Keyword keyword) {
     read_token();
     if (kind_ != SCAN_LPAREN) return fail(CALC_NO_ARGUMENT);
     Frame &function = frames_.push(Waiting::function);
-    function.operation = static_cast<std::int32_t>(keyword);
+    function.operation = keyword;
     function.holds = false;
     read_token();
     return Next::operand;
 }
 
-// The scanner gives the nearest 32-bit number; a larger one is read again from its digits, which end before
-// the character that the scanner looks ahead to.
+// The scanner gives the nearest 32-bit number; a larger one is read again from its digits. The last of them
+// is one or two characters before the position: the scanner looks one character ahead, but not past the
+// end.
 double Evaluator::whole_number() const {
     if (token_.lval < INT32_MAX) return token_.lval;
-    const char *begin = state.ended ? state.position : state.position - 1;
+    const char *begin = state.position - 1;
     while (begin != state.expression && begin[-1] >= '0' && begin[-1] <= '9') --begin;
     return convert_stod(begin);
 }
@@ -132,8 +131,7 @@ void Evaluator::apply_prefixes() {
 }
 
 int Evaluator::binary_level() const {
-    if (kind_ == SCAN_KEYWORD)
-        return is_keyword(Keyword::kAnd) || is_keyword(Keyword::kOr) ? kLogicalLevel : 0;
+    if (kind_ == SCAN_KEYWORD) return is_keyword(kAnd) || is_keyword(kOr) ? kLogicalLevel : 0;
     return kLevels[static_cast<std::size_t>(kind_)];
 }
 
@@ -205,10 +203,10 @@ Evaluator::Next Evaluator::end_argument(Frame &function) {
     const auto keyword = static_cast<Keyword>(function.operation);
     if (function.holds) {
         // Of equal arguments the later one is kept.
-        const bool keep = keyword == Keyword::kMin ? function.value < value_ : function.value > value_;
+        const bool keep = keyword == kMin ? function.value < value_ : function.value > value_;
         if (keep) value_ = function.value;
     }
-    const bool takes_more = keyword == Keyword::kMin || keyword == Keyword::kMax;
+    const bool takes_more = keyword == kMin || keyword == kMax;
     if (kind_ == SCAN_COMMA && takes_more) {
         function.holds = true;
         function.value = value_;

@@ -3,6 +3,7 @@
 
 #include "calc/frames.hpp"
 #include "calc/state.hpp"
+#include "calc/values.hpp"
 
 namespace kv::calc {
 
@@ -22,7 +23,7 @@ class Evaluator {
     enum class Next { operand, suffix, end };
 
     void read_token() { scan_token(&scanner_, &kind_, &token_); }
-    bool is_keyword(Keyword keyword) const { return token_.lval == static_cast<std::int32_t>(keyword); }
+    bool is_keyword(Keyword keyword) const { return token_.lval == keyword; }
     Next fail(std::int32_t error) {
         error_ = error;
         return Next::end;

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "calc/keywords.hpp"
 #include "memory/owned.hpp"
 
 namespace kv::calc {
@@ -63,7 +62,7 @@ class Frames {
     Frame few_[kFew];
     memory::Vector<Frame> many_;
     Frame *begin_ = few_;
-    Frame *top_ = begin_;  // behind the last one
+    Frame *top_ = begin_;  // after the last one
     Frame *end_ = begin_ + kFew;
 };
 

@@ -18,15 +18,14 @@ struct Ending {
 struct State {
     std::int32_t places;  // 0: results are not rounded
 
-    // The expression that is read. The source of a scanner has no argument, so that it is found here.
+    // The expression that is read. The source of a scanner has no argument; it finds the expression here.
     const char *expression;
     const char *position;  // the next character
-    bool ended;            // the terminating zero was read
     SCANNER *scanner;      // opened for the first expression, and kept
 
     Ending ending;  // of the last evaluation
 };
 
-extern State state;
+inline constinit State state{};
 
 }  // namespace kv::calc

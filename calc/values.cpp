@@ -83,49 +83,49 @@ std::int32_t apply_operator(std::int32_t kind, double left, double &value) {
 void apply_logical(Keyword keyword, double left, double &value) {
     const bool a = left != 0.0;
     const bool b = value != 0.0;
-    value = truth(keyword == Keyword::kAnd ? a && b : a || b);
+    value = truth(keyword == kAnd ? a && b : a || b);
 }
 
 std::int32_t apply_function(Keyword keyword, double &value) {
     const double x = value;
     switch (keyword) {
-        case Keyword::kSin:
+        case kSin:
             value = std::sin(x * kRadiansPerDegree);
             break;
-        case Keyword::kCos:
+        case kCos:
             value = std::cos(x * kRadiansPerDegree);
             break;
-        case Keyword::kTan:
+        case kTan:
             value = std::tan(x * kRadiansPerDegree);
             break;
-        case Keyword::kCot:
+        case kCot:
             value = 1 / std::tan(x * kRadiansPerDegree);
             break;
-        case Keyword::kAsn:
+        case kAsn:
             value = std::asin(x) * kDegreesPerRadian;
             break;
-        case Keyword::kAcs:
+        case kAcs:
             value = std::acos(x) * kDegreesPerRadian;
             break;
-        case Keyword::kAtn:
+        case kAtn:
             value = std::atan(x) * kDegreesPerRadian;
             break;
-        case Keyword::kAct:
+        case kAct:
             value = x == 0.0 ? 90.0 : std::atan(1 / x) * kDegreesPerRadian;
             break;
-        case Keyword::kAbs:
+        case kAbs:
             value = std::fabs(x);
             break;
-        case Keyword::kExp:
+        case kExp:
             value = std::exp(x);
             break;
-        case Keyword::kLgt:
+        case kLgt:
             value = std::log(x);
             break;
-        case Keyword::kLog:
+        case kLog:
             value = std::log10(x);
             break;
-        case Keyword::kSqrt:
+        case kSqrt:
             value = x < 0 ? 0.0 : std::sqrt(x);
             return x < 0 ? CALC_NEGATIVE_ROOT : CALC_OK;
         default:
