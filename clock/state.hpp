@@ -15,6 +15,6 @@ struct State {
     std::int32_t timer_count;
 };
 
-extern State state;
+inline constinit State state{};
 
 }  // namespace kv::clock

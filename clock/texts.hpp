@@ -11,7 +11,7 @@ namespace kv::clock {
 /// before 1970 can.
 bool to_local_time(std::int32_t time, std::tm &fields);
 
-/// At least 80 bytes each. They get "???" for a time that could not be converted (null).
+/// The buffers have at least 80 bytes. They get "???" for a time that could not be converted (null).
 void write_date(char *buffer, std::size_t size, const std::tm *fields, bool with_month_name);
 void write_time(char *buffer, std::size_t size, const std::tm *fields, bool with_seconds);
 

@@ -7,7 +7,7 @@
 namespace kv::memory {
 
 /// Allocations that still succeed before the failures begin; negative: no failure is planned.
-extern std::atomic<std::int64_t> allocations_until_failure;
+inline constinit std::atomic<std::int64_t> allocations_until_failure{-1};
 
 /// True if the allocation that is about to be made is to fail. Once the failures have begun, every
 /// allocation fails until plan_failure() is called again.

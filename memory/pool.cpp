@@ -2,8 +2,9 @@
 //
 // The documented rule is that the first block of the chain with more bytes left than the piece needs
 // serves. The last block, from which most pieces come, is looked at by itself; the blocks before it are the
-// leaves of a tree of maxima, so that the first one with enough room is found without passing the full
-// ones. `most_before` is the tree's root: a piece that no block before the last can take costs no search.
+// leaves of a tree of maxima, so that the first one with enough free bytes is found without visiting the
+// full ones. `most_before` is the tree's root: a piece that no block before the last can take costs no
+// search.
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -45,10 +46,11 @@ void *allocate_block(std::size_t header, std::int32_t cachesize) {
 
 }  // namespace
 
-// A pool is its first block; behind that block's header stands what the pool needs besides.
+// A pool is its first block, whose header is followed by what the pool needs besides.
 struct HEAP {
     Block block;
-    // The free part of the last block, whose header is behind until another one is appended.
+    // The free part of the last block. That block's header is brought up to date when another one is
+    // appended.
     char *cursor;
     char *end;
     std::size_t most_before = 0;  // the most bytes left in a block before the last
@@ -80,14 +82,14 @@ void HEAP::set_leaf(std::size_t index, std::int32_t left) {
     most_before = static_cast<std::size_t>(tree[1]);
 }
 
-// There is one.
+// The first block before the last with more than `size` bytes left. There has to be one.
 std::size_t HEAP::first_with_more(std::int32_t size) const {
     std::size_t node = 1;
     while (node < leaves()) node = tree[2 * node] > size ? 2 * node : 2 * node + 1;
     return node - leaves();
 }
 
-// Puts a new block behind the last. Throws std::bad_alloc; the pool is as it was then.
+// Appends a new block. Throws std::bad_alloc; the pool is unchanged then.
 void HEAP::append_block() {
     const std::size_t count = before.size() + 1;
     before.reserve(std::bit_ceil(count));
@@ -112,7 +114,7 @@ void HEAP::append_block() {
     end = data + block.cachesize;
 }
 
-// A piece of a block before the last, one of which has enough room.
+// A piece of a block before the last. One of those has enough free bytes.
 void *HEAP::take_before(std::int32_t size) {
     const std::size_t index = first_with_more(size);
     Block &serving = *before[index];
@@ -130,8 +132,8 @@ namespace {
     return nullptr;
 }
 
-// A piece that the last block does not serve; null if it is refused. Apart, so that heap_allocate() is
-// short.
+// A piece that the last block does not serve; null if it is refused. A function of its own, so that
+// heap_allocate() is short.
 [[gnu::noinline]] void *allocate_elsewhere(HEAP &pool, std::int32_t size) noexcept {
     if (size < 0 || size > pool.block.cachesize) {
         report("heap_allocate: parameter 'size' greater than cachesize");

@@ -14,8 +14,6 @@
 
 namespace kv::profiles {
 
-constinit State state{};
-
 namespace {
 
 constexpr std::int32_t kLongestPath = kPathSize - 1;

@@ -7,6 +7,6 @@ struct State {
     char directory[256];  // of profil_path(); empty: the configuration says it
 };
 
-extern State state;
+inline constinit State state{};
 
 }  // namespace kv::profiles
