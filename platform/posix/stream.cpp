@@ -148,6 +148,9 @@ ssize_t write_text(void *cookie, const char *text, std::size_t size) {
         }
     }
     if (layer.append && layer.seekable) layer.offset = lseek(layer.descriptor, 0, SEEK_CUR);
+#ifndef __GLIBC__
+    if (done < size) return -1;  // musl takes what is short for success
+#endif
     return static_cast<ssize_t>(done);
 }
 
