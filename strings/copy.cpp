@@ -9,7 +9,7 @@
 
 namespace {
 
-// The first `most` characters of a text; no byte behind them is read.
+// The first `most` characters of a text; no byte after them is read.
 std::string_view beginning(const char *text, std::size_t most) {
     const void *end = std::memchr(text, '\0', most);
     if (end == nullptr) return {text, most};
@@ -21,7 +21,7 @@ std::string_view first_characters(const char *text, std::int32_t n) {
 }
 
 std::string_view range(const char *text, std::int32_t from, std::int32_t to) {
-    if (from < 0 || to < 0 || from > to) return {};
+    if (from < 0 || to < from) return {};
     const auto start = static_cast<std::size_t>(from);
     const std::string_view up_to = beginning(text, static_cast<std::size_t>(to) + 1);
     return start < up_to.size() ? up_to.substr(start) : std::string_view();

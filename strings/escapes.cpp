@@ -10,7 +10,7 @@ namespace {
 
 struct Escape {
     char character;
-    char letter;  // what stands behind the backslash
+    char letter;  // what follows the backslash
 };
 
 constexpr Escape kEscapes[] = {{'\a', 'a'}, {'\b', 'b'}, {'\t', 't'}, {'\n', 'n'},  {'\v', 'v'},
@@ -50,7 +50,7 @@ void escape(char *out, const char *text) {
     *out = '\0';
 }
 
-// Reads from a copy of the text, since the output may lie over it.
+// Reads from a copy of the text, since the output may overlap it.
 char *convert(char *dst, const char *src, void (*conversion)(char *out, const char *text)) {
     if (src == nullptr) return dst;
     const kv::memory::Owned<char> copy(str_alloc(src));

@@ -10,6 +10,6 @@ struct State {
     char repeated[kMostRepeated + 1];  // the result of str_rpt()
 };
 
-extern State state;
+inline constinit State state{};  // ready before any code runs
 
 }  // namespace kv::strings
