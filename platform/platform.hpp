@@ -391,7 +391,7 @@ class KeptErrors {
 
   private:
     int number_;
-    unsigned long code_ = 0;
+    [[maybe_unused]] unsigned long code_ = 0;  // of Windows
 };
 
 void beep();
