@@ -21,6 +21,25 @@ namespace kv::platform {
 
 // ---- Locks
 
+/// A lock for one thread at a time, ready before any code runs, as that of the standard library is not on
+/// every system. A thread that waits tries a moment before it sleeps.
+class Mutex {
+  public:
+    constexpr Mutex() = default;
+    Mutex(const Mutex &) = delete;
+    Mutex &operator=(const Mutex &) = delete;
+
+    void lock();
+    bool try_lock();
+    void unlock();
+    /// Takes the lock away from whoever has it.
+    void reset() { state_ = State::free; }
+
+  private:
+    enum class State : int { free, held, waited_for };
+    std::atomic<State> state_{State::free};
+};
+
 /// A recursive lock, ready before any code runs, and lasting, since threads may outlive main().
 ///
 /// The child of a fork can use it, whichever thread held it: the fork takes the locks for a moment, so that
@@ -52,7 +71,7 @@ class Lock {
 
     const Kind kind_;
     std::atomic<bool> survives_forks_{false};
-    std::mutex mutex_;
+    Mutex mutex_;
     std::atomic<std::uintptr_t> owner_{0};  // a thread
     int depth_ = 0;                         // how often the owner has it
     int forks_ = 0;                         // how often of these for a fork

@@ -2,9 +2,9 @@
 // thread of the parent held.
 #include <array>
 #include <atomic>
-#include <memory>
+#include <chrono>
 #include <pthread.h>
-#include <time.h>
+#include <thread>
 
 #include "platform/platform.hpp"
 
@@ -45,10 +45,11 @@ void Lock::survive_forks() {
 void Lock::before_fork() {
     const std::uintptr_t self = this_thread();
     if (owner_.load(std::memory_order_relaxed) != self) {
-        timespec until{};
-        clock_gettime(CLOCK_REALTIME, &until);
-        ++until.tv_sec;
-        if (pthread_mutex_timedlock(mutex_.native_handle(), &until) != 0) return;
+        constexpr int kMostTries = 1000;
+        for (int i = 0; !mutex_.try_lock(); ++i) {
+            if (i == kMostTries) return;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
         owner_.store(self, std::memory_order_relaxed);
     }
     ++depth_;
@@ -66,7 +67,7 @@ bool Lock::after_fork_in_parent() {
 
 void Lock::after_fork_in_child() {
     if (after_fork_in_parent()) return;
-    std::construct_at(&mutex_);
+    mutex_.reset();
     owner_.store(0, std::memory_order_relaxed);
     depth_ = forks_ = 0;
 }
