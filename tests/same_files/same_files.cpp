@@ -74,7 +74,7 @@ void records(std::string &report) {
     fio_putchar(file, '\x1A');
     EXPECT_EQ(fio_close(file), 0);
     add(report, "a record file", "values.rec");
-    for (const int32_t mode : {FIO_WRITE, FIO_APPEND}) {
+    for (const uint32_t mode : {FIO_WRITE, FIO_APPEND}) {
         file = fio_open("c:\\", "text.txt", mode | FIO_TEXT);
         fio_putstring(file, "line\nnext\r\n\n", 0);
         std::fprintf(fio_fp(file), "%d\n", 12);
