@@ -145,7 +145,13 @@ The seconds for which a serial port may take nothing; without it there is no lim
 .TP
 .B NO_COLOR
 If it is not empty, nothing is coloured.
+.TP
+.B KV_LOCK_TIMEOUT
+The seconds that are waited for a file that another process is changing; 10 without this variable.
 .SH FILES
+A file that is saved holds its old content or all of the new one, whenever the process or the machine stops.
+That cannot be promised of files that are written in place: those with several hard links, of another owner, with
+attributes that this user may not give a file, mount points, devices, and files in a directory that may not be written.
 .TP
 .I kv3.ini
 The main configuration file.
