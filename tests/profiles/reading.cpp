@@ -181,7 +181,7 @@ TEST(ProfilesReading, NamesAndUnits) {
         list.push_back(nullptr);
         std::vector<double> factors(list.size(), 7);
         profil_get_factors(list.data(), factors.data());
-        for (std::size_t i = 0; i < names.size(); ++i) EXPECT_EQ(factors[i], factor) << names[i];
+        for (std::size_t i = 0; i < names.size(); ++i) EXPECT_DOUBLE_EQ(factors[i], factor) << names[i];
         EXPECT_EQ(factors.back(), 7);
     }
 }

@@ -7,6 +7,8 @@
 
 #include "kv/numeric.h"
 
+#include "platform/platform.hpp"
+
 namespace kvtool {
 
 namespace {
@@ -48,7 +50,7 @@ std::string rounded_text(double value, int places) {
     if (places < 0) value = pround(value, -places);
     if (places < 0 || !(std::fabs(value) <= kLargestFixed)) return shortest_text(value);
     // What pround() multiplies with the unit of the last place.
-    const double whole = pround(value / std::pow(10.0, -places), 0);
+    const double whole = pround(value / kv::platform::power(10.0, -places), 0);
     if (!(std::fabs(whole) < kExact)) return filled_text(value, static_cast<std::size_t>(places));
     std::string digits = text_of(std::fabs(whole), std::chars_format::fixed);
     if (places > 0) {
