@@ -87,6 +87,7 @@ void take_operand(CommandLine &line, std::string_view word) {
 
 std::vector<std::string> names_of(const std::vector<const Option *> &options) {
     std::vector<std::string> names;
+    names.reserve(options.size());
     for (const Option *option : options) names.emplace_back(option->name);
     return names;
 }

@@ -34,7 +34,7 @@ std::string failure_reason(const std::string &file) {
 }
 
 std::string save_failure_reason(const std::string &file) {
-    const std::string reason = failure_reason(file);
+    std::string reason = failure_reason(file);
     char holder[100];
     if (platform::lock_state(file.c_str(), holder, sizeof holder) == platform::LockState::free)
         return reason;

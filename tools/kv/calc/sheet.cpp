@@ -126,7 +126,7 @@ double Sheet::value_of(std::string_view word) const {
     for (const auto &[known, value] : names_) {
         if (lower(known) == name) reason += "; did you mean '" + known + "'?";
     }
-    throw reason;
+    throw std::string(reason);
 }
 
 }  // namespace kvtool

@@ -83,8 +83,8 @@ struct Changed {
         return found != names.end() ? found->second : without(" ", section);
     }
     bool has_kept(const Line &line) const {
-        return sections.count(line.section) > 0 && deleted.count(line.section) == 0 &&
-               (line.kind != Line::Kind::entry || keys.count({line.section, line.key}) == 0) &&
+        return sections.contains(line.section) && !deleted.contains(line.section) &&
+               (line.kind != Line::Kind::entry || !keys.contains({line.section, line.key})) &&
                line.kind != Line::Kind::empty && !line.form.empty();
     }
 

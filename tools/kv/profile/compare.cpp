@@ -39,9 +39,11 @@ int run_compare(std::string_view command, const Arguments &arguments) {
             command, tables, name, [&](const TableFile &) { return wanted; }, in);
     };
     std::vector<TableEntry> entries;
+    entries.reserve(names.size());
     for (const std::string &name : names) entries.push_back(get(name, columns, units));
     if (arguments.has("--output")) {
         std::vector<SectionPage> pages;
+        pages.reserve(names.size());
         for (const std::string &name : names) {
             pages.push_back(page_of(command, get(name, kDrawnColumns, Units::table)));
         }
