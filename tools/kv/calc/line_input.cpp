@@ -17,6 +17,10 @@ namespace kvtool {
 
 namespace {
 
+Failure unreadable(const std::string &name) {
+    return {kFile, input_name(name) + ": cannot be read: " + failure_reason(name)};
+}
+
 class PlainInput : public LineInput {
   public:
     explicit PlainInput(const char *prompt) : prompt_(prompt) { std::cin.tie(nullptr); }
@@ -25,7 +29,7 @@ class PlainInput : public LineInput {
         // Who writes line by line waits for the answer.
         if (std::cin.rdbuf()->in_avail() <= 0) std::cout << std::flush;
         if (!std::getline(std::cin, line)) {
-            if (std::cin.bad()) throw Failure{kFile, "standard input cannot be read"};
+            if (std::cin.bad()) throw unreadable("-");
             return false;
         }
         if (!line.empty() && line.back() == '\r') line.pop_back();
@@ -47,8 +51,7 @@ class FileInput : public LineInput {
         line.clear();
         std::int32_t c;
         while ((c = fio_getchar(file_.get(), nullptr)) >= 0 && c != '\n') line += static_cast<char>(c);
-        if (c < 0 && std::ferror(fio_fp(file_.get())) != 0)
-            throw Failure{kFile, name_ + ": cannot be read"};
+        if (c < 0 && std::ferror(fio_fp(file_.get())) != 0) throw unreadable(name_);
         return c >= 0 || !line.empty();
     }
     bool interactive() const override { return false; }

@@ -16,8 +16,8 @@ extern const Action kProfileDraw;
 extern const Action kProfileCompare;
 
 inline constexpr Option kColumnsOption = {"--columns", "LIST", "these columns, with commas between them"};
-inline constexpr Option kUnitsOption = {"--units", "UNIT",
-                                        "mm, cm or m, with their powers, instead of the tables' units"};
+inline constexpr Option kUnitsOption = {
+    "--units", "UNIT", "mm, cm or m, with their powers, instead of the tables' units", '\0', kUnitNames};
 inline constexpr Option kSiOption = {"--si", "", "the same as --units m"};
 inline constexpr Option kHpglOption = {"--hpgl", "", "a plot file in HP-GL instead of an SVG picture"};
 

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
+#include <vector>
 
 #include "kv/profiles.h"
+
+#include "tools/kv/actions.hpp"
 
 namespace kvtool {
 
 namespace {
-
-constexpr std::string_view kUnitNames[] = {"table", "mm", "cm", "m"};
 
 struct ColumnUnit {
     Units unit;  // Units::table if none is known
@@ -37,10 +37,9 @@ double per_metre(Units unit) {
 
 Units units_of(std::string_view command, const Arguments &arguments) {
     if (!arguments.has("--units")) return arguments.has("--si") ? Units::m : Units::table;
-    const auto *const found =
-        std::find(std::begin(kUnitNames), std::end(kUnitNames), arguments.value("--units", ""));
-    if (found == std::end(kUnitNames)) fail_usage(command, "--units wants mm, cm, m or table");
-    const auto units = static_cast<Units>(found - std::begin(kUnitNames));
+    const std::vector<std::string_view> names = words_of(kUnitNames);
+    const auto found = std::find(names.begin(), names.end(), arguments.value("--units", ""));
+    const auto units = static_cast<Units>(found - names.begin());
     if (arguments.has("--si") && units != Units::m) fail_usage(command, "--si means --units m");
     return units;
 }
@@ -58,7 +57,7 @@ std::string unit_of(const std::string &column, Units units) {
     const ColumnUnit own = column_unit(column);
     if (own.unit == Units::table) return "";
     const Units shown = units == Units::table ? own.unit : units;
-    std::string name(kUnitNames[static_cast<std::size_t>(shown)]);
+    const std::string name(words_of(kUnitNames)[static_cast<std::size_t>(shown)]);
     return own.power > 1 ? name + std::to_string(own.power) : name;
 }
 

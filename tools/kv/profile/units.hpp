@@ -11,6 +11,9 @@ namespace kvtool {
 /// Those of the tables, or for all lengths and their powers millimetres, centimetres or metres.
 enum class Units { table, mm, cm, m };
 
+/// Their names, in this order.
+inline constexpr std::string_view kUnitNames = "table mm cm m";
+
 /// The column of the mass, in kg/m or kg/m2 whatever the other units are.
 inline constexpr std::string_view kMass = "m";
 /// That of steel, for each cm2 of the area.
