@@ -21,8 +21,9 @@ constexpr const char *kExample = R"([press]
 )";
 
 TEST(Text, CanonicalForm) {
+    const auto xs = [](size_t n) { return std::string(n, 'x'); };
     const struct {
-        const char *input, *output;
+        std::string input, output;
     } cases[] = {
         {kExample, kExample},
         {"", ""},
@@ -65,14 +66,24 @@ TEST(Text, CanonicalForm) {
         {"[s]\nx =a\\\nb\\\nc\n", "[s]\n  x =abc\n"},
         {"[s]\nx =1\\", "[s]\n  x =1\\\\\n"},
         {"skipped \\\n[s]\n", "[s]\n"},
+        // line breaks of the writer
+        {"[s]\nv =" + xs(84), "[s]\n  v =" + xs(84) + "\n"},
+        {"[s]\nv =" + xs(85), "[s]\n  v =" + xs(84) + "\\\nx\n"},
+        {"[s]\nv =" + xs(200), "[s]\n  v =" + xs(84) + "\\\n" + xs(90) + "\\\n" + xs(26) + "\n"},
+        {"[s]\nb ={ v =" + xs(83) + "\n}", "[s]\n  b ={\n    v =" + xs(82) + "\\\nx\n  }\n"},
+        {"[" + xs(200) + "]", "[" + xs(88) + "\\\n" + xs(90) + "\\\n" + xs(22) + "]\n"},
+        {"[s]\n" + xs(87) + " ={\n}", "[s]\n  " + xs(87) + "\\\n ={\n  }\n"},
         // bytes
         {"[s]\nx =\xff\x01\x80\n", "[s]\n  x =\xff\x01\x80\n"},
         {"[s]\nx =a\rb\n", "[s]\n  x =a\rb\n"},
+        {std::string("[s]\nx =a\0b\0\ny\0z =\0\n", 19), "[s]\n  x =ab\n  yz =\n"},
     };
     for (const auto &row : cases) {
         SCOPED_TRACE(row.input);
+        clear_log();
         const Env env = tree(row.input);
         EXPECT_EQ(text_of(env.get()), row.output);
+        EXPECT_EQ(count_in_log("> MESSAGE"), row.input.find('\0') < row.input.size() ? 1 : 0);
         EXPECT_EQ(text_of(tree(row.output).get()), row.output);
     }
 }
@@ -129,7 +140,32 @@ TEST(Text, Errors) {
     EXPECT_EQ(env_get_error(&line, nullptr, 0, nullptr), ENV_OK);
 }
 
-TEST(Text, Refusals) {
+// The characters come from the application, which may use environments meanwhile, this one too.
+TEST(Text, ReadingUsesEnvironments) {
+    struct Stream {
+        std::string_view rest;
+        ENV *env;
+        bool opens;
+        Env opened = nullptr;
+
+        static int32_t next(void *stream) {
+            auto &from = *static_cast<Stream *>(stream);
+            EXPECT_EQ(env_close(from.env, 0), ENV_IN_USE);
+            EXPECT_EQ(dump(tree("[o]\n  x ={ y =\\\n1\n}\n").get()), "[o] x{y=1}");
+            EXPECT_EQ(env_put(from.env, "s", "a", "1"), ENV_OK);
+            if (from.opens && from.opened == nullptr) from.opened = open_sub(from.env, "s", nullptr);
+            if (from.rest.empty()) return -1;
+            const char c = from.rest.front();
+            from.rest.remove_prefix(1);
+            return c;
+        }
+    };
+    for (const bool opens : {false, true}) {  // what is read would take the place of what is open then
+        const Env env = tree("[s]\n  a =0\n");
+        Stream in{"[s]\n  a =new\n", env.get(), opens};
+        EXPECT_EQ(env_read(Stream::next, &in, env.get()), opens ? ENV_ERROR : ENV_OK);
+        EXPECT_EQ(dump(env.get()), opens ? "[s] a=1" : "[s] a=new");
+    }
     const Env env = tree("[s]\n  a =1\n");
     const Env sub = open_sub(env.get(), "s", nullptr);
     EXPECT_EQ(reports("can not read subenv", [&] { EXPECT_EQ(read_text(sub.get(), "[x]\n"), ENV_ERROR); }),
@@ -137,29 +173,6 @@ TEST(Text, Refusals) {
     EXPECT_EQ(reports("can not write subenv", [&] { EXPECT_EQ(text_of(sub.get()), ""); }), 1);
     EXPECT_EQ(reports("Nil parametr", [&] { EXPECT_EQ(text_of(nullptr), ""); }), 1);
     EXPECT_EQ(reports(">ERROR", [&] { EXPECT_EQ(read_text(env.get(), "[x]\n"), ENV_ERROR); }), 1);
-    EXPECT_EQ(dump(env.get()), "[s] a=1");
-}
-
-// The characters come from the application, which may use environments meanwhile.
-TEST(Text, ReadingUsesEnvironments) {
-    struct Stream {
-        std::string_view rest;
-        ENV *env;
-    };
-    const Env env = tree("[s]\n  a =0\n");
-    Stream in{"[s]\n  a =new\n", env.get()};
-    const auto get = [](void *stream) -> int32_t {
-        auto &from = *static_cast<Stream *>(stream);
-        EXPECT_EQ(env_close(from.env, 0), ENV_IN_USE);
-        EXPECT_EQ(dump(tree("[o]\n  x ={ y =\\\n1\n}\n").get()), "[o] x{y=1}");
-        EXPECT_EQ(env_put(from.env, "s", "a", "1"), ENV_OK);
-        if (from.rest.empty()) return -1;
-        const char c = from.rest.front();
-        from.rest.remove_prefix(1);
-        return c;
-    };
-    EXPECT_EQ(env_read(get, &in, env.get()), ENV_OK);
-    EXPECT_EQ(dump(env.get()), "[s] a=new");
 }
 
 // env_sink() tells of an element in use as of every other failure.
@@ -227,64 +240,6 @@ TEST(Text, WritingKeepsWhatIsBeingWritten) {
     }
 }
 
-TEST(Text, BytesZero) {
-    const Env env = open_env();
-    const std::string_view input("[s]\nx =a\0b\0\ny\0z =\0\n", 19);
-    EXPECT_EQ(reports("> MESSAGE", [&] { EXPECT_EQ(read_text(env.get(), input), ENV_OK); }), 1);
-    EXPECT_EQ(dump(env.get()), "[s] x=ab yz=");
-}
-
-// Line breaks of the writer: the golden positions.
-TEST(Text, Breaks) {
-    const auto xs = [](size_t n) { return std::string(n, 'x'); };
-    const struct {
-        std::string input, output;
-    } cases[] = {
-        {"[s]\nv =" + xs(84), "[s]\n  v =" + xs(84) + "\n"},
-        {"[s]\nv =" + xs(85), "[s]\n  v =" + xs(84) + "\\\nx\n"},
-        {"[s]\nv =" + xs(200), "[s]\n  v =" + xs(84) + "\\\n" + xs(90) + "\\\n" + xs(26) + "\n"},
-        {"[s]\nb ={ v =" + xs(83) + "\n}", "[s]\n  b ={\n    v =" + xs(82) + "\\\nx\n  }\n"},
-        {"[" + xs(200) + "]", "[" + xs(88) + "\\\n" + xs(90) + "\\\n" + xs(22) + "]\n"},
-        {"[s]\n" + xs(87) + " ={\n}", "[s]\n  " + xs(87) + "\\\n ={\n  }\n"},
-    };
-    for (const auto &row : cases) {
-        SCOPED_TRACE(row.input);
-        const Env env = tree(row.input);
-        EXPECT_EQ(text_of(env.get()), row.output);
-        EXPECT_EQ(text_of(tree(row.output).get()), row.output);
-    }
-}
-
-// Puts the texts as values into one environment, and expects them again after a write and a read.
-void expect_survival(const std::vector<std::string> &values, int depth = 0) {
-    const Env env = open_env();
-    std::string path;
-    for (int level = 0; level < depth; ++level) path += "b@1@";
-    const std::string block = path.empty() ? "" : path.substr(0, path.size() - 1);
-    for (size_t i = 0; i < values.size(); ++i) {
-        ASSERT_EQ(env_put(env.get(), "s", (path + numbered("v", i)).c_str(), values[i].c_str()), ENV_OK);
-    }
-    const std::string text = text_of(env.get());
-    const Env back = open_env();
-    EXPECT_EQ(read_text(back.get(), text), ENV_OK);
-    const char *const address = block.empty() ? nullptr : block.c_str();
-    EXPECT_EQ(env_count_elements(back.get(), "s", address, 1), static_cast<int32_t>(values.size()));
-    int failures = 0;
-    for (size_t i = 0; i < values.size() && failures < 5; ++i) {
-        const std::string came = get(back.get(), "s", (path + numbered("v", i)).c_str());
-        if (came == values[i]) continue;
-        ++failures;
-        ADD_FAILURE() << "at depth " << depth << " |" << values[i] << "| came back as |" << came << "|";
-    }
-    EXPECT_EQ(text_of(back.get()), text);
-}
-
-bool survives(const std::string &value) {  // what the format can hold
-    if (value.empty()) return true;
-    return std::string_view(" \t{").find(value.front()) == std::string_view::npos &&
-           std::string_view(" \t").find(value.back()) == std::string_view::npos;
-}
-
 // Every text of `letters` up to `length` characters.
 std::vector<std::string> all_texts(std::string_view letters, size_t length) {
     std::vector<std::string> all{""};
@@ -297,109 +252,93 @@ std::vector<std::string> all_texts(std::string_view letters, size_t length) {
     return all;
 }
 
-TEST(Text, BackslashesSurvive) {
-    EXPECT_EQ(get(tree("[s]\nx =a\\\\\\\n").get(), "s", "x"), "a\\\\\\");
-    EXPECT_EQ(get(tree("[s]\nx =\\ \\\n").get(), "s", "x"), "\\ \\");
-    std::vector<std::string> values;
-    for (const std::string &text : all_texts("a\\ ", 7)) {
-        if (survives(text)) values.push_back(text);
-    }
-    for (const std::string &text : all_texts("a\\;\t =", 4)) {
-        if (survives(text)) values.push_back(text);
-    }
-    expect_survival(values);
+bool can_survive(const std::string &text) {  // what the format can hold
+    return text.empty() || (std::string_view(" \t{").find(text.front()) == std::string_view::npos &&
+                            std::string_view(" \t").find(text.back()) == std::string_view::npos);
 }
 
-TEST(Text, BackslashesAtBreaksSurvive) {
-    std::vector<std::string> values;
-    for (const std::string &text : all_texts("a\\ ", 4)) {
-        for (const size_t front : {77u, 80u, 81u, 82u, 83u, 84u, 85u, 171u, 172u, 173u, 174u}) {
-            for (const size_t back : {0u, 1u, 5u}) {
-                const std::string value = std::string(front, 'x') + text + std::string(back, 'y');
-                if (survives(value)) values.push_back(value);
-            }
+// Backslashes, blanks and semicolons, in short texts and around the breaks of lines, and random texts.
+std::vector<std::string> texts_to_survive() {
+    std::vector<std::string> texts = all_texts("a\\ ", 6);
+    for (const std::string &text : all_texts("a\\;\t =", 4)) texts.push_back(text);
+    for (const std::string &text : all_texts("a\\ ;", 3)) {
+        for (const size_t front : {77u, 80u, 81u, 82u, 83u, 84u, 85u, 86u, 87u, 171u, 173u, 174u}) {
+            for (const size_t back : {0u, 1u, 5u})
+                texts.push_back(std::string(front, 'x') + text + std::string(back, 'y'));
         }
     }
     for (const char *unit : {"\\", "\\ ", "\\\\ ", "a\\", "\\  ", " \\\\\\", "\\;"}) {
         for (const size_t count : {50u, 89u, 90u, 91u, 300u}) {
-            std::string value = "v";
-            for (size_t i = 0; i < count; ++i) value += unit;
-            values.push_back(value + "\\");
-            values.push_back(value + "e");
-            values.push_back(std::string("\\").append(count, ' ') + "\\");
+            std::string text = "v";
+            for (size_t i = 0; i < count; ++i) text += unit;
+            texts.push_back(text + "\\");
+            texts.push_back(text + "e");
         }
     }
-    for (const int depth : {0, 1, 2, 20}) expect_survival(values, depth);
-}
-
-TEST(Text, RandomValuesSurvive) {
     std::mt19937 random(20241);
     constexpr std::string_view kLetters = "a\\\\\\   ;\t=[]{}\x01\xff";
-    std::vector<std::string> values;
-    while (values.size() < 2000) {
-        std::string value;
-        for (size_t n = random() % 300; n > 0; --n) value += kLetters[random() % kLetters.size()];
-        if (survives(value)) values.push_back(value);
+    for (int i = 0; i < 500; ++i) {
+        std::string text;
+        for (size_t n = random() % 300; n > 0; --n) text += kLetters[random() % kLetters.size()];
+        texts.push_back(text);
     }
-    expect_survival(values, 1);
+    std::erase_if(texts, [](const std::string &text) { return !can_survive(text); });
+    return texts;
 }
 
-TEST(Text, NamesSurvive) {
-    for (const std::string &name : all_texts("a\\ ;", 4)) {
-        for (const size_t front : {0u, 80u, 84u, 85u, 86u, 87u}) {
-            const std::string full = std::string(front, 'n') + name;
-            if (full.empty() || !survives(full)) continue;
-            const Env env = open_env();
-            ASSERT_EQ(env_put(env.get(), full.c_str(), (full + "@b@" + full).c_str(), "1"), ENV_OK);
-            const Env back = tree(text_of(env.get()));
-            if (dump(back.get()) == dump(env.get())) continue;
-            ADD_FAILURE() << "|" << dump(env.get()) << "| came back as |" << dump(back.get()) << "|";
-            return;
-        }
+// As values, and as names of sections, blocks and elements.
+TEST(Text, WhatIsStoredSurvives) {
+    const std::vector<std::string> texts = texts_to_survive();
+    for (const int depth : {0, 9}) {
+        const Env env = open_env(), back = open_env();
+        std::string above;
+        for (int level = 0; level < depth; ++level) above += "b@1@";
+        const auto for_each = [&](auto act) {
+            for (size_t i = 0; i < texts.size() && !testing::Test::HasFailure(); ++i) {
+                act("s", above + numbered("v", i), texts[i]);
+                const bool is_name = !texts[i].empty() && texts[i].size() < 180 &&
+                                     texts[i].find_first_of("=[]}") == std::string::npos;
+                if (is_name) act(texts[i].c_str(), above + texts[i] + "@b@" + texts[i], "1");
+            }
+        };
+        for_each([&](const char *section, const std::string &path, const std::string &value) {
+            ASSERT_EQ(env_put(env.get(), section, path.c_str(), value.c_str()), ENV_OK);
+        });
+        const std::string text = text_of(env.get());
+        EXPECT_EQ(read_text(back.get(), text), ENV_OK);
+        for_each([&](const char *section, const std::string &path, const std::string &value) {
+            EXPECT_EQ(get(back.get(), section, path.c_str()), value) << section << ": " << path;
+        });
+        EXPECT_TRUE(text_of(back.get()) == text) << depth;
     }
 }
 
-TEST(Text, LongLine) {
-    constexpr size_t kLength = 10'000'000;
-    const Env env = open_env();
-    const std::string value(kLength, 'x');
-    ASSERT_EQ(read_text(env.get(), "[s]\n  v =" + value + "\n  w =1\n"), ENV_OK);
-    EXPECT_EQ(env_data_length(env.get(), "s", "v", 1), static_cast<int32_t>(kLength));
-    const std::string text = text_of(env.get());
-    const Env back = tree(text);
-    EXPECT_TRUE(get(back.get(), "s", "v") == value);
-    EXPECT_EQ(get(back.get(), "s", "w"), "1");
-}
-
-std::string nested(size_t depth) {
-    std::string text = "[s]\n";
+std::string nested(size_t depth, const std::string &value) {
+    std::string text = "[s]\nv =" + value + "\n";
     for (size_t i = 0; i < depth; ++i) text += "b ={";
     text += "\n";
     for (size_t i = 0; i < depth; ++i) text += "}";
     return text + "\nafter =1\n";
 }
 
-TEST(Text, DeepNesting) {
+TEST(Text, DeepNestingAndLongLines) {
     on_small_stack([] {
-        {
-            const Env env = open_env();
-            EXPECT_EQ(read_text(env.get(), nested(100'000)), ENV_OK);
-            EXPECT_EQ(env_count_elements(env.get(), "s", nullptr, 1), 2);
-            EXPECT_EQ(get(env.get(), "s", "after", 0), "1");
-            EXPECT_EQ(get(env.get(), "s", "zz", 0), "-4");  // the whole tree is searched
-            EXPECT_EQ(env_put(env.get(), "s", "b", "1"), ENV_OK);
-            EXPECT_EQ(dump(env.get()), "[s] b=1 after=1");
-            EXPECT_EQ(read_text(env.get(), nested(100'000)), ENV_OK);
-            EXPECT_EQ(env_delete(env.get(), "s", "b"), ENV_OK);
-            EXPECT_EQ(read_text(env.get(), nested(100'000)), ENV_OK);
-            EXPECT_EQ(read_text(env.get(), nested(100'000).substr(0, 300'000)), ENV_SYNTAX);
-            EXPECT_EQ(text_of(env.get()), "");
-            EXPECT_EQ(read_text(env.get(), nested(100'000)), ENV_OK);
-        }
-        const Env env = tree(nested(2'000));
+        const Env env = open_env();
+        const std::string value(300'000, 'x'), deep = nested(100'000, value);
+        EXPECT_EQ(read_text(env.get(), nested(1'000, value)), ENV_OK);
         const std::string text = text_of(env.get());
-        const Env back = tree(text);
-        EXPECT_TRUE(text_of(back.get()) == text);
+        EXPECT_TRUE(text_of(tree(text).get()) == text);
+        EXPECT_EQ(read_text(env.get(), deep), ENV_OK);
+        EXPECT_TRUE(get(env.get(), "s", "v") == value);
+        EXPECT_EQ(get(env.get(), "s", "after", 0), "1");
+        EXPECT_EQ(get(env.get(), "s", "zz", 0), "-4");  // the whole tree is searched
+        EXPECT_EQ(env_put(env.get(), "s", "b", "1"), ENV_OK);
+        EXPECT_EQ(read_text(env.get(), deep), ENV_OK);
+        EXPECT_EQ(env_delete(env.get(), "s", "b"), ENV_OK);
+        EXPECT_EQ(env_count_elements(env.get(), "s", nullptr, 1), 2);
+        EXPECT_EQ(read_text(env.get(), deep.substr(0, deep.size() - 50'000)), ENV_SYNTAX);
+        EXPECT_EQ(text_of(env.get()), "");
+        EXPECT_EQ(read_text(env.get(), deep), ENV_OK);
     });
 }
 
