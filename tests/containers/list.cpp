@@ -1,6 +1,7 @@
-// Doubly linked lists: the links after every operation, bounds of searches, walks that free.
+// Doubly linked lists: the links after every operation, bounds of searches, callbacks that free.
 #include <cstddef>
 #include <gtest/gtest.h>
+#include <random>
 #include <string>
 #include <utility>
 
@@ -64,18 +65,37 @@ class List : public testing::Test {
     LIST list_{7, nullptr, nullptr};
 };
 
-TEST_F(List, Inserts) {
-    list_insert_before(&list_, nullptr, at('c'));
-    expect_letters(list_, "c");
-    list_insert_before(&list_, nullptr, at('b'));
-    list_insert_before(&list_, at('b'), at('a'));
-    list_insert_after(&list_, at('c'), at('f'));
-    list_insert_before(&list_, at('f'), at('e'));
-    list_insert_after(&list_, at('c'), at('d'));
-    expect_letters(list_, "abcdef");
-    list_init(&list_);
-    append("ba");
-    expect_letters(list_, "ba");
+// Random insertions and deletions, on a string as well.
+TEST_F(List, InsertsAndUnlinks) {
+    std::mt19937 random(5);
+    std::string letters;
+    for (int step = 0; step < 2000 && !HasFailure(); ++step) {
+        const char letter = static_cast<char>('a' + random() % 6);
+        const size_t present = letters.find(letter), at = random() % (letters.size() + 1);
+        LIST_ELEM *const reference = at < letters.size() ? this->at(letters[at]) : nullptr;
+        EXPECT_EQ(list_isinlist(&list_, this->at(letter)), present != std::string::npos);
+        if (present != std::string::npos) {
+            LIST_ELEM *const next = this->at(letter)->next, *const prev = this->at(letter)->prev;
+            if (random() % 2 == 0) {
+                list_delete(&list_, this->at(letter));
+            } else {
+                list_free(&list_, this->at(letter), nullptr);
+            }
+            letters.erase(present, 1);
+            EXPECT_EQ(list_next_elem(this->at(letter)), next);  // the links stay
+            EXPECT_EQ(list_prev_elem(this->at(letter)), prev);
+        } else if (random() % 2 == 0) {
+            list_insert_before(&list_, reference, this->at(letter));
+            letters.insert(reference != nullptr ? at : 0, 1, letter);
+        } else {
+            list_insert_after(&list_, reference, this->at(letter));
+            letters.insert(reference != nullptr ? at + 1 : letters.size(), 1, letter);
+        }
+        expect_letters(list_, letters);
+    }
+    list_delete(&list_, nullptr);
+    list_free(&list_, nullptr, heap_free);
+    EXPECT_EQ(list_isinlist(&list_, nullptr), 0);
 }
 
 TEST_F(List, ReportsMisuse) {
@@ -91,34 +111,26 @@ TEST_F(List, ReportsMisuse) {
     EXPECT_EQ(kvtest::count_in_log("  list_open: invalid listdescriptor!\n"), 1);
 }
 
-TEST_F(List, Unlinks) {
-    append("abcd");
-    list_delete(&list_, nullptr);
-    list_free(&list_, nullptr, heap_free);
-    list_delete(&list_, at('b'));
-    expect_letters(list_, "acd");
-    EXPECT_EQ(list_isinlist(&list_, at('b')), 0);
-    EXPECT_EQ(list_next_elem(at('b')), at('c'));  // the links stay
-    EXPECT_EQ(list_prev_elem(at('b')), at('a'));
-    list_free(&list_, at('a'), nullptr);
-    list_delete(&list_, at('d'));
-    expect_letters(list_, "c");
-    EXPECT_EQ(list_isinlist(&list_, at('c')), 1);
-    EXPECT_EQ(list_isinlist(&list_, nullptr), 0);
-    // The callback sees the element unlinked.
+// What callbacks unlink or free; a use after that is for the sanitizer.
+TEST_F(List, FreesByCallbacks) {
+    append("abc");
     static LIST *list;
     static int32_t count_in_callback;
     list = &list_;
-    list_free(&list_, at('c'), [](void *) { count_in_callback = list->count; });
-    EXPECT_EQ(count_in_callback, 0);
+    list_free(&list_, at('b'), [](void *) { count_in_callback = list->count; });
+    EXPECT_EQ(count_in_callback, 2);
+    list_traverse(
+        &list_,
+        [](LIST_ELEM *element, void *from) {
+            list_delete(static_cast<LIST *>(from), element);
+            element->prev = element->next = nullptr;
+        },
+        &list_);
     expect_letters(list_, "");
-}
-
-TEST_F(List, FreesAll) {
     for (int i = 0; i < 3; ++i) {
         list_insert_after(&list_, nullptr, static_cast<LIST_ELEM *>(heap_calloc(1, sizeof(Letter))));
     }
-    list_free_all(&list_, heap_free);  // a use after free is for the sanitizer
+    list_free_all(&list_, heap_free);
     expect_letters(list_, "");
     append("ab");
     list_free_all(&list_, nullptr);
@@ -154,18 +166,6 @@ TEST_F(List, Searches) {
     EXPECT_EQ(list_search(&list_, compare, 'b'), at('b'));
     EXPECT_EQ(list_search_backward(&list_, compare, 'b'), at('e'));
     EXPECT_EQ(list_search_backward(&list_, compare, 'x'), nullptr);
-}
-
-TEST_F(List, WalksOverWhatCallbacksUnlink) {
-    append("abc");
-    list_traverse(
-        &list_,
-        [](LIST_ELEM *element, void *list) {
-            list_delete(static_cast<LIST *>(list), element);
-            element->prev = element->next = nullptr;
-        },
-        &list_);
-    expect_letters(list_, "");
 }
 
 TEST_F(List, CountsPositions) {

@@ -33,17 +33,24 @@ std::vector<Number> numbers(std::size_t count, std::mt19937_64 &random) {
     return result;
 }
 
-void sort(std::vector<double> &values) {
-    sort_dvector(values.data(), static_cast<int32_t>(values.size()));
-}
-void sort(std::vector<int32_t> &values) {
-    sort_lvector(values.data(), static_cast<int32_t>(values.size()));
-}
-void sort(std::vector<double> &values, std::vector<double *> &pointers) {
-    sort_dvector_by_index(values.data(), pointers.data(), static_cast<int32_t>(values.size()));
-}
-void sort(std::vector<int32_t> &values, std::vector<int32_t *> &pointers) {
-    sort_lvector_by_index(values.data(), pointers.data(), static_cast<int32_t>(values.size()));
+// Sorts values, and a copy of them through pointers, which point to the same values in the same order then.
+template <typename Number>
+void sort_both_ways(std::vector<Number> &values) {
+    const auto count = static_cast<int32_t>(values.size());
+    const std::vector<Number> before = values;
+    std::vector<Number> untouched = values;
+    std::vector<Number *> pointers(values.size());
+    if constexpr (std::is_same_v<Number, double>) {
+        sort_dvector_by_index(untouched.data(), pointers.data(), count);
+        sort_dvector(values.data(), count);
+    } else {
+        sort_lvector_by_index(untouched.data(), pointers.data(), count);
+        sort_lvector(values.data(), count);
+    }
+    EXPECT_EQ(untouched, before);
+    for (std::size_t i = 0; i < values.size(); ++i) EXPECT_EQ(*pointers[i], values[i]);
+    std::sort(pointers.begin(), pointers.end());
+    EXPECT_EQ(std::adjacent_find(pointers.begin(), pointers.end()), pointers.end());
 }
 
 template <typename Number>
@@ -55,22 +62,13 @@ TYPED_TEST_SUITE(SortVectors, Numbers);
 TYPED_TEST(SortVectors, AscendAndKeepEveryValue) {
     std::mt19937_64 random(3);
     for (const std::size_t count : std::initializer_list<std::size_t>{0, 1, 2, 3, 100, 999, 1000, 5000}) {
-        std::vector<TypeParam> values = numbers<TypeParam>(count, random);
+        const std::vector<TypeParam> values = numbers<TypeParam>(count, random);
         std::vector<TypeParam> expected = values;
         std::sort(expected.begin(), expected.end());
         kvtest::sweep_allocation_failures([&](std::int64_t) {
             std::vector<TypeParam> sorted = values;
-            sort(sorted);
+            sort_both_ways(sorted);
             EXPECT_EQ(sorted, expected);
-            std::vector<TypeParam *> pointers(count);
-            std::vector<TypeParam> untouched = values;
-            sort(untouched, pointers);
-            EXPECT_EQ(untouched, values);
-            std::vector<TypeParam> pointed;
-            for (const TypeParam *pointer : pointers) pointed.push_back(*pointer);
-            EXPECT_EQ(pointed, expected);
-            std::sort(pointers.begin(), pointers.end());
-            EXPECT_EQ(std::adjacent_find(pointers.begin(), pointers.end()), pointers.end());
         });
     }
 }

@@ -24,22 +24,17 @@ TEST(StackQueue, Orders) {
             EXPECT_EQ(queue_look(queue), value);
             EXPECT_EQ(queue_get(queue), value);
         }
+        for (kv_value value = 1; value <= 3; ++value) queue_post(queue, value);
+        queue_clear(queue);
     }
-    for (kv_value value = 1; value <= 3; ++value) queue_post(queue, value);
-    queue_clear(queue);
-    queue_post(queue, 7);
-    EXPECT_EQ(queue_get(queue), 7);
-    queue_post(queue, 8);
-    queue_close(queue);
-    stack_push(stack, 8);
-    stack_close(stack);
-}
-
-TEST(StackQueue, NilIsNoStack) {
     stack_push(nullptr, 1);
     EXPECT_EQ(stack_pop(nullptr), 0);
     EXPECT_EQ(stack_get(nullptr), 0);
     stack_close(nullptr);
+    queue_post(queue, 8);
+    queue_close(queue);
+    stack_push(stack, 8);
+    stack_close(stack);
 }
 
 TEST(StackQueue, ExhaustedHeap) {

@@ -12,14 +12,13 @@ namespace {
 using namespace kvtest;
 namespace fs = std::filesystem;
 
+fs::path host(const char *name) {
+    return drive_c() / name;
+}
+
 class FilesOnPosix : public testing::Test {
   protected:
-    fs::path host(const char *name) const { return drive_c() / name; }
-    void TearDown() override {
-        for (const fs::path &entry : entries_of_drive_c()) {
-            if (!entry.filename().string().starts_with("kv.err")) fs::remove_all(entry);
-        }
-    }
+    void TearDown() override { empty_drive_c(); }
 };
 
 // Runs `work` in a child process without the rights of root; the child tells with its exit code how many
