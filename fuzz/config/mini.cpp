@@ -202,13 +202,13 @@ void check_reload(Sections &sections, const kv::memory::String &bytes) {
     Sections again;
     load(bytes, again);
     for (Section *s = sections.first(); s != nullptr; s = next(s)) {
-        if (!s->merged || sections.find(s->key()) != s || s->name_size + 2 > kv::mini::kLongestLine)
+        if (!s->merged || sections.find(s->key()) != s || s->key().size() + 2 > kv::mini::kLongestLine)
             continue;
         Section *const found = again.find(s->key());
         KV_REQUIRE(found != nullptr);
         for (kv::mini::Entry *e = s->entries.first(); e != nullptr; e = next(e)) {
             if (s->entries.find(e->key()) != e ||
-                e->name_size + e->value_size + 1 > kv::mini::kLongestLine) {
+                e->key().size() + e->text().size() + 1 > kv::mini::kLongestLine) {
                 continue;
             }
             const kv::mini::Entry *const entry = found->entries.find(e->key());

@@ -78,15 +78,16 @@ void match_case(PathBuilder &host, std::size_t root) {
     }
 }
 
-// True if ".." behind this path of drive Z is for the system to resolve: behind a link to a directory it
-// leads to where that one is.
-bool leads_elsewhere(PathBuilder &host) {
+// Replaces a path of drive Z that is a link to a directory by that directory: ".." leads on from there.
+void follow_link(PathBuilder &host) {
     match_case(host, 0);
-    const std::string_view path(host.text(), host.length());
     struct stat status;
-    if (path.ends_with("/..")) return true;
-    return lstat(host.text(), &status) == 0 && S_ISLNK(status.st_mode) && stat(host.text(), &status) == 0 &&
-           S_ISDIR(status.st_mode);
+    HostPath target;
+    const bool is_link = lstat(host.text(), &status) == 0 && S_ISLNK(status.st_mode);
+    if (!is_link || realpath(host.text(), target.text) == nullptr) return;
+    if (stat(target.text, &status) != 0 || !S_ISDIR(status.st_mode)) return;
+    host.cut(0);
+    host.append(target.text);  // which fits
 }
 
 // Appends the components of `path` to the host path, resolving "." and "..": nothing leads out of the
@@ -102,7 +103,8 @@ bool append_components(char drive, std::string_view path, std::size_t root, Path
         const std::string_view component = path.substr(0, size);
         path.remove_prefix(size);
         if (component == ".") continue;
-        if (component == ".." && !(drive == kNativeDrive && leads_elsewhere(host))) {
+        if (component == "..") {
+            if (drive == kNativeDrive) follow_link(host);
             std::size_t end = host.length();
             while (end > root && host.text()[end - 1] != '/') --end;
             host.cut(end > root ? end - 1 : root);

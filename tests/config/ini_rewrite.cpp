@@ -68,7 +68,6 @@ const std::string kUntidy =
 TEST(IniWrite, ReplacesAnEntry) {
     expect({
         {"a=1", write("", "a", "2"), "a=2\n"},
-        {"a=1\n", write(nullptr, "a", "2"), "a=2\n"},
         {" a = 1 \n b = 1 \n", write("  ", "a", ""), "a=\n b = 1 \n"},
         {"[S]\na=1\n\n\n;rest \n a=5\n", write("S", "a", "2"), "[S]\na=2\n\n\n;rest \n a=5\n"},
         {"[S]\na=1\n[S]\na=3", write("S", "a", "2"), "[S]\na=2\n[S]\na=3"},
@@ -78,9 +77,6 @@ TEST(IniWrite, ReplacesAnEntry) {
         {kUntidy, write("", "a", "x=y "),
          "; top\na=x=y \n\n no equals \n\t[ A ] rest\n;in A\n x  =  1\n\n"
          "bad\n y=2\n[B]\n  u=1\nworse\n; in B\n\n v = 2\n[C]\n z=3"},
-        {kUntidy, write("C", "z", "4"),
-         "; top\na = 1\nno equals\n\n[A]\n;in A\nx  =  1\nbad\ny=2\n\n[B]\nu=1\nworse\n; in B\nv = "
-         "2\n\n[C]\nz=4\n"},
     });
 }
 
@@ -89,9 +85,7 @@ TEST(IniWrite, AddsAnEntryAtTheEndOfItsSection) {
         {"", write("", "a", "1"), "a=1\n"},
         {";c\n", write("", "a", "1"), ";c\na=1\n"},
         {" b = 2", write("", "a", "1"), "b= 2\na=1\n"},
-        {"[S]\n", write("", "a", "1"), "a=1\n\n[S]\n"},
         {";c\n[S]\n\n b=1\n", write("", "a", "1"), ";c\na=1\n\n[S]\n\n b=1\n"},
-        {"[S]", write("S", "a", "1"), "[S]\na=1\n"},
         {"[S]\nb=1\n;c\n\n[T]\n\nb = 2", write("S", "a", "1"), "[S]\nb=1\n;c\na=1\n\n[T]\n\nb = 2"},
         {"x=1\n[S] \nb=1\n[ T ] ;t", write("S", "a", "1"), "x=1\n\n[S]\nb=1\na=1\n\n[T]\n"},
         {"bad\n[S]\n", write("", "a", "1"), "a=1\n\n[S]\n", INI_OK, 1},
@@ -101,12 +95,10 @@ TEST(IniWrite, AddsAnEntryAtTheEndOfItsSection) {
 TEST(IniWrite, AddsASectionAtTheEnd) {
     expect({
         {"", write("S", "a", "1"), "[S]\na=1"},
-        {"\n\n", write("S", "a", "1"), "[S]\na=1"},
         {"b=1\n", write("S", "a", "1"), "b=1\n\n[S]\na=1"},
         {";c\n", write("S", "a", "1"), ";c\n[S]\na=1"},
         {"[A]\nb=1", write("S", "a", "1"), "[A]\nb=1\n\n[S]\na=1"},
         {";c\n[A]\n;d\n[B]", write("S", "a", "1"), ";c\n[A]\n;d\n\n[B]\n\n[S]\na=1"},
-        {"[S]\na=1", write("s", "a", "2"), "[S]\na=1\n\n[s]\na=2"},
         {"[S]", write(" S ", "a", "2"), "[S]\n\n[ S ]\na=2"},  // the argument is compared as it stands
         {"[]\na=1\n", write("S", "a", "2"), "[]\na=1\n\n[S]\na=2"},
     });
@@ -121,11 +113,7 @@ TEST(IniWrite, AddsASectionAtTheEnd) {
 TEST(IniDelete, Entries) {
     expect({
         {"a=1", delete_entry("", "a"), ""},
-        {"a=1\n", delete_entry("", "a"), ""},
         {"a=1\n b =2\n", delete_entry("", "a"), " b =2\n"},
-        {"b = 2\na=1\na=3\n", delete_entry("", "a"), "b= 2\na=3\n"},
-        {"[S]\n\na=1\n;c", delete_entry("S", "a"), "[S]\n;c"},
-        {"[S]\n;c\na=1", delete_entry("S", "a"), "[S]\n;c\n"},
         {"x=1\n [S]\na=1\n[T]", delete_entry("S", "a"), "x=1\n\n[S]\n[T]"},
         {kUntidy, delete_entry("B", "v"),
          "; top\na = 1\nno equals\n\n[A]\n;in A\nx  =  1\nbad\ny=2\n\n[B]\nu=1\n; in B\n[C]\n z=3", INI_OK,
@@ -137,22 +125,17 @@ TEST(IniDelete, Entries) {
         {"[S]\n\n[T]\na=1", delete_entry("S", "a"), "[S]\n[T]\na=1", INI_NO_ENTRY},
         {"[S]\nbad\nb=1\n", delete_entry("S", "a"), "[S]\nb=1\n", INI_NO_ENTRY, 1},
         {"\n x = 1\n [S]\n", delete_entry("T", "a"), "x = 1\n\n[S]", INI_NO_SECTION},
-        {"[S]\na=1", delete_entry(" S", "a"), "[S]\na=1", INI_NO_SECTION},
     });
 }
 
 TEST(IniDelete, Sections) {
     expect({
-        {"[S]\na=1\n;c\n", delete_section("S"), ""},
         {"[S]\na=1\n;c\n\n[T]\n\n b = 1", delete_section("S"), "[T]\n\n b = 1"},
         {"x = 1\n;mine\n[S]\na=1\n[T] t\n", delete_section("S"), "x = 1\n;mine\n\n[T]\n"},
-        {"x = 1\n[S]\na=1", delete_section("S"), "x = 1\n"},
         {"[R]\n[S]\nbad\n[S]\nb=1", delete_section("S"), "[R]\n\n[S]\nb=1"},
         {";c\n[R]\n\n[S]", delete_section("S"), ";c\n[R]\n"},
         {"a=1\n ;c\nbad\n\n[S]\n\nb=1", delete_section(""), ";c\n\n[S]\n\nb=1"},
         {"a=1\n[S]\nb=1", delete_section(nullptr), "[S]\nb=1"},
-        {"a=1\n;c", delete_section(" "), ";c\n"},
-        {"a=1\n", delete_section(""), ""},
         {" a = 1\n [S]\n [T]", delete_section("X"), "a = 1\n\n[S]\n\n[T]", INI_NO_SECTION},
     });
 }
@@ -163,13 +146,11 @@ TEST(IniRename, Sections) {
         {"[S]\n\na = 1", rename_section("S", "T"), "[T]\n\na = 1"},
         {"[S] x\na=1\n[S]\n", rename_section(" S ", " T T "), "[T T]\na=1\n[S]\n"},
         {"x = 1\n[R]\n;c\n[S]\na=1", rename_section("S", "T"), "x = 1\n\n[R]\n;c\n\n[T]\na=1"},
-        {";c\n[S]", rename_section("S", "T"), ";c\n[T]\n"},
         {"[S]\n", rename_section("S", long_name.c_str()), "[" + long_name.substr(0, 79) + "]\n"},
         {"", rename_section("", "T"), "[T]\n"},
         {" ;c\n\n a = 1 \n b = 2", rename_section("", "T"), ";c\n[T]\na = 1\n b = 2"},
         {" bad \n b = 2", rename_section(nullptr, "T"), "[T]\nbad\n b = 2"},
         {";c\n[S]\na=1", rename_section(" ", "T"), ";c\n[T]\n\n[S]\na=1"},
-        {"[S]\n", rename_section("", "T"), "[T]\n\n[S]\n"},
         {"\n x = 1\n [R] r\nbad", rename_section("S", "T"), "x = 1\n\n[R]\nbad", INI_NO_SECTION},
         {" [S]\n", rename_section("S", "   "), "", INI_BAD_NAME},  // the file is not even opened
     });
@@ -191,7 +172,6 @@ TEST(IniRename, Entries) {
         {"[S]\nx = 0\n[T] t\n\ny = 0", rename_entry("S", "a", "b"), "[S]\nx= 0\n\n[T]\n\ny = 0",
          INI_NO_ENTRY},
         {"[S]\nx = 0", rename_entry("", "a", "b"), "[S]\nx = 0", INI_NO_ENTRY},
-        {"[S]\nx = 0", rename_entry("S", "a", "b"), "[S]\nx= 0\n", INI_NO_ENTRY},
         {" [S]\nx = 0", rename_entry("T", "x", "b"), "[S]\nx = 0", INI_NO_SECTION},
         {" [S]\nx = 0", rename_entry("S", "x", " "), "", INI_BAD_NAME},
     });
@@ -235,75 +215,6 @@ TEST(IniWrite, TextMode) {
     }
 }
 
-// Writes with a call that gives the status, and gives what the entry "e" is then.
-std::string written(const std::function<int32_t()> &call, int32_t status = INI_OK) {
-    write_file(file(), "");
-    EXPECT_EQ(call(), status);
-    return read_file(file());
-}
-
-TEST(IniWrite, Numbers) {
-    EXPECT_EQ(written([] { return ini_write_long(kFile, "", "e", INT32_MIN); }), "e=-2147483648\r\n");
-    EXPECT_EQ(written([] { return ini_write_double(kFile, "", "e", 0.1); }), "e=0.100000\r\n");
-    EXPECT_EQ(written([] { return ini_write_double(kFile, "", "e", -1e300); }).size(), 301U + 1 + 7 + 4);
-    const int32_t longs[] = {1, -2, 3};
-    EXPECT_EQ(written([&] { return ini_write_longs(kFile, "", "e", longs, 3); }), "e=1,-2,3\r\n");
-    EXPECT_EQ(written([&] { return ini_write_longs(kFile, "", "e", longs, 0); }), "e=\r\n");
-    EXPECT_EQ(written([&] { return ini_write_longs(kFile, "", "e", longs, -1); }), "e=\r\n");
-    const double doubles[] = {0.1, 2, 1234567, 1e-9};
-    EXPECT_EQ(written([&] { return ini_write_doubles(kFile, "", "e", doubles, 4); }),
-              "e=0.1,2,1.23457e+06,1e-09\r\n");
-}
-
-TEST(IniWrite, ListsHaveAtMost512Characters) {
-    std::vector<int32_t> items(64, 1234567);  // eight characters each, with the comma
-    EXPECT_EQ(written([&] { return ini_write_longs(kFile, "", "e", items.data(), 64); }).size(),
-              2U + 511 + 2);
-    items[0] = 12345678;
-    EXPECT_EQ(written([&] { return ini_write_longs(kFile, "", "e", items.data(), 64); }, INI_NO_ROOM), "");
-    items.assign(200, -1234567890);
-    EXPECT_EQ(written([&] { return ini_write_longs(kFile, "", "e", items.data(), 200); }, INI_NO_ROOM), "");
-    const std::vector<double> doubles(300, 0.5);
-    EXPECT_EQ(written([&] { return ini_write_doubles(kFile, "", "e", doubles.data(), 300); }, INI_NO_ROOM),
-              "");
-}
-
-TEST(IniRw, WritesOrReads) {
-    write_file(file(), "");
-    char text[8] = "x y";
-    int32_t size = 7, whole = 5, count = 2;
-    double real = 0.5;
-    int32_t longs[2] = {1, 2};
-    double doubles[2] = {3, 0.25};
-    EXPECT_EQ(ini_rw_string(1, kFile, "", "s", text, nullptr), INI_OK);
-    EXPECT_EQ(ini_rw_long(-1, kFile, "", "l", &whole), INI_OK);
-    EXPECT_EQ(ini_rw_double(1, kFile, "", "d", &real), INI_OK);
-    EXPECT_EQ(ini_rw_longs(1, kFile, "", "ls", longs, &count), INI_OK);
-    EXPECT_EQ(ini_rw_doubles(1, kFile, "", "ds", doubles, &count), INI_OK);
-    EXPECT_EQ(read_file(file()), "s=x y\r\nl=5\r\nd=0.500000\r\nls=1,2\r\nds=3,0.25\r\n");
-    text[0] = '\0';
-    whole = longs[1] = 0;
-    real = doubles[1] = 0;
-    EXPECT_EQ(ini_rw_string(0, kFile, "", "s", text, &size), INI_OK);
-    EXPECT_STREQ(text, "x y");
-    EXPECT_EQ(ini_rw_long(0, kFile, "", "l", &whole), INI_OK);
-    EXPECT_EQ(whole, 5);
-    EXPECT_EQ(ini_rw_double(0, kFile, "", "d", &real), INI_OK);
-    EXPECT_EQ(real, 0.5);
-    EXPECT_EQ(ini_rw_longs(0, kFile, "", "ls", longs, &count), INI_OK);
-    EXPECT_EQ(longs[1], 2);
-    EXPECT_EQ(ini_rw_doubles(0, kFile, "", "ds", doubles, &count), INI_OK);
-    EXPECT_EQ(doubles[1], 0.25);
-    for (const int32_t flag : {0, 1}) {
-        EXPECT_EQ(ini_rw_long(flag, kFile, "", "l", nullptr), INI_NO_ROOM);
-        EXPECT_EQ(ini_rw_double(flag, kFile, "", "d", nullptr), INI_NO_ROOM);
-        EXPECT_EQ(ini_rw_longs(flag, kFile, "", "ls", nullptr, &count), INI_NO_ROOM);
-        EXPECT_EQ(ini_rw_longs(flag, kFile, "", "ls", longs, nullptr), INI_NO_ROOM);
-        EXPECT_EQ(ini_rw_doubles(flag, kFile, "", "ds", nullptr, &count), INI_NO_ROOM);
-        EXPECT_EQ(ini_rw_doubles(flag, kFile, "", "ds", doubles, nullptr), INI_NO_ROOM);
-    }
-}
-
 TEST(IniEdit, AllEditsOrNone) {
     const std::string before = " x = 1\n[S]\na=1\n[T]\nb=2\n";
     write_file(file(), before);
@@ -343,18 +254,6 @@ TEST(IniEdit, AllEditsOrNone) {
     EXPECT_EQ(reached, 0);
     EXPECT_EQ(ini_edit(kFile, edits, 2, nullptr), INI_OK);
     EXPECT_EQ(read_file(file()), "[R]\r\na=9");
-}
-
-TEST(IniEdit, SectionsAreListed) {
-    write_file(file(), "a=1\n[S]\n[]\n[ T ]x\nbad\n[S]");
-    char buffer[16];
-    int32_t size = sizeof buffer;
-    EXPECT_EQ(ini_read_sections(kFile, buffer, &size), INI_OK);
-    EXPECT_EQ(std::string(buffer, static_cast<std::size_t>(size) + 1), "S\0T\0S\0\0"s);
-    size = 5;
-    EXPECT_EQ(ini_read_sections(kFile, buffer, &size), INI_NO_ROOM);
-    EXPECT_EQ(std::string(buffer, static_cast<std::size_t>(size) + 1), "S\0T\0\0"s);
-    EXPECT_EQ(ini_read_sections("C:\\missing.ini", buffer, &size), INI_FAILED);
 }
 
 }  // namespace

@@ -1,12 +1,7 @@
-// Caches in adverse conditions: long lists, an exhausted heap, failing file operations; and beside the
-// functions that work on the file itself.
-#include <algorithm>
+// Caches in adverse conditions: long lists, an exhausted heap, failing file operations. What calls make of
+// a cache and its file, the model of the fuzz target says.
 #include <cstdint>
-#include <cstdio>
-#include <functional>
-#include <random>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "config/mini_sections.hpp"
@@ -17,64 +12,6 @@
 namespace {
 
 using namespace kvtest;
-
-using Pairs = std::vector<std::pair<std::string, std::string>>;
-
-Pairs::iterator first_of(Pairs &pairs, const std::string &key) {
-    return std::find_if(pairs.begin(), pairs.end(), [&](const auto &pair) { return pair.first == key; });
-}
-
-// Random calls on lists long enough to have an index, with keys that are there several times.
-TEST(MiniLists, LongOnesFindTheFirst) {
-    std::mt19937 random(1);
-    const auto some_key = [&] { return "key" + std::to_string(random() % 120); };
-    Pairs model;
-    std::string file;
-    for (int i = 0; i < 300; ++i) {
-        model.emplace_back(some_key(), std::to_string(i));
-        file += model.back().first + "=" + model.back().second + "\n";
-    }
-    use_file(file);
-    const Cache cache(MINI_READONLY | MINI_LOADALL);
-    Cache writable;
-    keys(writable, "");
-    for (int i = 0; i < 20'000; ++i) {
-        const std::string key = some_key();
-        const auto at = first_of(model, key);
-        const int32_t found = at != model.end() ? INI_OK : INI_NO_ENTRY;
-        switch (random() % 5) {
-            case 0:
-                ASSERT_EQ(mini_delete_entry(writable, "", key.c_str()), found);
-                if (found == INI_OK) model.erase(at);
-                break;
-            case 1: {
-                const std::string name = some_key();
-                ASSERT_EQ(mini_rename_entry(writable, "", key.c_str(), name.c_str()), found);
-                if (found == INI_OK) at->first = name;
-                break;
-            }
-            case 2:
-                ASSERT_EQ(mini_write_long(writable, "", key.c_str(), i), INI_OK);
-                if (found == INI_OK) {
-                    at->second = std::to_string(i);
-                } else {
-                    model.emplace_back(key, std::to_string(i));
-                }
-                break;
-            default:
-                if (random() % 4 == 0) kv::memory::plan_failure(0);  // no room for an index
-                const std::string text = mini_get_string(writable, "", key.c_str(), nullptr, nullptr);
-                kv::memory::plan_failure(-1);
-                ASSERT_EQ(text, found == INI_OK ? at->second : "");
-        }
-    }
-    std::string expected;
-    for (const auto &[key, text] : model) expected += (expected.empty() ? "" : " ") + key;
-    EXPECT_EQ(keys(writable, ""), expected);
-    std::filesystem::remove(cache_file());
-    writable.close();
-    std::filesystem::remove(cache_file());
-}
 
 TEST(MiniLists, ManySections) {
     std::string file;
@@ -95,99 +32,6 @@ TEST(MiniLists, ManySections) {
                   std::to_string(i + (i < 500 ? 1500 : 0)));
     }
     EXPECT_EQ(keys(cache, ""), "");
-}
-
-struct Edit {
-    int kind;
-    std::string section, entry, text;
-};
-
-void edit_file(const Edit &edit) {
-    const char *const section = edit.section.c_str();
-    switch (edit.kind) {
-        case 0:
-            ini_delete_entry(kCacheFile, section, edit.entry.c_str());
-            break;
-        case 1:
-            ini_rename_entry(kCacheFile, section, edit.entry.c_str(), edit.text.c_str());
-            break;
-        case 2:
-            ini_delete_section(kCacheFile, section);
-            break;
-        default:
-            ini_write_string(kCacheFile, section, edit.entry.c_str(), edit.text.c_str());
-    }
-}
-
-void edit_cache(MINI *cache, const Edit &edit) {
-    const char *const section = edit.section.c_str();
-    switch (edit.kind) {
-        case 0:
-            mini_delete_entry(cache, section, edit.entry.c_str());
-            break;
-        case 1:
-            mini_rename_entry(cache, section, edit.entry.c_str(), edit.text.c_str());
-            break;
-        case 2:
-            mini_delete_section(cache, section);
-            break;
-        default:
-            mini_write_string(cache, section, edit.entry.c_str(), edit.text.c_str());
-    }
-}
-
-std::string everything() {
-    const Cache cache(MINI_LOADALL | MINI_READONLY);
-    std::string text;
-    for (const char *section : {"", "A", "B", "new one"}) {
-        char list[2000];
-        int32_t size = sizeof list;
-        if (ini_read_string(kCacheFile, section, nullptr, list, &size) != INI_OK) continue;
-        if (*section == '\0' && *list == '\0') continue;
-        text += std::string("[") + section + "]";
-        for (const char *key = list; *key != '\0'; key += std::strlen(key) + 1) {
-            char of_file[200] = "";
-            int32_t room = sizeof of_file - 1;
-            ini_read_string(kCacheFile, section, key, of_file, &room);
-            EXPECT_EQ(value(cache, section, key), of_file);
-            text += std::string(key) + "=" + of_file + ";";
-        }
-    }
-    return text;
-}
-
-TEST(MiniBesideIni, TheSameEditsReadTheSame) {
-    std::mt19937 random(7);
-    const auto one_of = [&](std::vector<std::string> texts) { return texts[random() % texts.size()]; };
-    for (int round = 0; round < 40; ++round) {
-        std::string file;
-        for (const char *section : {"", "A", "B"}) {
-            if (random() % 4 == 0) continue;
-            if (*section != '\0') file += std::string(" [") + section + "]\n";
-            for (const char *key : {"a", "b", "c c", "d"}) {
-                if (random() % 3 != 0)
-                    file += " " + std::string(key) + " = " + std::to_string(random() % 9) + "\n";
-                if (random() % 3 == 0) file += one_of({"\n", ";remark\n", "   ;\n"});
-            }
-        }
-        std::vector<Edit> edits;
-        for (auto count = random() % 12; count > 0; --count) {
-            edits.push_back({static_cast<int>(random() % 6), one_of({"", "A", "B", "new one"}),
-                             one_of({"a", "b", "c c", "d", "e"}), "n" + std::to_string(random() % 90)});
-        }
-        use_file(file);
-        for (const Edit &edit : edits) edit_file(edit);
-        const std::string through_file = everything();
-        for (const int32_t flags : {0, int32_t{MINI_LOADALL}, MINI_LOADALL | MINI_REWRITE}) {
-            use_file(file);
-            {
-                const Cache cache(flags);
-                for (const Edit &edit : edits) edit_cache(cache, edit);
-            }
-            ASSERT_EQ(everything(), through_file) << "round " << round << ", flags " << flags << "\n"
-                                                  << file;
-        }
-    }
 }
 
 TEST(MiniExhaustion, OpeningUpdatingRenaming) {

@@ -1,5 +1,5 @@
 // What an update makes of the file, byte for byte; deleting and renaming.
-#include <functional>
+#include <string>
 #include <vector>
 
 #include "tests/config/mini_caches.hpp"
@@ -10,130 +10,93 @@ using namespace kvtest;
 
 constexpr char kReport[] = "Incorrect entry's format. '=' is not found;";
 
-using Calls = std::function<void(MINI *)>;
-
-Calls write(const char *section, const char *entry, const char *text) {
-    return [=](MINI *cache) { EXPECT_EQ(mini_write_string(cache, section, entry, text), INI_OK); };
-}
-Calls touch(const char *section) {
-    return [=](MINI *cache) { keys(cache, section); };
-}
-Calls rename(const char *section, const char *old_name, const char *new_name) {
-    return [=](MINI *cache) { EXPECT_EQ(mini_rename_entry(cache, section, old_name, new_name), INI_OK); };
-}
-Calls remove(const char *section, const char *entry) {
-    return [=](MINI *cache) { EXPECT_EQ(mini_delete_entry(cache, section, entry), INI_OK); };
+// A call in short, its status: "=section|key|value" writes, "-section|key" deletes, ">section|key|name"
+// renames, "]old|new" renames a section, "[section" deletes it, "!section" unloads it, "?section" loads it.
+// "NIL" is no text.
+int32_t call(MINI *cache, const std::string &text) {
+    std::vector<std::string> words(1);
+    for (const char c : text.substr(1)) {
+        if (c == '|') {
+            words.emplace_back();
+        } else {
+            words.back() += c;
+        }
+    }
+    words.resize(3);
+    const auto word = [&](std::size_t i) { return words[i] != "NIL" ? words[i].c_str() : nullptr; };
+    switch (text[0]) {
+        case '=':
+            return mini_write_string(cache, word(0), word(1), word(2));
+        case '-':
+            return mini_delete_entry(cache, word(0), word(1));
+        case '>':
+            return mini_rename_entry(cache, word(0), word(1), word(2));
+        case '[':
+            return mini_delete_section(cache, word(0));
+        case ']':
+            return mini_rename_section(cache, word(0), word(1));
+        case '!':
+            return mini_unload_one_section(cache, word(0));
+        default:
+            keys(cache, word(0));
+            return INI_OK;
+    }
 }
 
 struct Golden {
-    const char *what;
     std::string before;
-    std::vector<Calls> calls;
+    std::vector<std::string> calls;
     std::string after;
     int32_t flags = 0;
     int reports = 0;
 };
 
-void expect(const std::vector<Golden> &cases) {
+constexpr char kFile[] =
+    "; top\n\n u = 0 \n[A]\n  ; of a\n a  = 1\nno\nb= 2 \n\n\n;end of a\n[ B ] rest\nx=1\nalso no\ny = 2\n";
+const std::string kA = "\n\n[A]\n; of a\na  = 1\nno\nb= 2\n;end of a";
+const std::string kB = "\n\n[B]\nx=1\nalso no\ny = 2";
+
+TEST(MiniMerge, Golden) {
+    const Golden cases[] = {
+        {kFile, {}, "; top\nu = 0" + kA + kB},
+        {kFile, {}, "; top\nu= 0\n\n[A]\n; of a\na= 1\nb= 2\n;end of a\n\n[B]\nx=1\ny= 2", MINI_LOADALL, 2},
+        {kFile, {"=A|a|new", "=|u| 9"}, "; top\nu= 9\n\n[A]\n; of a\na=new\nb= 2\n;end of a" + kB, 0, 1},
+        // New entries come last in their section, and new sections in the file.
+        {kFile,
+         {"=A|c|3", "=NIL|v|1"},
+         "; top\nu= 0\nv=1\n\n[A]\n; of a\na= 1\nb= 2\n;end of a\nc=3" + kB,
+         0,
+         1},
+        {kFile, {"=C|c|3", "= D d | d |4", "?E"}, "; top\nu = 0" + kA + kB + "\n\n[C]\nc=3\n\n[D d]\nd=4"},
+        {kFile, {"?A", "-A|a"}, "; top\nu = 0\n\n[A]\n; of a\nb= 2\n;end of a" + kB, 0, 1},
+        // A renamed entry is not the line's any more: it and those behind it come at the end.
+        {kFile, {"?A", ">A|a| new "}, "; top\nu = 0\n\n[A]\n; of a\n;end of a\nnew= 1\nb= 2" + kB, 0, 1},
+        // No empty line before what no entry precedes.
+        {"[A]\n\n[B]\n;c\n[C]\nx=1\n[D]\n[E]\n", {}, "[A]\n[B]\n;c\n[C]\nx=1\n\n[D]\n\n[E]"},
+        {"", {"=A|a|1", "=|u|1"}, "u=1\n\n[A]\na=1"},
+        {";x\n\n ;y", {"=A|a|1"}, ";x\n;y\n\n[A]\na=1"},
+        // The second of two sections reads as the first.
+        {"[A]\na=1\na=2\n[A]\nb=2\n", {"=A|a|9"}, "[A]\na=9\na=2\n\n[A]\na=9\na=2"},
+        {"u=1\n[ ]\nu=2\nx\n[A]\na=1\n", {"=|v|3", "=A|a|2"}, "u=1\nv=3\n\n[]\nu=2\nx\n\n[A]\na=2"},
+        // A line that others have added, and changes that are lost.
+        {"[A]\na=1\nnew=1\nb=2\n", {"?A", "-A|new", "=A|b|3"}, "[A]\na=1\nb=3"},
+        {"[A]\na=1\n", {"=A|a|2", "!A"}, "[A]\na=1"},
+        {kFile, {"=C|c|1"}, "[C]\nc=1", MINI_REWRITE},
+        {kFile, {"=C|c|1"}, "u= 0\n[A]\na= 1\nb= 2\n[B]\nx=1\ny= 2\n[C]\nc=1", MINI_REWRITE | MINI_LOADALL},
+    };
     for (const Golden &c : cases) {
-        SCOPED_TRACE(c.what);
         for (const std::string &before : {crlf(c.before), c.before}) {
+            SCOPED_TRACE(c.after);
             write_file(cache_file(), before);
             clear_log();
             Cache cache(c.flags);
-            for (const Calls &call : c.calls) call(cache);
+            for (const std::string &text : c.calls) EXPECT_EQ(call(cache, text), INI_OK) << text;
             EXPECT_EQ(read_file(cache_file()), before);
             EXPECT_EQ(cache.close(), 1);
             EXPECT_EQ(read_file(cache_file()), crlf(c.after));
             EXPECT_EQ(count_in_log(kReport), c.reports);
         }
     }
-}
-
-constexpr char kFile[] =
-    "; top\n\n u = 0 \n[A]\n  ; of a\n a  = 1\nno\nb= 2 \n\n\n;end of a\n[ B ] rest\nx=1\nalso no\ny = 2\n";
-
-TEST(MiniMerge, Golden) {
-    expect({
-        {"nothing loaded",
-         kFile,
-         {},
-         "; top\nu = 0\n\n[A]\n; of a\na  = 1\nno\nb= 2\n;end of a\n\n[B]\nx=1\nalso no\ny = 2"},
-        {"all loaded",
-         kFile,
-         {},
-         "; top\nu= 0\n\n[A]\n; of a\na= 1\nb= 2\n;end of a\n\n[B]\nx=1\ny= 2",
-         MINI_LOADALL,
-         2},
-        {"values in place",
-         kFile,
-         {write("A", "a", "new"), write("", "u", " 9")},
-         "; top\nu= 9\n\n[A]\n; of a\na=new\nb= 2\n;end of a\n\n[B]\nx=1\nalso no\ny = 2",
-         0,
-         1},
-        {"new entries come last",
-         kFile,
-         {write("A", "c", "3"), write("B", " z ", ""), write(nullptr, "v", "1")},
-         "; top\nu= 0\nv=1\n\n[A]\n; of a\na= 1\nb= 2\n;end of a\nc=3\n\n[B]\nx=1\ny= 2\nz=",
-         0,
-         2},
-        {"new sections come last",
-         kFile,
-         {write("C", "c", "3"), write(" D d ", "d", "4"), touch("E")},
-         "; top\nu = 0\n\n[A]\n; of a\na  = 1\nno\nb= 2\n;end of a\n\n[B]\nx=1\nalso no\ny = 2"
-         "\n\n[C]\nc=3\n\n[D d]\nd=4"},
-        {"removed",
-         kFile,
-         {touch("A"), remove("A", "a")},
-         "; top\nu = 0\n\n[A]\n; of a\nb= 2\n;end of a\n\n[B]\nx=1\nalso no\ny = 2",
-         0,
-         1},
-        // A renamed entry is not the line's any more: it and those behind it come at the end.
-        {"renamed",
-         kFile,
-         {touch("A"), rename("A", "a", " new ")},
-         "; top\nu = 0\n\n[A]\n; of a\n;end of a\nnew= 1\nb= 2\n\n[B]\nx=1\nalso no\ny = 2",
-         0,
-         1},
-        {"last one renamed",
-         kFile,
-         {touch("A"), rename("A", "b", "new")},
-         "; top\nu = 0\n\n[A]\n; of a\na= 1\n;end of a\nnew= 2\n\n[B]\nx=1\nalso no\ny = 2",
-         0,
-         1},
-        {"no blank line before what no entry precedes",
-         "[A]\n\n[B]\n;c\n[C]\nx=1\n[D]\n[E]\n",
-         {},
-         "[A]\n[B]\n;c\n[C]\nx=1\n\n[D]\n\n[E]"},
-        {"entry in an empty section", "[A]\n[B]\n", {write("A", "a", "1")}, "[A]\na=1\n\n[B]"},
-        {"unnamed section of a file without one", "[A]\na=1\n", {write("", "u", "1")}, "u=1\n\n[A]\na=1"},
-        {"empty file", "", {write("A", "a", "1"), write("", "u", "1")}, "u=1\n\n[A]\na=1"},
-        {"empty file, no unnamed section", "", {write("A", "a", "1")}, "[A]\na=1"},
-        {"only comments", ";x\n\n ;y", {write("A", "a", "1")}, ";x\n;y\n\n[A]\na=1"},
-        {"repeated keys", "[A]\na=1\na=2\n", {write("A", "a", "9")}, "[A]\na=9\na=2"},
-        {"the second of two sections reads as the first",
-         "[A]\na=1\n[A]\nb=2\n",
-         {write("A", "a", "9")},
-         "[A]\na=9\n\n[A]\na=9"},
-        {"header without a name",
-         "u=1\n[ ]\nu=2\nx\n[A]\na=1\n",
-         {write("", "v", "3"), write("A", "a", "2")},
-         "u=1\nv=3\n\n[]\nu=2\nx\n\n[A]\na=2"},
-        {"a line that others have added",
-         "[A]\na=1\nnew=1\nb=2\n",
-         {touch("A"), remove("A", "new"), write("A", "b", "3")},
-         "[A]\na=1\nb=3"},
-        {"unloaded changes are lost",
-         "[A]\na=1\n",
-         {write("A", "a", "2"), [](MINI *cache) { mini_unload_one_section(cache, "A"); }},
-         "[A]\na=1"},
-        {"alone", kFile, {write("C", "c", "1")}, "[C]\nc=1", MINI_REWRITE},
-        {"alone, all",
-         kFile,
-         {write("C", "c", "1")},
-         "u= 0\n[A]\na= 1\nb= 2\n[B]\nx=1\ny= 2\n[C]\nc=1",
-         MINI_REWRITE | MINI_LOADALL},
-    });
 }
 
 TEST(MiniMerge, KeepsWhatStandsBehindCtrlZ) {
@@ -240,73 +203,57 @@ TEST(MiniOpen, AFirstUpdateMakesTheFile) {
     EXPECT_EQ(read_file(cache_file()), crlf("[s]\nd=0.1"));
 }
 
-struct Edit {
-    const char *what;
-    std::function<int32_t(MINI *)> run;
-    int32_t status;          // when the section is loaded
-    std::string file;        // then, at once
-    std::string keys;        // of A
-    int32_t other_status;    // when it is not loaded
-    std::string other_file;  // then, at once
-};
-
 TEST(MiniEdit, LoadedOrNot) {
-    const std::string before = "[A]\na = 1\nb=2\n[B]\nx=1\n";
-    const std::string a80(80, 'n');
-    const std::string a79(79, 'n');
-    const Edit edits[] = {
-        {"delete entry", [](MINI *c) { return mini_delete_entry(c, " A", "a"); }, INI_OK, before, "b",
-         INI_OK, "[A]\nb=2\n[B]\nx=1\n"},
-        {"delete missing", [](MINI *c) { return mini_delete_entry(c, "A", "a "); }, INI_NO_ENTRY, before,
-         "a b", INI_NO_ENTRY, "[A]\na= 1\nb=2\n[B]\nx=1\n"},
-        {"delete NIL", [](MINI *c) { return mini_delete_entry(c, "A", nullptr); }, INI_NO_ENTRY, before,
-         "a b", INI_NO_ENTRY, before},
-        {"rename entry", [](MINI *c) { return mini_rename_entry(c, "A", "a", "c "); }, INI_OK, before,
-         "c b", INI_OK, "[A]\nc= 1\nb=2\n[B]\nx=1\n"},
-        {"rename to a longer name", [&](MINI *c) { return mini_rename_entry(c, "A", "b", a80.c_str()); },
-         INI_OK, before, "a " + a79, INI_OK, "[A]\na= 1\n" + a79 + "=2\n[B]\nx=1\n"},
-        {"rename to nothing", [](MINI *c) { return mini_rename_entry(c, "A", "a", "  "); }, INI_BAD_NAME,
-         before, "a b", INI_BAD_NAME, before},
-        {"rename to NIL", [](MINI *c) { return mini_rename_entry(c, "A", "x", nullptr); }, INI_BAD_NAME,
-         before, "a b", INI_BAD_NAME, before},
-        {"rename missing", [](MINI *c) { return mini_rename_entry(c, "A", "x", "y"); }, INI_NO_ENTRY,
-         before, "a b", INI_NO_ENTRY, "[A]\na= 1\nb=2\n\n[B]\nx=1\n"},
-        {"rename NIL", [](MINI *c) { return mini_rename_entry(c, "A", nullptr, "y"); }, INI_NO_ENTRY,
-         before, "a b", INI_NO_ENTRY, before},
-        {"delete section", [](MINI *c) { return mini_delete_section(c, " A "); }, INI_OK, "[B]\nx=1\n",
-         "<1>", INI_OK, "[B]\nx=1\n"},
-        {"delete section NIL", [](MINI *c) { return mini_delete_section(c, nullptr); }, INI_NO_ENTRY,
-         before, "a b", INI_NO_ENTRY, before},
-        {"rename section", [](MINI *c) { return mini_rename_section(c, " A", " Z "); }, INI_OK,
-         "[Z]\na = 1\nb=2\n[B]\nx=1\n", "<1>", INI_OK, "[Z]\na = 1\nb=2\n[B]\nx=1\n"},
-        {"rename section to nothing", [](MINI *c) { return mini_rename_section(c, "A", " "); },
-         INI_BAD_NAME, before, "a b", INI_BAD_NAME, before},
-        {"rename section NIL", [](MINI *c) { return mini_rename_section(c, nullptr, "y"); }, INI_NO_ENTRY,
-         before, "a b", INI_NO_ENTRY, before},
-        {"missing section", [](MINI *c) { return mini_delete_section(c, "Q"); }, INI_NO_SECTION,
-         "[A]\na = 1\nb=2\n\n[B]\nx=1", "a b", INI_NO_SECTION, "[A]\na = 1\nb=2\n\n[B]\nx=1"},
+    const std::string before = "[A]\na = 1\nb=2\n[B]\nx=1\n", name80(80, 'n'), name79(79, 'n');
+    const struct {
+        std::string call;
+        int32_t status;
+        std::string keys;   // of A, if it is loaded; the file stays then
+        std::string after;  // of the file, at once, if it is not
+    } cases[] = {
+        {"- A|a", INI_OK, "b", "[A]\nb=2\n[B]\nx=1\n"},
+        {"-A|a ", INI_NO_ENTRY, "a b", "[A]\na= 1\nb=2\n[B]\nx=1\n"},
+        {">A|a|c ", INI_OK, "c b", "[A]\nc= 1\nb=2\n[B]\nx=1\n"},
+        {">A|b|" + name80, INI_OK, "a " + name79, "[A]\na= 1\n" + name79 + "=2\n[B]\nx=1\n"},
+        {">A|x|y", INI_NO_ENTRY, "a b", "[A]\na= 1\nb=2\n\n[B]\nx=1\n"},
+        {"-A|NIL", INI_NO_ENTRY, "a b", before},
+        {">A|NIL|y", INI_NO_ENTRY, "a b", before},
+        {">A|a|  ", INI_BAD_NAME, "a b", before},
+        {">A|x|NIL", INI_BAD_NAME, "a b", before},
+        {"[NIL", INI_NO_ENTRY, "a b", before},
+        {"]NIL|y", INI_NO_ENTRY, "a b", before},
+        {"]A| ", INI_BAD_NAME, "a b", before},
     };
-    for (const Edit &edit : edits) {
-        SCOPED_TRACE(edit.what);
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.call);
         use_file(before);
         const Cache loaded;
         keys(loaded, "A");
-        EXPECT_EQ(edit.run(loaded), edit.status);
-        EXPECT_EQ(read_file(cache_file()), crlf(edit.file));
-        EXPECT_EQ(keys(loaded, "A"), edit.keys);
-        use_file(before);
+        EXPECT_EQ(call(loaded, c.call), c.status);
+        EXPECT_EQ(read_file(cache_file()), crlf(before));
+        EXPECT_EQ(keys(loaded, "A"), c.keys);
         const Cache fresh;
-        EXPECT_EQ(edit.run(fresh), edit.other_status);
-        EXPECT_EQ(read_file(cache_file()), crlf(edit.other_file));
+        EXPECT_EQ(call(fresh, c.call), c.status);
+        EXPECT_EQ(read_file(cache_file()), crlf(c.after));
     }
-    EXPECT_EQ(mini_delete_entry(nullptr, "A", nullptr), INI_FAILED);
-    EXPECT_EQ(mini_delete_section(nullptr, nullptr), INI_FAILED);
-    EXPECT_EQ(mini_rename_entry(nullptr, "A", nullptr, "x"), INI_FAILED);
-    EXPECT_EQ(mini_rename_section(nullptr, nullptr, "x"), INI_FAILED);
+    // Sections go and get names in the file at once, loaded or not.
+    for (const bool load : {false, true}) {
+        use_file(before);
+        const Cache cache;
+        if (load) keys(cache, "A");
+        EXPECT_EQ(call(cache, "] A| Z "), INI_OK);
+        EXPECT_EQ(keys(cache, "A"), "<1>");
+        EXPECT_EQ(read_file(cache_file()), crlf("[Z]\na = 1\nb=2\n[B]\nx=1\n"));
+        EXPECT_EQ(call(cache, "[ Z "), INI_OK);
+        EXPECT_EQ(read_file(cache_file()), crlf("[B]\nx=1\n"));
+        EXPECT_EQ(call(cache, "[Q"), INI_NO_SECTION);
+    }
+    for (const char *each : {"-A|NIL", "[NIL", ">A|NIL|x", "]NIL|x"})
+        EXPECT_EQ(call(nullptr, each), INI_FAILED);
     std::filesystem::remove(cache_file());
     const Cache missing;
-    EXPECT_EQ(mini_delete_entry(missing, "A", "a"), INI_FAILED);
-    EXPECT_EQ(mini_rename_section(missing, "A", "B"), INI_FAILED);
+    EXPECT_EQ(call(missing, "-A|a"), INI_FAILED);
+    EXPECT_EQ(call(missing, "]A|B"), INI_FAILED);
 }
 
 // A section that was renamed while loaded is found under its new name only, values and all.

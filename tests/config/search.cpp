@@ -8,7 +8,6 @@
 #include "kv/config.h"
 #include "kv/fio.h"
 #include "kv/frame.h"
-#include "kv/ini.h"
 
 #include "tests/support/support.hpp"
 
@@ -45,7 +44,6 @@ class Search : public testing::Test {
         EXPECT_EQ(result, std::string(out) == kUntouched ? -1 : 0);
         return out;
     }
-    static std::string find_main() { return find(nullptr, nullptr, nullptr); }
     static std::string path_setting(const char *section, const char *entry) {
         char out[256] = "untouched";
         const int32_t result = kv_suche_pfad(section, entry, out);
@@ -58,70 +56,71 @@ class Search : public testing::Test {
         EXPECT_EQ(kvtest::count_in_log("\"Kv\""), static_cast<int>(texts.size())) << kvtest::read_log();
         kvtest::clear_log();
     }
+    struct Step {
+        const char *change;  // "-" and a file to be removed, or a variable's setting
+        const char *entry;   // of the section "System" in the main file
+        const char *file;
+        const char *found;
+        std::vector<std::string> reports = {};
+    };
+    static void expect(const std::vector<Step> &steps) {
+        for (const Step &step : steps) {
+            if (step.change[0] == '-') {
+                remove(step.change + 1);
+            } else {
+                kv_putenv(step.change);
+            }
+            EXPECT_EQ(find(step.entry != nullptr ? "System" : nullptr, step.entry, step.file), step.found)
+                << step.change;
+            expect_reports(step.reports);
+        }
+    }
 
   private:
     std::optional<kvtest::RegistryValue> value_;
 };
 
 TEST_F(Search, MainFileInOrder) {
-    write("work/kv3.ini");
-    write("kv/kv3.ini");
-    write("kv3.ini");
-    write("a/other.ini");
+    for (const char *name : {"work/kv3.ini", "kv/kv3.ini", "kv3.ini", "a/other.ini"}) write(name);
     write_registry("kv3.ini", "C:\\a\\other.ini");
-    EXPECT_EQ(find_main(), "C:\\work\\kv3.ini");
-    remove("work/kv3.ini");
-    EXPECT_EQ(find_main(), "C:\\kv\\kv3.ini");
-    kv_putenv("KV=C:/kv/");
-    EXPECT_EQ(find_main(), "C:\\kv\\kv3.ini");
-    kv_putenv("KV=");
-    EXPECT_EQ(find_main(), "C:\\kv3.ini");
-    kv_putenv("KV=C:\\kv");
-    remove("kv/kv3.ini");
-    EXPECT_EQ(find_main(), "C:\\kv3.ini");
-    remove("kv3.ini");
-    EXPECT_EQ(find_main(), "C:\\a\\other.ini");
-    expect_reports({});
-    remove("a/other.ini");
-    EXPECT_EQ(find_main(), kUntouched);
-    expect_reports({"File C:\\kv3.ini not found"});
+    expect({
+        {"", nullptr, nullptr, "C:\\work\\kv3.ini"},
+        {"-work/kv3.ini", nullptr, nullptr, "C:\\kv\\kv3.ini"},
+        {"KV=C:/kv/", nullptr, nullptr, "C:\\kv\\kv3.ini"},
+        {"KV=", nullptr, nullptr, "C:\\kv3.ini"},
+        {"KV=C:\\kv", nullptr, nullptr, "C:\\kv\\kv3.ini"},
+        {"-kv/kv3.ini", nullptr, nullptr, "C:\\kv3.ini"},
+        {"-kv3.ini", nullptr, nullptr, "C:\\a\\other.ini"},
+        {"-a/other.ini", nullptr, nullptr, kUntouched, {"File C:\\kv3.ini not found"}},
+    });
 }
 
 TEST_F(Search, OtherFilesInOrder) {
     write("kv/kv3.ini", "[System]\nProfile=C:\\a;;C:\\missing;C:/b/\nLeer=\n");
     for (const char *name : {"work/x.pro", "kv/x.pro", "a/x.pro", "b/x.pro"}) write(name);
-    EXPECT_EQ(find("System", "Profile", "x.pro"), "C:\\work\\x.pro");
-    EXPECT_EQ(find(nullptr, nullptr, "C:/b/x.pro"), "C:\\b\\x.pro");
-    // Absolute but without a drive: the path has to lead to the file.
-    EXPECT_EQ(find(nullptr, nullptr, "\\b/x.pro"), "C:\\b\\x.pro");
-    EXPECT_EQ(find(nullptr, nullptr, "..\\b\\x.pro"), "C:\\work\\..\\b\\x.pro");
-    remove("work/x.pro");
-    EXPECT_EQ(find("System", "Profile", "x.pro"), "C:\\kv\\x.pro");
-    remove("kv/x.pro");
-    EXPECT_EQ(find("System", "Profile", "x.pro"), "C:\\a\\x.pro");
-    remove("a/x.pro");
-    EXPECT_EQ(find("System", "Profile", "x.pro"), "C:\\b\\x.pro");
-    EXPECT_EQ(find("System", "Nichts", ""), kUntouched);  // a directory is not a file without a name
-    // Without an entry to look into, the main file itself.
-    for (const char *nothing : {static_cast<const char *>(nullptr), ""}) {
-        EXPECT_EQ(find(nothing, "Profile", "x.pro"), "C:\\kv\\kv3.ini");
-        EXPECT_EQ(find("System", nothing, "x.pro"), "C:\\kv\\kv3.ini");
-    }
-    expect_reports({});
+    expect({
+        {"", "Profile", "x.pro", "C:\\work\\x.pro"},
+        {"", nullptr, "C:/b/x.pro", "C:\\b\\x.pro"},
+        {"", nullptr, "\\b/x.pro", "C:\\b\\x.pro"},  // absolute but without a drive
+        {"", nullptr, "..\\b\\x.pro", "C:\\work\\..\\b\\x.pro"},
+        {"-work/x.pro", "Profile", "x.pro", "C:\\kv\\x.pro"},
+        {"-kv/x.pro", "Profile", "x.pro", "C:\\a\\x.pro"},
+        {"-a/x.pro", "Profile", "x.pro", "C:\\b\\x.pro"},
+        {"", "Nichts", "", kUntouched},  // a directory is not a file without a name
+        // Without an entry to look into, the main file itself.
+        {"", nullptr, "x.pro", "C:\\kv\\kv3.ini"},
+        {"", "", "x.pro", "C:\\kv\\kv3.ini"},
+    });
+    EXPECT_EQ(find("", "Profile", "x.pro"), "C:\\kv\\kv3.ini");
     write_registry("x.pro", "C:\\b\\x.pro");
-    EXPECT_EQ(find("System", "Matten", "x.pro"), "C:\\b\\x.pro");  // no such entry: the registry
-    expect_reports({});
-    remove("b/x.pro");
-    EXPECT_EQ(find("System", "Matten", "x.pro"), kUntouched);
-    expect_reports({});
-    EXPECT_EQ(find("System", "Profile", "x.pro"), kUntouched);
-    expect_reports({"File x.pro in C:\\a;;C:\\missing;C:/b/ not found"});
-    EXPECT_EQ(find("System", "Leer", "x.pro"), kUntouched);
-    expect_reports({"File x.pro in  not found"});
+    expect({
+        {"", "Matten", "x.pro", "C:\\b\\x.pro"},  // no such entry: the registry
+        {"-b/x.pro", "Matten", "x.pro", kUntouched},
+        {"", "Profile", "x.pro", kUntouched, {"File x.pro in C:\\a;;C:\\missing;C:/b/ not found"}},
+        {"", "Leer", "x.pro", kUntouched, {"File x.pro in  not found"}},
+    });
     write("b/x.pro");
-    remove("kv/kv3.ini");
-    EXPECT_EQ(find("System", "Profile", "x.pro"), "C:\\b\\x.pro");
-    expect_reports({"File C:\\kv3.ini not found"});
+    expect({{"-kv/kv3.ini", "Profile", "x.pro", "C:\\b\\x.pro", {"File C:\\kv3.ini not found"}}});
 }
 
 TEST_F(Search, PathSettings) {
@@ -157,41 +156,34 @@ TEST_F(Search, IniPaths) {
     expect_reports({});
 }
 
-// Buffers have 256 bytes: the sanitizer sees one too many.
+// Buffers have 256 bytes: the sanitizer sees one too many, and the fuzz target tries other values.
 TEST_F(Search, LongValues) {
     kv_putenv("KV=");
     const std::string longest = "C:\\" + std::string(252, 'x');
-    const std::string value256 = longest + "y";
-    const std::string value600(600, 'z');
     const std::string list256 = "C:\\missing;" + std::string(240, ' ') + ";C:\\b";
-    write("kv3.ini", "[Pfade]\n255=" + longest + "\n256=" + value256 + "\n600=" + value600 +
-                         "\nlist=" + list256 + "\nlist257=" + list256 + ";\nend=" + longest + "\\\n");
+    write("kv3.ini", "[Pfade]\n255=" + longest + "\n256=" + longest + "y\nlist=" + list256 +
+                         "\nlist257=" + list256 + ";\nend=" + longest + "\\\n");
     EXPECT_EQ(kv_getinipath("255"), longest);
     EXPECT_STREQ(kv_getinipath("256"), "c:\\256.ini");
-    EXPECT_STREQ(kv_getinipath("600"), "c:\\600.ini");
     EXPECT_EQ(kv_getinipath(std::string(248, 'n').c_str()), "c:\\" + std::string(248, 'n') + ".ini");
     EXPECT_STREQ(kv_getinipath(std::string(249, 'n').c_str()), "");
     EXPECT_EQ(path_setting("Pfade", "255"), longest);
     EXPECT_EQ(path_setting("Pfade", "end"), longest);
     EXPECT_EQ(path_setting("Pfade", "256"), kUntouched);
-    EXPECT_EQ(path_setting("Pfade", "600"), kUntouched);
-    ASSERT_EQ(list256.size(), 256U);
     write("b/x.pro");
     EXPECT_EQ(find("Pfade", "list", "x.pro"), "C:\\b\\x.pro");
     EXPECT_EQ(find("Pfade", "list257", "x.pro"), kUntouched);
-    for (const std::size_t size : {247U, 248U, 1000U, 5000U}) {
+    for (const std::size_t size : {247U, 248U, 5000U}) {
         EXPECT_EQ(find("Pfade", "list", std::string(size, 'n').c_str()), kUntouched) << size;
     }
-    for (const std::string &value : {longest, value256, value600, std::string(9000, '@'), std::string()}) {
+    for (const std::string &value : {longest, longest + "y", std::string(9000, '@'), std::string()}) {
         write_registry("y.pro", value);
         EXPECT_EQ(find("Pfade", "none", "y.pro"), kUntouched) << value.size();
     }
-    const std::string deep = std::string(120, 'd') + "\\" + std::string(120, 'd') + "\\xxxxxx.ini";
-    std::string host = deep;
-    host[120] = host[241] = '/';
-    std::filesystem::create_directories((kvtest::drive_c() / host).parent_path());
-    write(host);
-    const std::string path = "C:\\" + deep;
+    const std::string deep(120, 'd');
+    std::filesystem::create_directories(kvtest::drive_c() / deep / deep);
+    write(deep + '/' + deep + "/xxxxxx.ini");
+    const std::string path = "C:\\" + deep + '\\' + deep + "\\xxxxxx.ini";
     ASSERT_EQ(path.size(), 255U);
     write_registry("y.pro", path);
     EXPECT_EQ(find("Pfade", "none", "y.pro"), path);
@@ -219,19 +211,6 @@ TEST_F(Search, TellsThePlaces) {
     EXPECT_EQ(kv_suche_orte(nullptr, nullptr, nullptr, visit, &places), -1);
     EXPECT_EQ(places, "1-C:\\work\\kv3.ini\n2-NIL\n3-C:\\kv3.ini\n4-C:\\nowhere\n");
     kvtest::clear_log();
-}
-
-TEST_F(Search, IniFilesWithoutAPath) {
-    write("kv/kv3.ini", "[s]\nkey=found\n");
-    char buffer[80] = "";
-    int32_t size = 79;
-    EXPECT_EQ(ini_read_string(nullptr, "s", "key", buffer, &size), INI_OK);
-    EXPECT_STREQ(buffer, "found");
-    EXPECT_EQ(ini_write_string("", "s", "key", "changed"), INI_OK);
-    EXPECT_EQ(kvtest::read_file(kvtest::drive_c() / "kv/kv3.ini"), "[s]\r\nkey=changed\r\n");
-    remove("kv/kv3.ini");
-    EXPECT_EQ(ini_read_string("", "s", "key", buffer, &size), INI_FAILED);
-    expect_reports({"File C:\\kv3.ini not found"});
 }
 
 }  // namespace

@@ -62,17 +62,11 @@ TEST_F(ExitFunctions, RefuseWhatMakesNoSense) {
 TEST_F(ExitFunctions, MayChangeTheListThatRuns) {
     add({registers_g, f});
     EXPECT_EQ(kv_atexit(), 0);
-    EXPECT_EQ(g_calls, "rfg");
-
-    g_calls.clear();
     add({f, ends, g});
     EXPECT_EQ(kv_atexit(), 0);
-    EXPECT_EQ(g_calls, "feg");
-
-    g_calls.clear();
     add({f, frees, g});
     EXPECT_EQ(endprog_fkt(KV_ENDPROG_RUN_ALL, nullptr), 0);
-    EXPECT_EQ(g_calls, "fx");
+    EXPECT_EQ(g_calls, "rfgfegfx");
 }
 
 TEST_F(ExitFunctions, AnExhaustedHeapLeavesTheListAsItWas) {

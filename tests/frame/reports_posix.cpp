@@ -1,6 +1,7 @@
 // What a debugger gets, which on POSIX is a file; what takes no report, which would block or end a process
 // there; and the end of a process, whose message is on standard error.
 #include <csignal>
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/resource.h>
@@ -35,16 +36,12 @@ TEST(Reports, DebuggerGetsErrorsAlways) {
     EXPECT_EQ(kvtest::count_in_log("\"" + file + "\" line 6:\n  " + text + "!\n"), 1);
 }
 
-enum class Way { log, debugger, standard_error };
-
 // What is written to takes little or nothing: nobody reads it, or it may not grow.
-int unread_pipe() {
+int unread_pipe(bool reader) {
     int ends[2];
-    return pipe(ends) == 0 ? ends[1] : -1;
-}
-int pipe_without_reader() {
-    int ends[2];
-    return pipe(ends) == 0 && close(ends[0]) == 0 ? ends[1] : -1;
+    EXPECT_EQ(pipe(ends), 0);
+    if (!reader) close(ends[0]);
+    return ends[1];
 }
 int unread_socket() {
     int ends[2];
@@ -60,14 +57,14 @@ int small_file() {
     return open((kvtest::drive_c() / "small").c_str(), O_RDWR | O_CREAT, 0666);
 }
 
-// 0 if reports come to an end and leave the process as it was.
-int report_to(int target, Way way) {
+// Puts it in the place of the log, of the debugger's output, or of standard error and that output. 0 if
+// reports come to an end then and leave the process as it was.
+int report_to(int target, int place) {
     const std::string path = "/proc/self/fd/" + std::to_string(target);
     alarm(60);
-    if (way == Way::log) std::filesystem::create_symlink(path, kvtest::drive_c() / "kv.err");
-    if (way == Way::debugger) setenv("KV_DEBUG_OUTPUT", path.c_str(), 1);
-    if (way == Way::standard_error) setenv("KV_DEBUG_OUTPUT", "stderr", 1);
-    if (way == Way::standard_error && dup2(target, 2) != 2) return 1;
+    if (place == 0) std::filesystem::create_symlink(path, kvtest::drive_c() / "kv.err");
+    if (place == 1) setenv("KV_DEBUG_OUTPUT", path.c_str(), 1);
+    if (place == 2) setenv("KV_DEBUG_OUTPUT", "stderr", dup2(target, 2));
     const std::string text(1000, 'x');
     for (int i = 0; i < 300; ++i) kv_error(text.c_str(), text.c_str(), nullptr, "f", 1);
     sigset_t mask, pending;
@@ -76,14 +73,17 @@ int report_to(int target, Way way) {
 }
 
 TEST(Reports, NeverBlockAndNeverKill) {
-    for (const auto make : {unread_pipe, pipe_without_reader, unread_socket, unread_terminal, small_file}) {
-        for (const Way way : {Way::log, Way::debugger, Way::standard_error}) {
-            EXPECT_EXIT(_exit(report_to(make(), way)), testing::ExitedWithCode(0), "");
+    const std::function<int()> targets[] = {[] { return unread_pipe(true); },
+                                            [] { return unread_pipe(false); }, unread_socket,
+                                            unread_terminal, small_file};
+    for (const auto &target : targets) {
+        for (const int place : {0, 1, 2}) {
+            EXPECT_EXIT(_exit(report_to(target(), place)), testing::ExitedWithCode(0), "");
             kvtest::empty_drive_c();
         }
     }
     // A message box is on standard error, too.
-    EXPECT_EXIT(_exit((dup2(pipe_without_reader(), 2), kv_end(), 0)), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(_exit((dup2(unread_pipe(false), 2), kv_end(), 0)), testing::ExitedWithCode(0), "");
 }
 
 TEST(Reports, ExitShowsLogsRunsTheExitFunctionsAndEndsWithZero) {

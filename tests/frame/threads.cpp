@@ -42,7 +42,7 @@ TEST(FrameThreads, TracebacksHaveWholeNames) {
             kv_end();
         }
     });
-    for (int i = 0; i < 2000; ++i) kv_switch_error(1, "f", 1);
+    for (int i = 0; i < 4000; ++i) kv_switch_error(1, "f", 1);
     ended = true;
     tracing.join();
     std::istringstream log(kvtest::read_log());

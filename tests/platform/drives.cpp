@@ -21,6 +21,7 @@ std::string mapped(const std::string &path, Purpose purpose = Purpose::read) {
 
 TEST(Drives, PathsReachTheirFiles) {
     const std::string c = kvtest::drive_c().string();
+    const std::string canonical = fs::canonical(c).string();
     fs::create_directories(kvtest::drive_c() / "Data/Sub");
     kvtest::write_file(kvtest::drive_c() / "Data/Press.ENV", "x");
     kvtest::write_file(kvtest::drive_c() / "Data/same", "x");
@@ -48,8 +49,8 @@ TEST(Drives, PathsReachTheirFiles) {
         {"z:" + c + "/Data/Press.ENV", c + "/Data/Press.ENV"},
         {backslashes, c + "/Data/Press.ENV"},
         {"c:\\lnk\\..\\press.env", c + "/press.env"},
-        {c + "/lnk/../press.env", c + "/Lnk/../Press.ENV"},  // in the directory that Sub is in
-        {c + "/LNK/../../no/../data/sub/../new.Env", c + "/Lnk/../../Data/new.Env"},
+        {c + "/lnk/../press.env", canonical + "/Data/Press.ENV"},  // in the directory that Sub is in
+        {c + "/LNK/../../no/../data/sub/../new.Env", canonical + "/Data/new.Env"},
         {"press.env", fs::current_path().string() + "/press.env"},
         {"z:press.env", fs::current_path().string() + "/press.env"},
         {"/", "/"},
