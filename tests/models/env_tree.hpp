@@ -180,6 +180,7 @@ struct View {
         if (!can_create(place.rest)) return ENV_ERROR;
         for (const Step &step : place.rest) {
             node->type = ENV_TYPE_BLOCK;
+            node->text.clear();
             for (int64_t i = 1; i < step.index; ++i) node->append(step.name, ENV_TYPE_DATA);
             node = &node->append(step.name, ENV_TYPE_DATA);
         }
