@@ -13,7 +13,7 @@ constexpr std::array<bool, 256> only(unsigned char c) {
     return set;
 }
 
-constinit platform::Lock environment_lock{platform::Lock::Kind::environments};
+platform::Lock &environment_lock = platform::Lock::of(platform::Lock::Kind::environments);
 
 }  // namespace
 

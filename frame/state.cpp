@@ -3,8 +3,8 @@
 namespace kv::frame {
 
 // Ready before any code runs: nothing is prepared when the library is loaded.
-constinit State state{.log_lock = platform::Lock(platform::Lock::Kind::log),
-                      .trace_lock = platform::Lock(platform::Lock::Kind::trace),
+constinit State state{.log_lock = platform::Lock::of(platform::Lock::Kind::log),
+                      .trace_lock = platform::Lock::of(platform::Lock::Kind::trace),
                       .trace = {},
                       .trace_depth = 0,
                       .trace_off = false,

@@ -26,9 +26,9 @@ struct ExitNode {
 };
 
 struct State {
-    platform::Lock log_lock;
+    platform::Lock &log_lock;
 
-    platform::Lock trace_lock;
+    platform::Lock &trace_lock;
     std::array<TraceEntry, kTraceEntries> trace;  // [0] is the outermost
     int trace_depth;
     bool trace_off;

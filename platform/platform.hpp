@@ -6,6 +6,7 @@
 // library's heap unless it says so, and nothing throws unless it says so.
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdarg>
 #include <cstddef>
@@ -51,8 +52,10 @@ class Lock {
     enum class Kind : std::uint8_t { environments, log, trace, directories, time };
     static constexpr std::size_t kKinds = 5;
 
-    /// There is one lock of each kind.
-    constexpr explicit Lock(Kind kind) : kind_(kind) {}
+    /// The lock of a kind; there is one of each, so that a fork knows them all.
+    static constexpr Lock &of(Kind kind);
+
+    constexpr Lock() = default;
     Lock(const Lock &) = delete;
     Lock &operator=(const Lock &) = delete;
 
@@ -62,20 +65,27 @@ class Lock {
   private:
     /// What tells the running thread from the others; never 0. The child of a fork has that of its parent.
     static std::uintptr_t this_thread();
-    /// Makes this lock one that forks know of.
-    void survive_forks();
+    /// Lets forks take the locks from now on. Called before the first lock is taken, and waits for a fork that
+    /// is on its way.
+    static void survive_forks();
     void before_fork();
     /// True if the lock is held by the thread that called fork().
     bool after_fork_in_parent();
     void after_fork_in_child();
 
-    const Kind kind_;
-    std::atomic<bool> survives_forks_{false};
+    static inline constinit std::atomic<bool> survives_forks_{false};
+
     Mutex mutex_;
     std::atomic<std::uintptr_t> owner_{0};  // a thread
     int depth_ = 0;                         // how often the owner has it
     int forks_ = 0;                         // how often of these for a fork
 };
+
+inline constinit std::array<Lock, Lock::kKinds> locks{};
+
+constexpr Lock &Lock::of(Kind kind) {
+    return locks[static_cast<std::size_t>(kind)];
+}
 
 // ---- Files
 

@@ -21,11 +21,11 @@ constexpr std::size_t kLongestDirectory = 255;  // as Windows has it
 // All process-wide state of the drives.
 struct DriveState {
     std::atomic<char> current;
-    Lock lock;                                         // of the directories
+    Lock &lock;                                        // of the directories
     char directories[kDrives][kLongestDirectory + 1];  // behind the drive's root: "/a/b", "" for the root
 };
 
-constinit DriveState state{posix::kNativeDrive, Lock(Lock::Kind::directories), {}};
+constinit DriveState state{posix::kNativeDrive, Lock::of(Lock::Kind::directories), {}};
 
 bool is_letter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');

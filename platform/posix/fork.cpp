@@ -1,7 +1,5 @@
 // What a fork does with the locks: the child has one thread, and nobody who would release what another
 // thread of the parent held.
-#include <array>
-#include <atomic>
 #include <chrono>
 #include <pthread.h>
 #include <thread>
@@ -12,15 +10,9 @@ namespace kv::platform {
 
 namespace {
 
-// The locks that have been taken before, in their order.
-constinit std::array<std::atomic<Lock *>, Lock::kKinds> used{};
-constinit std::atomic<bool> handles_forks{false};
-
 template <typename Step>
-void for_each_used(Step step) {
-    for (const std::atomic<Lock *> &entry : used) {
-        if (Lock *lock = entry.load()) step(*lock);
-    }
+void for_each_lock(Step step) {
+    for (Lock &lock : locks) step(lock);
 }
 
 }  // namespace
@@ -30,14 +22,10 @@ std::uintptr_t Lock::this_thread() {
 }
 
 void Lock::survive_forks() {
-    used[static_cast<std::size_t>(kind_)] = this;
     // Two threads may come here at once; handlers that run twice do no harm.
-    if (!handles_forks) {
-        pthread_atfork([] { for_each_used([](Lock &lock) { lock.before_fork(); }); },
-                       [] { for_each_used([](Lock &lock) { lock.after_fork_in_parent(); }); },
-                       [] { for_each_used([](Lock &lock) { lock.after_fork_in_child(); }); });
-        handles_forks = true;
-    }
+    pthread_atfork([] { for_each_lock([](Lock &lock) { lock.before_fork(); }); },
+                   [] { for_each_lock([](Lock &lock) { lock.after_fork_in_parent(); }); },
+                   [] { for_each_lock([](Lock &lock) { lock.after_fork_in_child(); }); });
     survives_forks_ = true;
 }
 

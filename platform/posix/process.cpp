@@ -12,7 +12,7 @@ namespace {
 
 // A fork must not meet the C library while it holds its own lock of the time zone, which the child would
 // wait for.
-constinit Lock time_lock{Lock::Kind::time};
+Lock &time_lock = Lock::of(Lock::Kind::time);
 
 // Whether the local time is so far ahead then.
 bool has_offset(std::int64_t seconds, long offset) {
