@@ -1,21 +1,23 @@
-# With CMAKE_UNITY_BUILD, which halves the time of a build and more, the sources of a folder are compiled as one.
-set_target_properties(kv_objects PROPERTIES UNITY_BUILD_MODE GROUP)
-# What shares a name in its unnamed namespace with another source of its folder is compiled by itself.
-set(alone config/mini_edit.cpp config/search.cpp env/name_table.cpp fio/open.cpp fio/temporary_names.cpp
-    platform/posix/serial_settings.cpp platform/text_stream.cpp platform/text_window.cpp profiles/pattern.cpp)
-get_target_property(sources kv_objects SOURCES)
-foreach(source ${sources})
-  cmake_path(RELATIVE_PATH source BASE_DIRECTORY ${PROJECT_SOURCE_DIR} OUTPUT_VARIABLE name)
-  get_filename_component(folder ${name} DIRECTORY)
-  string(MAKE_C_IDENTIFIER ${folder} group)
-  set_source_files_properties(${source} TARGET_DIRECTORY kv_objects PROPERTIES UNITY_GROUP ${group})
-  if(name IN_LIST alone)
-    set_source_files_properties(${source} TARGET_DIRECTORY kv_objects PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+# kv_unity(TARGET [ALONE SOURCE...]): with CMAKE_UNITY_BUILD, which halves the time of a build and more, the sources of
+# a folder are compiled as one. Those behind ALONE, which share a name in their unnamed namespace with another
+# source of their folder, are compiled by themselves.
+function(kv_unity target)
+  cmake_parse_arguments(PARSE_ARGV 1 unity "" "" ALONE)
+  get_target_property(sources ${target} SOURCES)
+  get_target_property(directory ${target} SOURCE_DIR)
+  foreach(source ${sources})
+    cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY ${directory} OUTPUT_VARIABLE file)
+    cmake_path(RELATIVE_PATH file BASE_DIRECTORY ${PROJECT_SOURCE_DIR} OUTPUT_VARIABLE name)
+    get_filename_component(folder ${name} DIRECTORY)
+    string(MAKE_C_IDENTIFIER ${folder} group)
+    set_source_files_properties(${source} TARGET_DIRECTORY ${target} PROPERTIES UNITY_GROUP ${group})
+    if(name IN_LIST unity_ALONE)
+      set_source_files_properties(${source} TARGET_DIRECTORY ${target} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
+  endforeach()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${CMAKE_UNITY_BUILD} UNITY_BUILD_MODE GROUP)
+  if(CMAKE_UNITY_BUILD)
+    # The types of a source, which is included then, are taken for those of a header.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
   endif()
-endforeach()
-if(CMAKE_UNITY_BUILD)
-  # The types of a source, which is included then, are taken for those of a header.
-  target_compile_options(kv_objects PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
-endif()
-# The sources of what comes behind it share more names.
-set(CMAKE_UNITY_BUILD OFF)
+endfunction()

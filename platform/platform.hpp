@@ -65,8 +65,8 @@ class Lock {
   private:
     /// What tells the running thread from the others; never 0. The child of a fork has that of its parent.
     static std::uintptr_t this_thread();
-    /// Lets forks take the locks from now on. Called before the first lock is taken, and waits for a fork that
-    /// is on its way.
+    /// Lets forks take the locks from now on. Called before the first lock is taken, and waits for a fork
+    /// that is on its way.
     static void survive_forks();
     void before_fork();
     /// True if the lock is held by the thread that called fork().

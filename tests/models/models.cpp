@@ -15,7 +15,9 @@ using Model = int (*)(const std::uint8_t *, std::size_t);
 // Declares the fuzz targets, and kModels: their names, corpora and functions.
 #include "models.inc"
 
-inline void PrintTo(const NamedModel &model, std::ostream *stream) { *stream << model.name; }
+inline void PrintTo(const NamedModel &model, std::ostream *stream) {
+    *stream << model.name;
+}
 
 namespace {
 

@@ -18,9 +18,9 @@ namespace {
 constexpr std::string_view kIni = "ini:";
 
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t";
-    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-    return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+    constexpr std::string_view kSpaces = " \t";
+    text.remove_prefix(std::min(text.find_first_not_of(kSpaces), text.size()));
+    return text.substr(0, text.find_last_not_of(kSpaces) + 1);
 }
 
 // A whole text that is one number, perhaps with blanks around it.
