@@ -45,7 +45,7 @@ enum {
  *  @param places  digits behind the point; 0: results are not rounded; below 0 to tens, hundreds, ...
  *                 -1: the entry "Nachkommastellen" of section "Calculator" in the main configuration file
  *                 (kv_getinipath("kv")) says it; the setting stays as it is where there is no such entry */
-KV_API void calc_init(int32_t places) KV_NOEXCEPT;
+KV_API void KV_CALL calc_init(int32_t places) KV_NOEXCEPT;
 
 /** Evaluates an expression.
  *
@@ -54,7 +54,7 @@ KV_API void calc_init(int32_t places) KV_NOEXCEPT;
  *  @param ok     receives the result as one byte
  *  @retval 1  the expression has a value
  *  @retval 0  it has none; calc_error() tells why */
-KV_API int32_t calc_expression(const char *expression, double *value, char *ok) KV_NOEXCEPT;
+KV_API int32_t KV_CALL calc_expression(const char *expression, double *value, char *ok) KV_NOEXCEPT;
 
 /** Tells how the last evaluation ended.
  *
@@ -66,7 +66,7 @@ KV_API int32_t calc_expression(const char *expression, double *value, char *ok) 
  *                  the main configuration file (kv_getinipath("kv")), cut to 100 characters; where there
  *                  is none, "Error in expression". At least 101 bytes.
  *  @return the status of ini_read_string() for that entry: 0 if it was found */
-KV_API int32_t calc_error(int32_t *code, int32_t *line, int32_t *column, char *message) KV_NOEXCEPT;
+KV_API int32_t KV_CALL calc_error(int32_t *code, int32_t *line, int32_t *column, char *message) KV_NOEXCEPT;
 
 KV_END_DECLS
 

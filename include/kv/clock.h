@@ -27,7 +27,7 @@ typedef struct CLOCK_RECORD {
 } CLOCK_RECORD;
 
 /** @return the current time; -1 when it does not fit into 32 bits any more */
-KV_API int32_t clock_value(void) KV_NOEXCEPT;
+KV_API int32_t KV_CALL clock_value(void) KV_NOEXCEPT;
 
 /** A date as text: "18.11.26" or "18. November 2026". The months are named Januar, Februar, Maerz, April,
  *  Mai, Juni, Juli, August, September, Oktober, November, Dezember.
@@ -36,20 +36,20 @@ KV_API int32_t clock_value(void) KV_NOEXCEPT;
  *  @param form  0 for the short form, any other value for the long one
  *  @return the library's own buffer with the text, overwritten by the next call, not to be freed; "???" for
  *          a time that cannot be converted */
-KV_API char *clock_date(int32_t time, int32_t form) KV_NOEXCEPT;
+KV_API char *KV_CALL clock_date(int32_t time, int32_t form) KV_NOEXCEPT;
 
 /** A time of day as text: "07:04" or "07:04:09".
  *
  *  @param time     the time, 0 for now
  *  @param seconds  0 to leave the seconds out, any other value to show them
  *  @return as for clock_date(), in a buffer of its own */
-KV_API char *clock_time(int32_t time, int32_t seconds) KV_NOEXCEPT;
+KV_API char *KV_CALL clock_time(int32_t time, int32_t seconds) KV_NOEXCEPT;
 
 /** Takes a time apart.
  *
  *  @param time    the time, 0 for now
  *  @param record  receives all eight fields; all of them 0 when the time cannot be converted */
-KV_API void clock_makestruct(int32_t time, CLOCK_RECORD *record) KV_NOEXCEPT;
+KV_API void KV_CALL clock_makestruct(int32_t time, CLOCK_RECORD *record) KV_NOEXCEPT;
 
 /** Puts a time together.
  *
@@ -59,7 +59,7 @@ KV_API void clock_makestruct(int32_t time, CLOCK_RECORD *record) KV_NOEXCEPT;
  *          repeats, it is always the first, which is still one of daylight saving; a time in the hour that
  *          its beginning leaves out is taken as one of daylight saving too, so that 02:30 means 01:30. -1
  * when the time lies before 1970 or does not fit into 32 bits: wday and yday are unchanged then. */
-KV_API int32_t clock_makevalue(CLOCK_RECORD *record) KV_NOEXCEPT;
+KV_API int32_t KV_CALL clock_makevalue(CLOCK_RECORD *record) KV_NOEXCEPT;
 
 /* ---- Timers: stop-watches that add up the time between each start and stop. They live until the process
  * ends. Where a timer is passed, NIL is ignored. */
@@ -81,20 +81,20 @@ typedef struct CLOCK_TIMER {
  *  @param name  its name in the report; the first 79 characters are copied. Names need not differ.
  *  @return the timer, which cannot be closed; NIL when CLOCK_MOST_TIMERS are open or the heap is
  *          exhausted */
-KV_API CLOCK_TIMER *clock_timeropen(const char *name) KV_NOEXCEPT;
+KV_API CLOCK_TIMER *KV_CALL clock_timeropen(const char *name) KV_NOEXCEPT;
 
 /** Sets everything but the name to 0. */
-KV_API void clock_timerreset(CLOCK_TIMER *timer) KV_NOEXCEPT;
+KV_API void KV_CALL clock_timerreset(CLOCK_TIMER *timer) KV_NOEXCEPT;
 
 /** Notes the current time as the timer's start. */
-KV_API void clock_timerstart(CLOCK_TIMER *timer) KV_NOEXCEPT;
+KV_API void KV_CALL clock_timerstart(CLOCK_TIMER *timer) KV_NOEXCEPT;
 
 /** Adds the time since the last start (up to 24 days come out right) and counts the pair. The start is
  *  kept: a further stop adds the time since the same start again. */
-KV_API void clock_timerstop(CLOCK_TIMER *timer) KV_NOEXCEPT;
+KV_API void KV_CALL clock_timerstop(CLOCK_TIMER *timer) KV_NOEXCEPT;
 
 /** @return the milliseconds added up so far; 0 for NIL */
-KV_API int32_t clock_timerget(const CLOCK_TIMER *timer) KV_NOEXCEPT;
+KV_API int32_t KV_CALL clock_timerget(const CLOCK_TIMER *timer) KV_NOEXCEPT;
 
 /** Modes of clock_timertable(). */
 enum { CLOCK_TABLE_OVERWRITE = 0, CLOCK_TABLE_APPEND = 1 };
@@ -106,7 +106,7 @@ enum { CLOCK_TABLE_OVERWRITE = 0, CLOCK_TABLE_APPEND = 1 };
  *
  *  @param file_name  the file; nothing happens when it cannot be opened
  *  @param mode       CLOCK_TABLE_APPEND to append; any other value replaces the file's content */
-KV_API void clock_timertable(const char *file_name, int32_t mode) KV_NOEXCEPT;
+KV_API void KV_CALL clock_timertable(const char *file_name, int32_t mode) KV_NOEXCEPT;
 
 KV_END_DECLS
 

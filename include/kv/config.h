@@ -49,8 +49,8 @@ KV_BEGIN_DECLS
  *  @retval -1  not found; out is untouched. Reports: "File C:\kv3.ini not found" when the main
  *              configuration file is missing (the registry may still give another file), "File <filename>
  *              in <list> not found" when none of the listed directories has the file */
-KV_API int32_t kv_suche_datei(const char *section, const char *entry, const char *filename,
-                              char *out) KV_NOEXCEPT;
+KV_API int32_t KV_CALL kv_suche_datei(const char *section, const char *entry, const char *filename,
+                                      char *out) KV_NOEXCEPT;
 
 /** Reads a path from an entry of the main configuration file, and writes it as fio_makepath() does: with
  *  "\" as the separator and without one at its end.
@@ -61,7 +61,7 @@ KV_API int32_t kv_suche_datei(const char *section, const char *entry, const char
  *  @retval -1  after a report, out being untouched: "File kv3.ini  not found" when the main configuration
  *              file is missing; "Section <section> or Entry <entry> in <file> not found" when it has no
  *              such entry, when the entry is NIL, or when the path has more than 255 characters */
-KV_API int32_t kv_suche_pfad(const char *section, const char *entry, char *out) KV_NOEXCEPT;
+KV_API int32_t KV_CALL kv_suche_pfad(const char *section, const char *entry, char *out) KV_NOEXCEPT;
 
 /** The path of an INI file that is known by a short name. The main configuration file is here the one that
  *  the variable kv names, or "c:\kv3.ini" when that is not set; it is not searched.
@@ -71,7 +71,7 @@ KV_API int32_t kv_suche_pfad(const char *section, const char *entry, char *out) 
  *          until the variable changes. Otherwise the library's own buffer of 256 bytes, overwritten by the
  *          next call, with the value of the entry `name` in its section "Pfade", or, when there is none or
  *          it has more than 255 characters, "c:\<name>.ini"; the empty text when that is too long */
-KV_API const char *kv_getinipath(const char *name) KV_NOEXCEPT;
+KV_API const char *KV_CALL kv_getinipath(const char *name) KV_NOEXCEPT;
 
 /* ---- An addition: what the search does */
 
@@ -91,15 +91,15 @@ enum {
  *  @param path   the file's path there, valid during the call; NIL when KV is not set or the registry has
  *                no such key; the empty text when the path would be too long
  *  @param found  1 if the file is there, else 0 */
-typedef void (*kv_place_function)(int32_t place, const char *path, int32_t found, void *user);
+typedef void(KV_CALL *kv_place_function)(int32_t place, const char *path, int32_t found, void *user);
 
 /** Searches as kv_suche_datei(), and tells of every place in the order in which it was looked at. Where the
  *  main configuration file has to be found first, its places are told too.
  *
  *  @retval 0   found, at the last place that was told
  *  @retval -1  not found, after the same reports */
-KV_API int32_t kv_suche_orte(const char *section, const char *entry, const char *filename,
-                             kv_place_function visit, void *user) KV_NOEXCEPT;
+KV_API int32_t KV_CALL kv_suche_orte(const char *section, const char *entry, const char *filename,
+                                     kv_place_function visit, void *user) KV_NOEXCEPT;
 
 KV_END_DECLS
 

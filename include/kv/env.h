@@ -86,7 +86,7 @@ enum {
  *                      is linked here
  *  @return the environment, to be closed with env_close(); NIL when the heap is exhausted (after a
  *          kv_error) */
-KV_API ENV *env_open(int32_t id, ENV *default_env) KV_NOEXCEPT;
+KV_API ENV *KV_CALL env_open(int32_t id, ENV *default_env) KV_NOEXCEPT;
 
 /** Closes an environment or a sub-environment. A root environment's tree is freed (externals are not
  *  touched); a sub-environment's elements stay where they are.
@@ -98,7 +98,7 @@ KV_API ENV *env_open(int32_t id, ENV *default_env) KV_NOEXCEPT;
  *                      just being read, written or traversed; nothing changes. With close_defaults also
  *                      when a default is in use: what stood before it in the chain is closed then.
  *  @retval ENV_ERROR   env is NIL (reported) */
-KV_API int32_t env_close(ENV *env, int32_t close_defaults) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_close(ENV *env, int32_t close_defaults) KV_NOEXCEPT;
 
 /** Opens a sub-environment on an existing element of any type (without a path: on the section).
  *
@@ -107,11 +107,12 @@ KV_API int32_t env_close(ENV *env, int32_t close_defaults) KV_NOEXCEPT;
  *
  *  @return the sub-environment; NIL if there is no such element, the path is bad, env is NIL or the
  *          heap is exhausted (the last three after a kv_error) */
-KV_API ENV *env_open_subenv(ENV *env, const char *section, const char *path, int32_t exact) KV_NOEXCEPT;
+KV_API ENV *KV_CALL env_open_subenv(ENV *env, const char *section, const char *path,
+                                    int32_t exact) KV_NOEXCEPT;
 
 /** Opens a sub-environment as env_open_subenv() with exact resolution, and creates the element if it is
  *  missing: as an external holding NIL, which becomes a block when something is stored below it. */
-KV_API ENV *env_create_subenv(ENV *env, const char *section, const char *path) KV_NOEXCEPT;
+KV_API ENV *KV_CALL env_create_subenv(ENV *env, const char *section, const char *path) KV_NOEXCEPT;
 
 /* ---- Storing ------------------------------------------------------------------------------------- */
 
@@ -134,50 +135,53 @@ KV_API ENV *env_create_subenv(ENV *env, const char *section, const char *path) K
  *
  *  @param value     the text, copied; NIL to store an external
  *  @param external  the pointer of an external, when value is NIL; stays the application's */
-KV_API int32_t env_put_core(ENV *env, const char *section, const char *path, const char *value,
-                            void *external) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_put_core(ENV *env, const char *section, const char *path, const char *value,
+                                    void *external) KV_NOEXCEPT;
 
 /** Stores a text (copied). ENV_ERROR without a report if value is NIL. */
-KV_API int32_t env_put(ENV *env, const char *section, const char *path, const char *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_put(ENV *env, const char *section, const char *path,
+                               const char *value) KV_NOEXCEPT;
 
 /** The same as env_put(). */
-KV_API int32_t env_put_string(ENV *env, const char *section, const char *path,
-                              const char *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_put_string(ENV *env, const char *section, const char *path,
+                                      const char *value) KV_NOEXCEPT;
 
 /** Stores a whole number as "%ld" writes it. */
-KV_API int32_t env_put_long(ENV *env, const char *section, const char *path, int32_t value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_put_long(ENV *env, const char *section, const char *path,
+                                    int32_t value) KV_NOEXCEPT;
 
 /** Stores a real number as "%g" writes it: six significant digits, a decimal point in every locale. */
-KV_API int32_t env_put_double(ENV *env, const char *section, const char *path, double value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_put_double(ENV *env, const char *section, const char *path,
+                                      double value) KV_NOEXCEPT;
 
 /** Stores whole numbers as one text, separated by commas.
  *
  *  @param count   at least 1
  *  @param values  count numbers
  *  ENV_ERROR without a report if count is below 1 or values is NIL. */
-KV_API int32_t env_put_longs(ENV *env, const char *section, const char *path, int32_t count,
-                             const int32_t *values) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_put_longs(ENV *env, const char *section, const char *path, int32_t count,
+                                     const int32_t *values) KV_NOEXCEPT;
 
 /** Stores real numbers, each as env_put_double() writes it; otherwise as env_put_longs(). */
-KV_API int32_t env_put_doubles(ENV *env, const char *section, const char *path, int32_t count,
-                               const double *values) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_put_doubles(ENV *env, const char *section, const char *path, int32_t count,
+                                       const double *values) KV_NOEXCEPT;
 
 /** Stores texts as one text, separated by commas. Nothing is escaped: a text with a comma comes back as
  *  two.
  *
  *  @param values  count texts
  *  ENV_ERROR without a report if count is below 1, or values or one of its entries is NIL. */
-KV_API int32_t env_put_strings(ENV *env, const char *section, const char *path, int32_t count,
-                               const char *const *values) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_put_strings(ENV *env, const char *section, const char *path, int32_t count,
+                                       const char *const *values) KV_NOEXCEPT;
 
 /** Stores a text that printf would write, with a decimal point in every locale. ENV_ERROR without a
  *  report if the text has 1024 characters or more. */
-KV_API int32_t env_put_format(ENV *env, const char *section, const char *path, const char *format,
-                              ...) KV_NOEXCEPT KV_PRINTF(4, 5);
+KV_API int32_t KV_CALL env_put_format(ENV *env, const char *section, const char *path, const char *format,
+                                      ...) KV_NOEXCEPT KV_PRINTF(4, 5);
 
 /** Stores an external: a pointer that stays the application's (may be NIL). */
-KV_API int32_t env_put_external(ENV *env, const char *section, const char *path,
-                                void *external) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_put_external(ENV *env, const char *section, const char *path,
+                                        void *external) KV_NOEXCEPT;
 
 /* ---- Getting ------------------------------------------------------------------------------------- */
 
@@ -199,9 +203,9 @@ KV_API int32_t env_put_external(ENV *env, const char *section, const char *path,
  *                         counts as not found.
  *  @retval ENV_ERROR      env is NIL, or section is NIL where one is needed (reported, but for section
  *                         NIL with pos 0 on a root environment) */
-KV_API int32_t env_get_core(ENV *env, const char *section, const char *path, int32_t exact, int32_t pos,
-                            int32_t *id_out, const char **name_out, const char **value_out,
-                            void **external_out) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_core(ENV *env, const char *section, const char *path, int32_t exact,
+                                    int32_t pos, int32_t *id_out, const char **name_out,
+                                    const char **value_out, void **external_out) KV_NOEXCEPT;
 
 /** Copies the text of a data element.
  *
@@ -211,22 +215,23 @@ KV_API int32_t env_get_core(ENV *env, const char *section, const char *path, int
  *  @retval ENV_DATA       the element is not a data element
  *  @retval ENV_NOT_FOUND,ENV_BAD_PATH,ENV_ERROR  as env_get_core()
  *  @retval ENV_TOO_SMALL  the text has size characters or more */
-KV_API int32_t env_get(ENV *env, const char *section, const char *path, int32_t exact, int32_t size,
-                       char *buffer) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get(ENV *env, const char *section, const char *path, int32_t exact, int32_t size,
+                               char *buffer) KV_NOEXCEPT;
 
 /** The same as env_get(). */
-KV_API int32_t env_get_string(ENV *env, const char *section, const char *path, int32_t exact, int32_t size,
-                              char *buffer) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_string(ENV *env, const char *section, const char *path, int32_t exact,
+                                      int32_t size, char *buffer) KV_NOEXCEPT;
 
 /** Gets the tree's own text of a data element, without a copy.
  *
  *  @param ref  receives the text: the tree's, valid until the element is changed or deleted
  *  @return as env_get(), never ENV_TOO_SMALL */
-KV_API int32_t env_get_reference(ENV *env, const char *section, const char *path, int32_t exact,
-                                 const char **ref) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_reference(ENV *env, const char *section, const char *path, int32_t exact,
+                                         const char **ref) KV_NOEXCEPT;
 
 /** The length of a data element's text in characters; 0 for anything else, errors included. */
-KV_API int32_t env_data_length(ENV *env, const char *section, const char *path, int32_t exact) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_data_length(ENV *env, const char *section, const char *path,
+                                       int32_t exact) KV_NOEXCEPT;
 
 /* The number getters read texts of this form, and no other. Blanks (spaces and tabs) may stand before and
  * behind each number; a carriage return or line feed ends the text. A whole number is an optional sign
@@ -240,12 +245,12 @@ KV_API int32_t env_data_length(ENV *env, const char *section, const char *path, 
  *  @retval ENV_DATA       the element is not a data element
  *  @retval ENV_NOT_FOUND,ENV_BAD_PATH,ENV_ERROR  as env_get_core()
  *  @retval ENV_SYNTAX     the text is not one whole number */
-KV_API int32_t env_get_long(ENV *env, const char *section, const char *path, int32_t exact,
-                            int32_t *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_long(ENV *env, const char *section, const char *path, int32_t exact,
+                                    int32_t *value) KV_NOEXCEPT;
 
 /** Gets a real number; otherwise as env_get_long(). */
-KV_API int32_t env_get_double(ENV *env, const char *section, const char *path, int32_t exact,
-                              double *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_double(ENV *env, const char *section, const char *path, int32_t exact,
+                                      double *value) KV_NOEXCEPT;
 
 /** Gets a list of whole numbers.
  *
@@ -256,12 +261,12 @@ KV_API int32_t env_get_double(ENV *env, const char *section, const char *path, i
  *  @retval ENV_NOT_FOUND,ENV_BAD_PATH,ENV_ERROR  as env_get_core()
  *  @retval ENV_SYNTAX     the text is not a list of whole numbers (an empty text is none)
  *  @retval ENV_TOO_SMALL  it has more numbers than values has room */
-KV_API int32_t env_get_longs(ENV *env, const char *section, const char *path, int32_t exact, int32_t *count,
-                             int32_t *values) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_longs(ENV *env, const char *section, const char *path, int32_t exact,
+                                     int32_t *count, int32_t *values) KV_NOEXCEPT;
 
 /** Gets a list of real numbers; otherwise as env_get_longs(). */
-KV_API int32_t env_get_doubles(ENV *env, const char *section, const char *path, int32_t exact,
-                               int32_t *count, double *values) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_doubles(ENV *env, const char *section, const char *path, int32_t exact,
+                                       int32_t *count, double *values) KV_NOEXCEPT;
 
 /** Gets the parts of a text between its commas, as they stand. An empty text is one empty part.
  *
@@ -273,16 +278,16 @@ KV_API int32_t env_get_doubles(ENV *env, const char *section, const char *path, 
  *  @retval ENV_NOT_FOUND,ENV_BAD_PATH,ENV_ERROR  as env_get_core(); ENV_ERROR, without a report, also if
  *                         count or values or a needed entry is NIL, or *count or size is below 1
  *  @retval ENV_TOO_SMALL  a part has size characters or more, or there are more parts than entries */
-KV_API int32_t env_get_strings(ENV *env, const char *section, const char *path, int32_t exact,
-                               int32_t *count, int32_t size, char *const *values) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_strings(ENV *env, const char *section, const char *path, int32_t exact,
+                                       int32_t *count, int32_t size, char *const *values) KV_NOEXCEPT;
 
 /** Gets the size of a comma-separated text, for env_get_strings() with buffers of *longest + 1 bytes.
  *
  *  @param count    receives the number of parts, 0 on failure; may be NIL
  *  @param longest  receives the characters of the longest part, 0 on failure; may be NIL
  *  @return as env_get_reference() */
-KV_API int32_t env_get_array_size(ENV *env, const char *section, const char *path, int32_t exact,
-                                  int32_t *count, int32_t *longest) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_array_size(ENV *env, const char *section, const char *path, int32_t exact,
+                                          int32_t *count, int32_t *longest) KV_NOEXCEPT;
 
 /** Gets an external.
  *
@@ -290,8 +295,8 @@ KV_API int32_t env_get_array_size(ENV *env, const char *section, const char *pat
  *  @return the id of the environment that has the element
  *  @retval ENV_EXTERNAL  the element is not an external
  *  @retval ENV_NOT_FOUND,ENV_BAD_PATH,ENV_ERROR  as env_get_core() */
-KV_API int32_t env_get_external(ENV *env, const char *section, const char *path, int32_t exact,
-                                void **external) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_external(ENV *env, const char *section, const char *path, int32_t exact,
+                                        void **external) KV_NOEXCEPT;
 
 /* ---- Positions and iteration --------------------------------------------------------------------- */
 
@@ -308,16 +313,16 @@ KV_API int32_t env_get_external(ENV *env, const char *section, const char *path,
  *  @retval ENV_DATA,ENV_BLOCK,ENV_EXTERNAL  found, by type
  *  @retval ENV_NOT_FOUND,ENV_BAD_PATH,ENV_ERROR  as env_get_core(); ENV_NOT_FOUND also if pos is below 1
  *  @retval ENV_TOO_SMALL  the name or the text does not fit; the one that fits is copied */
-KV_API int32_t env_get_pos(ENV *env, const char *section, const char *path, int32_t exact, int32_t pos,
-                           int32_t *id, int32_t name_size, char *name, int32_t value_size, char *value,
-                           void **external) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_pos(ENV *env, const char *section, const char *path, int32_t exact,
+                                   int32_t pos, int32_t *id, int32_t name_size, char *name,
+                                   int32_t value_size, char *value, void **external) KV_NOEXCEPT;
 
 /** Starts the iteration over the addressed block, or, with section NIL on a root environment, over the
  *  sections: gets the first element as env_get_pos() does. The arguments are copied. A block that only a
  *  default has is iterated there. */
-KV_API int32_t env_get_first(ENV *env, const char *section, const char *path, int32_t exact, int32_t *id,
-                             int32_t name_size, char *name, int32_t value_size, char *value,
-                             void **external) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_first(ENV *env, const char *section, const char *path, int32_t exact,
+                                     int32_t *id, int32_t name_size, char *name, int32_t value_size,
+                                     char *value, void **external) KV_NOEXCEPT;
 
 /** Gets the next element of the iteration as env_get_pos() does.
  *
@@ -326,8 +331,8 @@ KV_API int32_t env_get_first(ENV *env, const char *section, const char *path, in
  *
  *  Every result but the three types ends the iteration, except that behind an environment's own elements
  *  it stays where it is when a default has more. */
-KV_API int32_t env_get_next(int32_t name_size, char *name, int32_t value_size, char *value,
-                            void **external) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_next(int32_t name_size, char *name, int32_t value_size, char *value,
+                                    void **external) KV_NOEXCEPT;
 
 /* ---- Existence and counting (the environment's own tree, never its defaults) ---------------------- */
 
@@ -338,24 +343,28 @@ KV_API int32_t env_get_next(int32_t name_size, char *name, int32_t value_size, c
  *  @retval ENV_NOT_FOUND  no such element, the path was rejected, or (sub-environment without a path) the
  *                         element is a block without elements
  *  @retval ENV_ERROR      env is NIL */
-KV_API int32_t env_check(ENV *env, const char *section, const char *path, int32_t exact) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_check(ENV *env, const char *section, const char *path,
+                                 int32_t exact) KV_NOEXCEPT;
 
 /** 1 if env_check() finds an element of any type, else 0. */
-KV_API int32_t env_exist(ENV *env, const char *section, const char *path, int32_t exact) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_exist(ENV *env, const char *section, const char *path,
+                                 int32_t exact) KV_NOEXCEPT;
 /** 1 if env_check() finds a data element, else 0. */
-KV_API int32_t env_exist_data(ENV *env, const char *section, const char *path, int32_t exact) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_exist_data(ENV *env, const char *section, const char *path,
+                                      int32_t exact) KV_NOEXCEPT;
 /** 1 if env_check() finds a block, else 0. */
-KV_API int32_t env_exist_block(ENV *env, const char *section, const char *path, int32_t exact) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_exist_block(ENV *env, const char *section, const char *path,
+                                       int32_t exact) KV_NOEXCEPT;
 /** 1 if env_check() finds an external, else 0. */
-KV_API int32_t env_exist_external(ENV *env, const char *section, const char *path,
-                                  int32_t exact) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_exist_external(ENV *env, const char *section, const char *path,
+                                          int32_t exact) KV_NOEXCEPT;
 
 /** The number of elements of the addressed block (section NIL on a root environment: of sections).
  *
  *  @return the number; 0 if it is missing or no block
  *  @retval ENV_ERROR  env is NIL */
-KV_API int32_t env_count_elements(ENV *env, const char *section, const char *path,
-                                  int32_t exact) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_count_elements(ENV *env, const char *section, const char *path,
+                                          int32_t exact) KV_NOEXCEPT;
 
 /** The number of elements that have the last name of the path, in the list that holds the addressed
  *  element. The last name is what follows the last occurrence of the delimiter's first character, so a
@@ -363,7 +372,8 @@ KV_API int32_t env_count_elements(ENV *env, const char *section, const char *pat
  *
  *  @return the number; 0 if the element is missing
  *  @retval ENV_BAD_PATH,ENV_ERROR  as env_get_core(); ENV_ERROR also if path is NIL (reported) */
-KV_API int32_t env_count_path(ENV *env, const char *section, const char *path, int32_t exact) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_count_path(ENV *env, const char *section, const char *path,
+                                      int32_t exact) KV_NOEXCEPT;
 
 /** Lists the names of a block's elements, or, with section NIL on a root environment, of the sections:
  *  "a;b;a;" for the elements a, b, a and the separator ";", the separator alone for an empty block.
@@ -378,8 +388,8 @@ KV_API int32_t env_count_path(ENV *env, const char *section, const char *path, i
  *                         sub-environment's own empty block counts as missing
  *  @retval ENV_TOO_SMALL  the list does not fit
  *  @retval ENV_BAD_PATH,ENV_ERROR  as env_get_core() */
-KV_API int32_t env_list_elem_names(ENV *env, const char *section, const char *path, int32_t exact,
-                                   char separator, int32_t size, char *names) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_list_elem_names(ENV *env, const char *section, const char *path, int32_t exact,
+                                           char separator, int32_t size, char *names) KV_NOEXCEPT;
 
 /* ---- Editing ------------------------------------------------------------------------------------- */
 
@@ -391,8 +401,8 @@ KV_API int32_t env_list_elem_names(ENV *env, const char *section, const char *pa
  *  @retval ENV_NOT_FOUND  the addressed element does not exist
  *  @retval ENV_ERROR      env, section or name is NIL, the path was rejected, the heap is exhausted, or a
  *                         sub-environment on a section is used without a path (reported) */
-KV_API int32_t env_insert_before(ENV *env, const char *section, const char *path,
-                                 const char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_insert_before(ENV *env, const char *section, const char *path,
+                                         const char *name) KV_NOEXCEPT;
 
 /** Deletes an element with its subtree; without a path a section; without a section too all sections.
  *
@@ -402,7 +412,7 @@ KV_API int32_t env_insert_before(ENV *env, const char *section, const char *path
  *  @retval ENV_IN_USE     a sub-environment is open on it or below it, or it is being written
  *  @retval ENV_ERROR      env is NIL, or a sub-environment is used without a path (reported, but for
  *                         section not NIL) */
-KV_API int32_t env_delete(ENV *env, const char *section, const char *path) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_delete(ENV *env, const char *section, const char *path) KV_NOEXCEPT;
 
 /* ---- Traversal and merging ------------------------------------------------------------------------ */
 
@@ -415,7 +425,7 @@ KV_API int32_t env_delete(ENV *env, const char *section, const char *path) KV_NO
  *
  *  It may call every environment function, on the same environment too. It cannot delete the element that
  *  it visits; the traversal goes on with the element that follows it then. */
-typedef void (*env_callback)(ENV *subenv, const char *section, const char *path, void *user);
+typedef void(KV_CALL *env_callback)(ENV *subenv, const char *section, const char *path, void *user);
 
 /** Calls `callback` for every element of the addressed block, or, with section NIL on a root environment,
  *  for every section.
@@ -427,15 +437,15 @@ typedef void (*env_callback)(ENV *subenv, const char *section, const char *path,
  *  @retval ENV_BLOCK  the block is missing or has no elements
  *  @retval ENV_BAD_PATH,ENV_ERROR  as env_get_core(); ENV_ERROR also when the heap is exhausted on the way
  *                     (reported) */
-KV_API int32_t env_traverse(ENV *env, const char *section, const char *path, int32_t exact,
-                            env_callback callback, void *user) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_traverse(ENV *env, const char *section, const char *path, int32_t exact,
+                                    env_callback callback, void *user) KV_NOEXCEPT;
 
 /** Calls `callback` for every data element and external, depth first, in the order of the lists. Each name
  *  of the path carries its occurrence index, as in "frame@1@axis@2".
  *
  *  @retval ENV_OK     done
  *  @retval ENV_ERROR  env is NIL, a sub-environment without elements, or an exhausted heap */
-KV_API int32_t env_traverse_leafs(ENV *env, env_callback callback, void *user) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_traverse_leafs(ENV *env, env_callback callback, void *user) KV_NOEXCEPT;
 
 /** Merges the data elements of `source` into `destination`; externals are passed over. A data element lands
  *  at the address that it has in the source, every name with its occurrence index (with ENV_SINK_APPEND:
@@ -446,15 +456,15 @@ KV_API int32_t env_traverse_leafs(ENV *env, env_callback callback, void *user) K
  *  @retval ENV_ERROR  an environment is NIL, `source` is a sub-environment without elements, the mode is
  *                     unknown, an element that would have to be freed is in use, or the heap is exhausted;
  *                     elements merged before the failure stay merged */
-KV_API int32_t env_sink(ENV *destination, ENV *source, int32_t mode) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_sink(ENV *destination, ENV *source, int32_t mode) KV_NOEXCEPT;
 
 /** Merges one block of `source` into the block with the same address in `destination`, which is created if
  *  need be, as env_sink() does.
  *
  *  @retval ENV_OK     done
  *  @retval ENV_ERROR  as env_sink(); also if the source has no such block or it has no elements */
-KV_API int32_t env_copy_block(ENV *destination, ENV *source, const char *section, const char *path,
-                              int32_t mode) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_copy_block(ENV *destination, ENV *source, const char *section, const char *path,
+                                      int32_t mode) KV_NOEXCEPT;
 
 /* ---- Default chains -------------------------------------------------------------------------------- */
 
@@ -462,18 +472,18 @@ KV_API int32_t env_copy_block(ENV *destination, ENV *source, const char *section
  *
  *  NIL is reported with kv_message and ignored; an environment that would close the chain to a ring is
  *  reported with kv_error and refused. */
-KV_API void env_attach_as_last_default(ENV *env, ENV *new_default) KV_NOEXCEPT;
+KV_API void KV_CALL env_attach_as_last_default(ENV *env, ENV *new_default) KV_NOEXCEPT;
 
 /** Takes env's default from it. The rest of the chain stays behind the detached environment, which the
  *  application closes itself. */
-KV_API void env_detach_default_chain(ENV *env) KV_NOEXCEPT;
+KV_API void KV_CALL env_detach_default_chain(ENV *env) KV_NOEXCEPT;
 
 /* ---- Text ------------------------------------------------------------------------------------------ */
 
 /** Gives the next character of a text, 0 to 255, or -1 at its end. */
-typedef int32_t (*env_getc)(void *stream);
+typedef int32_t(KV_CALL *env_getc)(void *stream);
 /** Takes one character, 0 to 255. */
-typedef void (*env_putc)(int32_t c, void *stream);
+typedef void(KV_CALL *env_putc)(int32_t c, void *stream);
 
 /** Writes a root environment as text, line ends as line feeds. Externals are not written. An environment
  *  that is NIL or a sub-environment is reported and nothing is written.
@@ -481,7 +491,7 @@ typedef void (*env_putc)(int32_t c, void *stream);
  *  Not everything survives being read again: a text cannot begin with a blank or "{", hold a line end or
  *  end with blanks; an element's name cannot be empty, hold "=" or begin with a blank, "[" or "}"; a
  *  section's name cannot hold "]". */
-KV_API void env_write(env_putc put_character, void *stream, ENV *env) KV_NOEXCEPT;
+KV_API void KV_CALL env_write(env_putc put_character, void *stream, ENV *env) KV_NOEXCEPT;
 
 /** Replaces the content of a root environment by what a text says, line ends as line feeds.
  *
@@ -495,14 +505,14 @@ KV_API void env_write(env_putc put_character, void *stream, ENV *env) KV_NOEXCEP
  *
  *  Bytes 0 inside a name or a text, which no text can hold, are left out; that is reported once per text
  *  with kv_message. */
-KV_API int32_t env_read(env_getc get_character, void *stream, ENV *env) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_read(env_getc get_character, void *stream, ENV *env) KV_NOEXCEPT;
 
 /** Reads a text file as env_read() does, and keeps the file's modification time. Lines may end in CR LF or
  *  LF; a Ctrl-Z (26) ends the text.
  *
  *  @return as env_read(); ENV_ERROR also if the file cannot be opened or read (reported, the environment
  *          is unchanged) */
-KV_API int32_t env_read_file(const char *file_name, ENV *env) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_read_file(const char *file_name, ENV *env) KV_NOEXCEPT;
 
 /** Writes a text file as env_write() does, with CR LF at the line ends, instead of an old one. A NIL
  *  environment or a sub-environment leaves an empty file.
@@ -511,20 +521,20 @@ KV_API int32_t env_read_file(const char *file_name, ENV *env) KV_NOEXCEPT;
  *  attributes; which files may lose that when the process is killed, because they are written in place, and
  *  how processes wait for each other, is said in kv/ini.h. A file that cannot be written, or is in use for
  *  as long as one waits, is reported ("cann't open to write:", "cann't write:") and unchanged. */
-KV_API void env_write_file(const char *file_name, ENV *env) KV_NOEXCEPT;
+KV_API void KV_CALL env_write_file(const char *file_name, ENV *env) KV_NOEXCEPT;
 
 /** Reads a zero-terminated text as env_read() does; carriage returns in it are skipped. */
-KV_API int32_t env_read_from_string(const char *text, ENV *env) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_read_from_string(const char *text, ENV *env) KV_NOEXCEPT;
 
 /** Writes a text as env_write() does, with CR LF at the line ends.
  *
  *  @return the zero-terminated text, which the caller frees with heap_free(); the empty text for a NIL
  *          environment or a sub-environment (reported); NIL when the heap is exhausted (reported) */
-KV_API char *env_write_to_string(ENV *env) KV_NOEXCEPT;
+KV_API char *KV_CALL env_write_to_string(ENV *env) KV_NOEXCEPT;
 
 /** The modification time of the file that env_read_file() read last into the environment, in seconds since
  *  1970. -10 if there was none, for a sub-environment, and for NIL. */
-KV_API int32_t env_get_file_mtime(ENV *env) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_file_mtime(ENV *env) KV_NOEXCEPT;
 
 /* ---- Paths ----------------------------------------------------------------------------------------- */
 
@@ -534,10 +544,10 @@ KV_API int32_t env_get_file_mtime(ENV *env) KV_NOEXCEPT;
  *                    them. NIL only asks. The empty text is reported with kv_error and changes nothing.
  *  @return the delimiter before the call, in a field of the library that the next call overwrites; it may
  * be that call's argument, as what env_get_delimiter() returns may */
-KV_API char *env_set_delimiter(const char *delimiter) KV_NOEXCEPT;
+KV_API char *KV_CALL env_set_delimiter(const char *delimiter) KV_NOEXCEPT;
 
 /** The delimiter: the library's own field. */
-KV_API const char *env_get_delimiter(void) KV_NOEXCEPT;
+KV_API const char *KV_CALL env_get_delimiter(void) KV_NOEXCEPT;
 
 /** Joins texts to a path with the delimiter's first character.
  *
@@ -547,13 +557,13 @@ KV_API const char *env_get_delimiter(void) KV_NOEXCEPT;
  *  @retval ENV_OK         done; without a text `out` is untouched
  *  @retval ENV_TOO_SMALL  the path does not fit: `out` is untouched if the first text alone does not, else
  *                         it is the empty text */
-KV_API int32_t env_create_path(int32_t size, char *out, ...) KV_NOEXCEPT KV_SENTINEL;
+KV_API int32_t KV_CALL env_create_path(int32_t size, char *out, ...) KV_NOEXCEPT KV_SENTINEL;
 
 /** Joins an array of texts, ended by NIL, to a path with the delimiter's first character.
  *
  *  @retval ENV_OK         done; without a name `out` is the empty text
  *  @retval ENV_TOO_SMALL  the path does not fit (`out` is the empty text), size is below 1 or out is NIL */
-KV_API int32_t env_create_array_path(int32_t size, char *out, const char *const *names) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_create_array_path(int32_t size, char *out, const char *const *names) KV_NOEXCEPT;
 
 /* ---- Addition --------------------------------------------------------------------------------------- */
 
@@ -569,7 +579,7 @@ KV_API int32_t env_create_array_path(int32_t size, char *out, const char *const 
  *  @retval ENV_OK         done
  *  @retval ENV_NOT_FOUND  no syntax error yet; nothing is stored
  *  @retval ENV_TOO_SMALL  the text has size characters or more and is not stored; line and column are */
-KV_API int32_t env_get_error(int32_t *line, int32_t *column, int32_t size, char *text) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_get_error(int32_t *line, int32_t *column, int32_t size, char *text) KV_NOEXCEPT;
 
 KV_END_DECLS
 

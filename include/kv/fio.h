@@ -62,49 +62,49 @@ enum {
  *          NIL, without a report, for a wrong combination of flags, when the file cannot be opened or is
  *          a directory, when the path has more than 255 characters (errno is ENAMETOOLONG), and when the
  *          heap is exhausted */
-KV_API FIO *fio_open(const char *dir, const char *name, uint32_t flags) KV_NOEXCEPT;
+KV_API FIO *KV_CALL fio_open(const char *dir, const char *name, uint32_t flags) KV_NOEXCEPT;
 
 /** Writes what is buffered, closes the file and frees the handle, also when that fails.
  *
  *  @retval 0   done; also for NIL
  *  @retval -1  what was buffered could not be written, or the file not be closed */
-KV_API int32_t fio_close(FIO *handle) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_close(FIO *handle) KV_NOEXCEPT;
 
 /** The stream of the C library below a handle. What is written and read through it is translated like
  *  everything else on the handle. It must not be closed.
  *
  *  @param handle  not NIL
  *  @return the stream, valid until fio_close() */
-KV_API FILE *fio_fp(FIO *handle) KV_NOEXCEPT;
+KV_API FILE *KV_CALL fio_fp(FIO *handle) KV_NOEXCEPT;
 
 /** @return the joined path of the file, valid until fio_close(); "????" if there was no memory for it;
  *          NIL for a NIL handle */
-KV_API const char *fio_filename(FIO *handle) KV_NOEXCEPT;
+KV_API const char *KV_CALL fio_filename(FIO *handle) KV_NOEXCEPT;
 
 /** Writes 8 bytes, little-endian.
  *
  *  @retval 0   done
  *  @retval -1  write error, NIL handle, or a text handle, on which nothing is written */
-KV_API int32_t fio_putdouble(FIO *handle, double value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_putdouble(FIO *handle, double value) KV_NOEXCEPT;
 
 /** Writes 4 bytes, little-endian. Reports "HPUX/AIX - not yet implemented" on a handle whose byte order
  *  is not FIO_INTEL. Text handles are not refused.
  *
  *  @retval 0   done
  *  @retval -1  write error, NIL handle, or refused, with nothing written */
-KV_API int32_t fio_putfloat(FIO *handle, float value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_putfloat(FIO *handle, float value) KV_NOEXCEPT;
 
 /** Writes 4 bytes, little-endian. Results as for fio_putdouble(). */
-KV_API int32_t fio_putlong(FIO *handle, int32_t value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_putlong(FIO *handle, int32_t value) KV_NOEXCEPT;
 
 /** Writes 2 bytes, little-endian. Refusals and results as for fio_putfloat(). */
-KV_API int32_t fio_putshort(FIO *handle, int16_t value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_putshort(FIO *handle, int16_t value) KV_NOEXCEPT;
 
 /** Writes one character.
  *
  *  @retval 0   done
  *  @retval -1  write error or NIL handle */
-KV_API int32_t fio_putchar(FIO *handle, char c) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_putchar(FIO *handle, char c) KV_NOEXCEPT;
 
 /** Writes a text as a field of a fixed width, cut or padded with blanks to it. No terminator is written.
  *
@@ -112,14 +112,14 @@ KV_API int32_t fio_putchar(FIO *handle, char c) KV_NOEXCEPT;
  *  @param width  bytes to write; 0: as many as the text has; negative: the whole text, without padding
  *  @retval 0   done, also when there was nothing to write, whatever the handle is open for
  *  @retval -1  write error, where the writing has stopped, or NIL handle */
-KV_API int32_t fio_putstring(FIO *handle, const char *text, int32_t width) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_putstring(FIO *handle, const char *text, int32_t width) KV_NOEXCEPT;
 
 /** Reads 8 bytes, in the byte order of the file.
  *
  *  @param out  gets the value; of no meaning after a failure
  *  @retval 0   done
  *  @retval -1  fewer than 8 bytes were left, NIL handle, or a text handle, on which nothing is read */
-KV_API int32_t fio_getdouble(FIO *handle, double *out) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_getdouble(FIO *handle, double *out) KV_NOEXCEPT;
 
 /** Reads 4 bytes, little-endian. Reports "HPUX/AIX - not yet implemented" on a handle whose byte order is
  *  not FIO_INTEL; FIO_NOHEADER is refused too. Text handles are not refused.
@@ -127,20 +127,20 @@ KV_API int32_t fio_getdouble(FIO *handle, double *out) KV_NOEXCEPT;
  *  @param out  gets the value; of no meaning after a failure
  *  @retval 0   done
  *  @retval -1  fewer than 4 bytes were left, NIL handle, or refused, with nothing read */
-KV_API int32_t fio_getfloat(FIO *handle, float *out) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_getfloat(FIO *handle, float *out) KV_NOEXCEPT;
 
 /** Reads 4 bytes, in the byte order of the file. Results as for fio_getdouble(). */
-KV_API int32_t fio_getlong(FIO *handle, int32_t *out) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_getlong(FIO *handle, int32_t *out) KV_NOEXCEPT;
 
 /** Reads 2 bytes, little-endian. Refusals and results as for fio_getfloat(). */
-KV_API int32_t fio_getshort(FIO *handle, int16_t *out) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_getshort(FIO *handle, int16_t *out) KV_NOEXCEPT;
 
 /** Reads one character.
  *
  *  @param out  gets the character, and is untouched at the end of the file; or NIL
  *  @return 0, or with out NIL the character's code, 0 to 255; -1 at the end of the file and for a NIL
  *          handle */
-KV_API int32_t fio_getchar(FIO *handle, char *out) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_getchar(FIO *handle, char *out) KV_NOEXCEPT;
 
 /** Reads a line: up to a line feed or a zero byte, which is taken but not stored, or to the end of the
  *  file, or until max characters are stored, where the rest of the line stays unread. A carriage return
@@ -151,7 +151,7 @@ KV_API int32_t fio_getchar(FIO *handle, char *out) KV_NOEXCEPT;
  *  @retval 0   done; the line may be empty
  *  @retval -1  at the end of the file, with buf the empty text; when max <= 0 or for a NIL handle, with
  *              nothing read and buf untouched */
-KV_API int32_t fio_getstring(FIO *handle, int32_t max, char *buf) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_getstring(FIO *handle, int32_t max, char *buf) KV_NOEXCEPT;
 
 /** Reads as fio_getstring() does, but ends also behind the first character that is in delims, which is
  *  stored as the last one.
@@ -160,7 +160,8 @@ KV_API int32_t fio_getstring(FIO *handle, int32_t max, char *buf) KV_NOEXCEPT;
  *  @retval 0   done
  *  @retval -1  at the end of the file or when max <= 0, with buf the empty text; for a NIL handle, with
  *              buf untouched */
-KV_API int32_t fio_getstringdel(FIO *handle, int32_t max, const char *delims, char *buf) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_getstringdel(FIO *handle, int32_t max, const char *delims,
+                                        char *buf) KV_NOEXCEPT;
 
 /** Reads items as fread() does; no bytes are swapped.
  *
@@ -168,12 +169,12 @@ KV_API int32_t fio_getstringdel(FIO *handle, int32_t max, const char *delims, ch
  *  @param size   bytes of an item
  *  @param count  the most items to read
  *  @return the number of whole items read; 0 when buf or handle is NIL or size or count is 0 */
-KV_API uint32_t fio_fread(void *buf, uint32_t size, uint32_t count, FIO *handle) KV_NOEXCEPT;
+KV_API uint32_t KV_CALL fio_fread(void *buf, uint32_t size, uint32_t count, FIO *handle) KV_NOEXCEPT;
 
 /** Writes items as fwrite() does; no bytes are swapped.
  *
  *  @return the number of whole items written; 0 when buf or handle is NIL or size or count is 0 */
-KV_API uint32_t fio_fwrite(const void *buf, uint32_t size, uint32_t count, FIO *handle) KV_NOEXCEPT;
+KV_API uint32_t KV_CALL fio_fwrite(const void *buf, uint32_t size, uint32_t count, FIO *handle) KV_NOEXCEPT;
 
 /** Moves to an offset in the file, where the header counts.
  *
@@ -181,21 +182,21 @@ KV_API uint32_t fio_fwrite(const void *buf, uint32_t size, uint32_t count, FIO *
  *  @param origin  from where: 0 the beginning, 1 the current position, anything else the end
  *  @retval 0   done
  *  @retval -1  the file has no positions, or the place would lie before its beginning; NIL handle */
-KV_API int32_t fio_seek(FIO *handle, int32_t offset, int32_t origin) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_seek(FIO *handle, int32_t offset, int32_t origin) KV_NOEXCEPT;
 
 /** @return the current offset in the file, in bytes on disk; -1 if there is none or if it is beyond
  *          INT32_MAX, and for a NIL handle */
-KV_API int32_t fio_tell(FIO *handle) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_tell(FIO *handle) KV_NOEXCEPT;
 
 /** Hands what is buffered to the system.
  *
  *  @retval 0   done
  *  @retval -1  write error or NIL handle */
-KV_API int32_t fio_flush(FIO *handle) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_flush(FIO *handle) KV_NOEXCEPT;
 
 /** @return the file's length in bytes on disk, with what is buffered; -1 if it has none or if it is beyond
  *          INT32_MAX, and for a NIL handle. The position stays. */
-KV_API int32_t fio_length(FIO *handle) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_length(FIO *handle) KV_NOEXCEPT;
 
 /* ---- Paths */
 
@@ -208,7 +209,8 @@ KV_API int32_t fio_length(FIO *handle) KV_NOEXCEPT;
  *  @param out   256 bytes, which may be one of the parts; the empty text when the path is too long
  *  @param base  each part may be NIL or empty
  *  @return out; NIL when out is NIL */
-KV_API char *fio_makepath(char *out, const char *base, const char *dir, const char *name) KV_NOEXCEPT;
+KV_API char *KV_CALL fio_makepath(char *out, const char *base, const char *dir,
+                                  const char *name) KV_NOEXCEPT;
 
 /** Takes a path apart. No argument may be NIL.
  *
@@ -216,7 +218,7 @@ KV_API char *fio_makepath(char *out, const char *base, const char *dir, const ch
  *  @param dir    256 bytes: the directory with its final separator
  *  @param name   256 bytes: the file name with its extension. Of a directory or a name of more than 255
  *                characters the first 255 are copied */
-KV_API void fio_divide(const char *path, char *drive, char *dir, char *name) KV_NOEXCEPT;
+KV_API void KV_CALL fio_divide(const char *path, char *drive, char *dir, char *name) KV_NOEXCEPT;
 
 /** Joins three parts as fio_makepath() and makes the path absolute: one without a drive gets the current
  *  drive, a relative one the current directory of its drive. "." and ".." stay as they are; a separator
@@ -226,11 +228,12 @@ KV_API void fio_divide(const char *path, char *drive, char *dir, char *name) KV_
  *  @param out  256 bytes; the empty text when the path is too long or relative on a drive that is not
  *              there
  *  @return out; NIL when out is NIL */
-KV_API char *fio_make_fullpath(char *out, const char *base, const char *dir, const char *name) KV_NOEXCEPT;
+KV_API char *KV_CALL fio_make_fullpath(char *out, const char *base, const char *dir,
+                                       const char *name) KV_NOEXCEPT;
 
 /** @return the index of the last "." in the name, directories included; -1 when there is none but at index
  *          0, and for NIL */
-KV_API int32_t fio_get_extention_pos(const char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_get_extention_pos(const char *name) KV_NOEXCEPT;
 
 /** Tests a name, without a directory, against the rules for DOS names: up to 8 characters, and up to 3
  *  behind a ".". A blank and the characters " + , / : ; < = > [ \ ] ^ | are not allowed.
@@ -238,24 +241,24 @@ KV_API int32_t fio_get_extention_pos(const char *name) KV_NOEXCEPT;
  *  @retval 0  a valid name
  *  @retval 1  not a valid name, or empty, or NIL
  *  @retval 2  valid, and with a wildcard "*" or "?" */
-KV_API int32_t fio_test_filename(const char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_test_filename(const char *name) KV_NOEXCEPT;
 
 /* ---- What is there */
 
 /** @retval 1  the joined path is a file or a directory
  *  @retval 0  there is no such thing */
-KV_API int32_t fio_exist(const char *dir, const char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_exist(const char *dir, const char *name) KV_NOEXCEPT;
 
 /** Asks for the right of access.
  *
  *  @param mode  0 existence, 2 writing, 4 reading, 6 both
  *  @retval 1  the joined path allows it
  *  @retval 0  it does not, or there is no such thing */
-KV_API int32_t fio_access(const char *dir, const char *name, int32_t mode) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_access(const char *dir, const char *name, int32_t mode) KV_NOEXCEPT;
 
 /** @retval 1  the path names an existing directory
  *  @retval 0  it names something else or nothing */
-KV_API int32_t fio_ispath(const char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_ispath(const char *name) KV_NOEXCEPT;
 
 /* ---- The current directory and the current drive, called the host */
 
@@ -265,13 +268,13 @@ KV_API int32_t fio_ispath(const char *name) KV_NOEXCEPT;
  *  @retval 0   done, or nothing to do because dir is NIL or empty
  *  @retval -1  there is no such directory, it may not be entered, or on a drive other than Z: its path
  *              has more than 255 characters; nothing has changed */
-KV_API int32_t fio_chdir(const char *dir) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_chdir(const char *dir) KV_NOEXCEPT;
 
 /** Reads the current directory, with its drive or, on Windows, its share ("\\server\share\work").
  *
  *  @param size  bytes of buf
  *  @return buf; NIL, with buf as it was, when the text does not fit or cannot be read */
-KV_API char *fio_getcwd(char *buf, int32_t size) KV_NOEXCEPT;
+KV_API char *KV_CALL fio_getcwd(char *buf, int32_t size) KV_NOEXCEPT;
 
 /** Reads the current drive: a capital letter and a colon.
  *
@@ -279,21 +282,21 @@ KV_API char *fio_getcwd(char *buf, int32_t size) KV_NOEXCEPT;
  *  @retval 0   done
  *  @retval -1  the size is less than 3, or the current directory is on no drive but on a share; buf is as
  * it was */
-KV_API int32_t fio_gethostname(char *buf, int32_t size) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_gethostname(char *buf, int32_t size) KV_NOEXCEPT;
 
 /** Changes the current drive.
  *
  *  @param name  its first character behind blanks is the drive's letter, in either case
  *  @retval 0   done, or nothing to do because the name is NIL or blank
  *  @retval -1  there is no such drive; the current one stays */
-KV_API int32_t fio_sethostname(const char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_sethostname(const char *name) KV_NOEXCEPT;
 
 /** Tells whether a drive could be made the current one.
  *
  *  @param name  as for fio_sethostname()
  *  @retval 1  it could. On POSIX a drive other than C: is there when its directory is
  *  @retval 0  there is no such drive, or the name is NIL or blank */
-KV_API int32_t fio_host_exist(const char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_host_exist(const char *name) KV_NOEXCEPT;
 
 /** Reads the current directory of a drive. The current drive stays the same throughout.
  *
@@ -301,7 +304,7 @@ KV_API int32_t fio_host_exist(const char *name) KV_NOEXCEPT;
  *               fio_getcwd(buf, size)
  *  @param size  bytes of buf
  *  @return buf; it is the empty text when there is no such drive or the directory does not fit */
-KV_API char *fio_get_host_cwd(const char *host, char *buf, int32_t size) KV_NOEXCEPT;
+KV_API char *KV_CALL fio_get_host_cwd(const char *host, char *buf, int32_t size) KV_NOEXCEPT;
 
 /* ---- Files and directories as a whole. They are named as everywhere in this family; a drive C: that has
  * no directory yet gets one when something is made there. */
@@ -318,23 +321,23 @@ enum {
  *  FIO_COPY_SHORT_WRITE it has the beginning of the source. A file copied onto itself stays as it is.
  *
  *  @return one of the FIO_COPY_ results */
-KV_API int32_t fio_copy(const char *srcdir, const char *srcname, const char *dstdir,
-                        const char *dstname) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_copy(const char *srcdir, const char *srcname, const char *dstdir,
+                                const char *dstname) KV_NOEXCEPT;
 
 /** Not there yet: reports "Not yet implemented" (kv_error). The arguments are not read.
  *
  *  @retval -1  always */
-KV_API int32_t fio_move(const char *srcdir, const char *srcname, const char *dstdir,
-                        const char *dstname) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_move(const char *srcdir, const char *srcname, const char *dstdir,
+                                const char *dstname) KV_NOEXCEPT;
 
 /** Renames a file or a directory; both names are joined with dir. The case of a name can be changed.
  *
  *  @retval 0   done
  *  @retval -1  failed, also when the new name is taken; nothing has changed */
-KV_API int32_t fio_rename(const char *dir, const char *oldname, const char *newname) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_rename(const char *dir, const char *oldname, const char *newname) KV_NOEXCEPT;
 
 /** The same as fio_purge_ex(dir, name, 0). */
-KV_API int32_t fio_purge(const char *dir, const char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_purge(const char *dir, const char *name) KV_NOEXCEPT;
 
 /** Deletes a file.
  *
@@ -343,16 +346,16 @@ KV_API int32_t fio_purge(const char *dir, const char *name) KV_NOEXCEPT;
  *  @retval 0   done; with recycle also when there is no such file
  *  @retval -1  failed, also for a directory, and with recycle for a path of 255 characters; the file is
  *              still there */
-KV_API int32_t fio_purge_ex(const char *dir, const char *name, int32_t recycle) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_purge_ex(const char *dir, const char *name, int32_t recycle) KV_NOEXCEPT;
 
 /** Makes a directory, inside one that exists.
  *
  *  @retval 0   done
  *  @retval -1  failed, also when there is something of that name */
-KV_API int32_t fio_mkdir(const char *dir) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_mkdir(const char *dir) KV_NOEXCEPT;
 
 /** The same as fio_rmdir_ex(dir, 0). */
-KV_API int32_t fio_rmdir(const char *dir) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_rmdir(const char *dir) KV_NOEXCEPT;
 
 /** Removes a directory.
  *
@@ -360,7 +363,7 @@ KV_API int32_t fio_rmdir(const char *dir) KV_NOEXCEPT;
  *                  only an empty one
  *  @retval 0   done; with recycle also when there is nothing of that name
  *  @retval -1  failed; the directory is still there */
-KV_API int32_t fio_rmdir_ex(const char *dir, int32_t recycle) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_rmdir_ex(const char *dir, int32_t recycle) KV_NOEXCEPT;
 
 /** Results of fio_lock(). */
 enum {
@@ -378,19 +381,19 @@ enum {
  *  the process may not write.
  *
  *  @return one of the FIO_LOCK_ results */
-KV_API int32_t fio_lock(FIO *handle) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_lock(FIO *handle) KV_NOEXCEPT;
 
 /** Ends the lock of fio_lock(); the position stays.
  *
  *  @retval 0   unlocked; on POSIX also when it was not locked
  *  @retval -1  the handle is NIL, or its file is none or has no positions
  *  @retval -2  anything else */
-KV_API int32_t fio_unlock(FIO *handle) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_unlock(FIO *handle) KV_NOEXCEPT;
 
 /** Not there yet: reports "Not yet implemented" (kv_error). The argument is not read.
  *
  *  @retval -1  always */
-KV_API int32_t fio_islock(FIO *handle) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_islock(FIO *handle) KV_NOEXCEPT;
 
 /** What a directory entry is. */
 enum {
@@ -424,8 +427,8 @@ typedef struct FIO_DIRENTRY {
  *  @retval 0   done; with NIL and 0 if the heap was exhausted from the start
  *  @retval -1  there is no such directory, nothing matches, the path is too long or the heap is exhausted;
  *              NIL and 0 are stored */
-KV_API int32_t fio_listdir(const char *dir, const char *pattern, int32_t option, FIO_DIRENTRY **entries,
-                           int32_t *count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_listdir(const char *dir, const char *pattern, int32_t option,
+                                   FIO_DIRENTRY **entries, int32_t *count) KV_NOEXCEPT;
 
 /** Operations of fio_group_operation(). */
 enum { FIO_GROUP_COPY = 0, FIO_GROUP_MOVE = 1, FIO_GROUP_DELETE = 2 };
@@ -449,9 +452,9 @@ enum { FIO_GROUP_COPY = 0, FIO_GROUP_MOVE = 1, FIO_GROUP_DELETE = 2 };
  *             after one of the kv_message() "Bad fioOperation", "pFrom == NIL!", "Wrong 'from' names" and
  *             "Wrong 'to' names" (an empty or too long path, or an exhausted heap). If a source or its new
  *             place is wrong, nothing has changed; what fails later leaves what was done before */
-KV_API int32_t fio_group_operation(const char *fromdir, const char *const *fromnames, const char *todir,
-                                   const char *const *tonames, int32_t operation, int32_t filesonly,
-                                   const char *title, void *hwnd) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_group_operation(const char *fromdir, const char *const *fromnames,
+                                           const char *todir, const char *const *tonames, int32_t operation,
+                                           int32_t filesonly, const char *title, void *hwnd) KV_NOEXCEPT;
 
 /** Makes up the path of a temporary file that does not exist. It is not created.
  *
@@ -462,7 +465,7 @@ KV_API int32_t fio_group_operation(const char *fromdir, const char *const *fromn
  *  @return the library's own buffer with the path, overwritten by the next call, not to be freed; NIL, with
  *          both buffers empty, after a kv_error ("Failed _tempnam call", "Too long TmpName"). When the
  *          current directory cannot be read ("Failed fio_getcwd call") "." is used */
-KV_API char *fio_tmpnam(char *out) KV_NOEXCEPT;
+KV_API char *KV_CALL fio_tmpnam(char *out) KV_NOEXCEPT;
 
 /** The free space of a drive. Writes the line "GetDiskFreeSpaceEx:" to standard output, an empty
  *  line before it, when it succeeds.
@@ -470,7 +473,7 @@ KV_API char *fio_tmpnam(char *out) KV_NOEXCEPT;
  *  @param drive  its first character is the drive's letter, in either case
  *  @return the bytes that the caller may still write there; 0.0 when there is no such drive, the
  *          system does not tell, or drive is NIL */
-KV_API double fio_getdiskfree(const char *drive) KV_NOEXCEPT;
+KV_API double KV_CALL fio_getdiskfree(const char *drive) KV_NOEXCEPT;
 
 /* ---- The switch for an application's checks of free space: the entry "aktiv" in the section
  * "getdiskfree" of the main configuration file. Nothing in the library consults it. */
@@ -480,13 +483,13 @@ KV_API double fio_getdiskfree(const char *drive) KV_NOEXCEPT;
  *  @retval 1  it says yes: a number 1, "yes", "true" or "ja" in either case, blanks around it ignored; or
  *             there is no such entry, no main configuration file, or a value of more than 80 characters
  *  @retval 0  it says anything else */
-KV_API int32_t fio_getdiskfree_aktiv(void) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_getdiskfree_aktiv(void) KV_NOEXCEPT;
 
 /** Writes the switch: 1 for yes, 0 for no.
  *
  *  @return the status of ini_write_long(NIL, "getdiskfree", "aktiv", value); INI_FAILED (-1) also
  *          when there is no main configuration file */
-KV_API int32_t fio_setdiskfree_aktiv(int32_t value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL fio_setdiskfree_aktiv(int32_t value) KV_NOEXCEPT;
 
 KV_END_DECLS
 

@@ -30,13 +30,13 @@ KV_BEGIN_DECLS
  *
  *  The trace holds 20 entries. One more is reported once with kv_error ("kv_begin: runtime stack
  *  overflow") and switches the trace off for the rest of the process. */
-KV_API void kv_begin(const char *name) KV_NOEXCEPT;
+KV_API void KV_CALL kv_begin(const char *name) KV_NOEXCEPT;
 
 /** Leaves the innermost function of the call trace.
  *
  *  Without a matching kv_begin() it shows a message box ("  END without BEGIN!") and logs the mismatch;
  *  the trace stays empty. Does nothing once the trace is switched off. */
-KV_API void kv_end(void) KV_NOEXCEPT;
+KV_API void KV_CALL kv_end(void) KV_NOEXCEPT;
 
 /** Reports an error: a timestamp, the application's name, file and line, the texts and the traceback go
  *  to the log (unless kv_error_onoff(0) is in force); file, line and texts go to the debugger always.
@@ -44,41 +44,41 @@ KV_API void kv_end(void) KV_NOEXCEPT;
  *  @param text1,text2,text3  the texts, each may be NIL; not kept
  *  @param file               the reporting source file, usually __FILE__
  *  @param line               the line in it, usually __LINE__ */
-KV_API void kv_error(const char *text1, const char *text2, const char *text3, const char *file,
-                     int32_t line) KV_NOEXCEPT;
+KV_API void KV_CALL kv_error(const char *text1, const char *text2, const char *text3, const char *file,
+                             int32_t line) KV_NOEXCEPT;
 
 /** Reports a notice: as kv_error(), but without traceback and debugger output, and whatever
  *  kv_error_onoff() says. */
-KV_API void kv_message(const char *text1, const char *text2, const char *text3, const char *file,
-                       int32_t line) KV_NOEXCEPT;
+KV_API void KV_CALL kv_message(const char *text1, const char *text2, const char *text3, const char *file,
+                               int32_t line) KV_NOEXCEPT;
 
 /** Ends the process with exit code 0 after a fatal failure.
  *
  *  Shows a message box with the texts joined (their first 255 characters) and the caption "EXIT :",
  *  logs them with the traceback, and runs kv_atexit(). Arguments as for kv_error(). Does not return. */
-KV_API void kv_exit(const char *text1, const char *text2, const char *text3, const char *file,
-                    int32_t line) KV_NOEXCEPT KV_NORETURN;
+KV_API void KV_CALL kv_exit(const char *text1, const char *text2, const char *text3, const char *file,
+                            int32_t line) KV_NOEXCEPT KV_NORETURN;
 
 /** Reports a value that a switch did not expect, with the traceback.
  *
  *  @param value  the unexpected value */
-KV_API void kv_switch_error(int32_t value, const char *file, int32_t line) KV_NOEXCEPT;
+KV_API void KV_CALL kv_switch_error(int32_t value, const char *file, int32_t line) KV_NOEXCEPT;
 
 /** Switches the log entries of kv_error() on or off.
  *
  *  @param mode  0 off, 1 on; any other value only asks
  *  @return      the setting before the call: 0 or 1 (1 at the start) */
-KV_API int32_t kv_error_onoff(int32_t mode) KV_NOEXCEPT;
+KV_API int32_t KV_CALL kv_error_onoff(int32_t mode) KV_NOEXCEPT;
 
 /** Sets the application's name, which the header lines of reports show ("Unknown Application" at the
  *  start).
  *
  *  @param name  the name, not NIL; its first 20 characters are copied
  *  @return      the library's own field with the name, overwritten by the next call; not to be freed */
-KV_API char *kv_error_setname(const char *name) KV_NOEXCEPT;
+KV_API char *KV_CALL kv_error_setname(const char *name) KV_NOEXCEPT;
 
 /** A function to run before the process ends. */
-typedef void (*kv_exit_function)(void);
+typedef void(KV_CALL *kv_exit_function)(void);
 
 /** Modes of endprog_fkt(). */
 enum {
@@ -98,7 +98,7 @@ enum {
  *  @retval 0   done
  *  @retval -1  fn is NIL (modes 0 and 2), fn is not registered (mode 2), the heap is exhausted (mode 0,
  *              after a kv_error; the list is unchanged), or the mode is unknown */
-KV_API int32_t endprog_fkt(int32_t mode, kv_exit_function fn) KV_NOEXCEPT;
+KV_API int32_t KV_CALL endprog_fkt(int32_t mode, kv_exit_function fn) KV_NOEXCEPT;
 
 /** Runs every registered exit function and empties the list. An application that ends normally calls
  *  it itself; kv_exit() calls it.
@@ -107,7 +107,7 @@ KV_API int32_t endprog_fkt(int32_t mode, kv_exit_function fn) KV_NOEXCEPT;
  *  exit function may call kv_exit().
  *
  *  @retval 0  done */
-KV_API int32_t kv_atexit(void) KV_NOEXCEPT;
+KV_API int32_t KV_CALL kv_atexit(void) KV_NOEXCEPT;
 
 /** The value of an environment variable of the process.
  *
@@ -115,26 +115,26 @@ KV_API int32_t kv_atexit(void) KV_NOEXCEPT;
  *  @param default_value  the result when it is not set; may be NIL
  *  @return the value inside the process environment (valid until the variable changes, not to be
  *          freed), or default_value itself */
-KV_API const char *kv_getenv(const char *name, const char *default_value) KV_NOEXCEPT;
+KV_API const char *KV_CALL kv_getenv(const char *name, const char *default_value) KV_NOEXCEPT;
 
 /** Sets an environment variable of the process.
  *
  *  @param setting  "name=value", copied. "name=" removes the variable.
  *  @retval 0   done
  *  @retval -1  no "=" in the setting, an empty name, or an exhausted heap; nothing is changed */
-KV_API int32_t kv_putenv(const char *setting) KV_NOEXCEPT;
+KV_API int32_t KV_CALL kv_putenv(const char *setting) KV_NOEXCEPT;
 
 /** Gives the simple beep of the system; on POSIX a BEL on the controlling terminal, if there is one. */
-KV_API void kv_beep(void) KV_NOEXCEPT;
+KV_API void KV_CALL kv_beep(void) KV_NOEXCEPT;
 
 /** The same as kv_beep(). */
-KV_API void kv_tone(void) KV_NOEXCEPT;
+KV_API void KV_CALL kv_tone(void) KV_NOEXCEPT;
 
 /** Does nothing; kept for the applications that call it. */
-KV_API void kv_wait(void) KV_NOEXCEPT;
+KV_API void KV_CALL kv_wait(void) KV_NOEXCEPT;
 
 /** Does nothing; kept for the applications that call it. */
-KV_API void kv_pause(void) KV_NOEXCEPT;
+KV_API void KV_CALL kv_pause(void) KV_NOEXCEPT;
 
 /** The kind of platform, computed once.
  *
@@ -143,7 +143,7 @@ KV_API void kv_pause(void) KV_NOEXCEPT;
  *  @retval 3  Windows NT up to major version 3
  *  @retval 4  Windows 95 family
  *  @retval 5  Windows NT from major version 4 on, and every POSIX system */
-KV_API int32_t kv_get_win32(void) KV_NOEXCEPT;
+KV_API int32_t KV_CALL kv_get_win32(void) KV_NOEXCEPT;
 
 KV_END_DECLS
 

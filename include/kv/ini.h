@@ -58,8 +58,8 @@ enum {
  *  @retval INI_NO_SECTION  no such section; buf and size are untouched
  *  @retval INI_NO_ENTRY    no such entry; buf and size are untouched
  *  @retval INI_FAILED      the file was not found, or cannot be read; a list may have been begun */
-KV_API int32_t ini_read_string(const char *path, const char *section, const char *entry, char *buf,
-                               int32_t *size) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_read_string(const char *path, const char *section, const char *entry, char *buf,
+                                       int32_t *size) KV_NOEXCEPT;
 
 /** Reads an entry as a whole number, as convert_stol() reads it: 0 for a text that is none.
  *
@@ -67,12 +67,12 @@ KV_API int32_t ini_read_string(const char *path, const char *section, const char
  *  @retval INI_NO_SECTION  no such section
  *  @retval INI_NO_ENTRY    no such entry
  *  @retval INI_FAILED      the file was not found, or cannot be read */
-KV_API int32_t ini_read_long(const char *path, const char *section, const char *entry,
-                             int32_t *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_read_long(const char *path, const char *section, const char *entry,
+                                     int32_t *value) KV_NOEXCEPT;
 
 /** Reads an entry as a real number, as convert_stod() reads it; otherwise as ini_read_long(). */
-KV_API int32_t ini_read_double(const char *path, const char *section, const char *entry,
-                               double *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_read_double(const char *path, const char *section, const char *entry,
+                                       double *value) KV_NOEXCEPT;
 
 /** Reads an entry as a list of whole numbers with commas between them, each as convert_stol() reads it. A
  *  comma at the end is followed by no item; an empty value is an empty list.
@@ -84,13 +84,13 @@ KV_API int32_t ini_read_double(const char *path, const char *section, const char
  *  @retval INI_NO_SECTION  no such section; *count is 0
  *  @retval INI_NO_ENTRY    no such entry; *count is 0
  *  @retval INI_FAILED      the file was not found, or cannot be read; *count is 0 */
-KV_API int32_t ini_read_longs(const char *path, const char *section, const char *entry, int32_t *items,
-                              int32_t *count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_read_longs(const char *path, const char *section, const char *entry,
+                                      int32_t *items, int32_t *count) KV_NOEXCEPT;
 
 /** Reads an entry as a list of real numbers, each as convert_stod() reads it; otherwise as
  *  ini_read_longs(). */
-KV_API int32_t ini_read_doubles(const char *path, const char *section, const char *entry, double *items,
-                                int32_t *count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_read_doubles(const char *path, const char *section, const char *entry,
+                                        double *items, int32_t *count) KV_NOEXCEPT;
 
 /** Lists the names of the sections, as ini_read_string() lists keys; the unnamed section is not among them.
  *  A name that stands there twice is listed twice. An addition of this library's own.
@@ -100,7 +100,7 @@ KV_API int32_t ini_read_doubles(const char *path, const char *section, const cha
  *  @retval INI_OK       all names
  *  @retval INI_NO_ROOM  only the first names, each of them whole, did fit
  *  @retval INI_FAILED   the file was not found, or cannot be read; a list may have been begun */
-KV_API int32_t ini_read_sections(const char *path, char *buf, int32_t *size) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_read_sections(const char *path, char *buf, int32_t *size) KV_NOEXCEPT;
 
 /* ---- Changing
  *
@@ -120,8 +120,9 @@ KV_API int32_t ini_read_sections(const char *path, char *buf, int32_t *size) KV_
  * owner, the permissions, the access list and the attributes of the file stay; links are followed.
  *
  * A file that a new one cannot replace is written in place: one with several hard links, that of another
- * owner or with attributes that this process may not give a file, a mount point, a device, and any file in
- * a directory that may not be written. When writing fails, its old content is put back; but what the file
+ * owner or with attributes that this process may not give a file, a mount point, a device, any file in a
+ * directory that may not be written, and, on Windows, one that somebody has open and lets nobody delete.
+ * When writing fails, its old content is put back; but what the file
  * holds when the process is killed or the machine stops while it is written is not certain.
  *
  * Several processes and threads. Changes of one file are made one after the other, and none is lost.
@@ -143,28 +144,28 @@ KV_API int32_t ini_read_sections(const char *path, char *buf, int32_t *size) KV_
  *  @retval INI_NOT_WRITABLE  the file cannot be opened for writing, or is in use; it is unchanged
  *  @retval INI_WRITE_FAILED  writing failed; the file is unchanged
  *  @retval INI_FAILED        the main configuration file was not found, or the file cannot be read */
-KV_API int32_t ini_write_string(const char *path, const char *section, const char *entry,
-                                const char *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_write_string(const char *path, const char *section, const char *entry,
+                                        const char *value) KV_NOEXCEPT;
 
 /** Sets an entry to a whole number; as ini_write_string(). */
-KV_API int32_t ini_write_long(const char *path, const char *section, const char *entry,
-                              int32_t value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_write_long(const char *path, const char *section, const char *entry,
+                                      int32_t value) KV_NOEXCEPT;
 
 /** Sets an entry to a real number with six digits behind the point; as ini_write_string(). */
-KV_API int32_t ini_write_double(const char *path, const char *section, const char *entry,
-                                double value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_write_double(const char *path, const char *section, const char *entry,
+                                        double value) KV_NOEXCEPT;
 
 /** Sets an entry to a list of whole numbers with commas between them.
  *
  *  @param count  how many; 0 or less writes an empty value
  *  @retval INI_NO_ROOM  the text, with a comma behind each number, is longer than 512 characters; the file
  *                       is untouched. Otherwise as ini_write_string(). */
-KV_API int32_t ini_write_longs(const char *path, const char *section, const char *entry,
-                               const int32_t *items, int32_t count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_write_longs(const char *path, const char *section, const char *entry,
+                                       const int32_t *items, int32_t count) KV_NOEXCEPT;
 
 /** Sets an entry to a list of real numbers with six significant digits; otherwise as ini_write_longs(). */
-KV_API int32_t ini_write_doubles(const char *path, const char *section, const char *entry,
-                                 const double *items, int32_t count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_write_doubles(const char *path, const char *section, const char *entry,
+                                         const double *items, int32_t count) KV_NOEXCEPT;
 
 /** Removes an entry.
  *
@@ -173,14 +174,15 @@ KV_API int32_t ini_write_doubles(const char *path, const char *section, const ch
  *  @retval INI_NO_SECTION  no such section
  *  @retval INI_NO_ENTRY    no such entry
  *  @retval INI_FAILED      there is no such file, it cannot be read, or it is in use */
-KV_API int32_t ini_delete_entry(const char *path, const char *section, const char *entry) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_delete_entry(const char *path, const char *section,
+                                        const char *entry) KV_NOEXCEPT;
 
 /** Removes a section: its header and all up to the next one. Of the unnamed section the comments stay.
  *
  *  @retval INI_OK          the section was there; that the new file could be saved it does not say
  *  @retval INI_NO_SECTION  no such section
  *  @retval INI_FAILED      there is no such file, it cannot be read, or it is in use */
-KV_API int32_t ini_delete_section(const char *path, const char *section) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_delete_section(const char *path, const char *section) KV_NOEXCEPT;
 
 /** Renames a section. The unnamed section gets a header before its first entry.
  *
@@ -192,7 +194,8 @@ KV_API int32_t ini_delete_section(const char *path, const char *section) KV_NOEX
  *  @retval INI_NOT_WRITABLE  the file cannot be opened for writing, or is in use; it is unchanged
  *  @retval INI_WRITE_FAILED  writing failed; the file is unchanged
  *  @retval INI_FAILED        there is no such file, or it cannot be read */
-KV_API int32_t ini_rename_section(const char *path, const char *oldname, const char *newname) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_rename_section(const char *path, const char *oldname,
+                                          const char *newname) KV_NOEXCEPT;
 
 /** Renames an entry; its value stays.
  *
@@ -206,8 +209,8 @@ KV_API int32_t ini_rename_section(const char *path, const char *oldname, const c
  *                            is in use
  *  @retval INI_WRITE_FAILED  writing failed; the file is unchanged
  *  @retval INI_FAILED        there is no such file, or it cannot be read */
-KV_API int32_t ini_rename_entry(const char *path, const char *section, const char *oldname,
-                                const char *newname) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_rename_entry(const char *path, const char *section, const char *oldname,
+                                        const char *newname) KV_NOEXCEPT;
 
 /** What an INI_EDIT does, as the function of that name. */
 enum {
@@ -243,37 +246,37 @@ typedef struct INI_EDIT {
  *                  an unknown operation, or a file that was not found or cannot be read. With *reached
  *                  equal to count it is INI_NOT_WRITABLE (also of a file in use), INI_WRITE_FAILED or
  *                  INI_FAILED. */
-KV_API int32_t ini_edit(const char *path, const INI_EDIT *edits, int32_t count,
-                        int32_t *reached) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_edit(const char *path, const INI_EDIT *edits, int32_t count,
+                                int32_t *reached) KV_NOEXCEPT;
 
 /* ---- Reading or writing, as a flag says
  *
  * With write not 0 they are the ini_write_ functions, else the ini_read_ functions, with their statuses. */
 
 /** Writes the text in buf (size is not used), or reads into it. */
-KV_API int32_t ini_rw_string(int32_t write, const char *path, const char *section, const char *entry,
-                             char *buf, int32_t *size) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_rw_string(int32_t write, const char *path, const char *section,
+                                     const char *entry, char *buf, int32_t *size) KV_NOEXCEPT;
 
 /** Writes or reads *value; INI_NO_ROOM when value is NIL. */
-KV_API int32_t ini_rw_long(int32_t write, const char *path, const char *section, const char *entry,
-                           int32_t *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_rw_long(int32_t write, const char *path, const char *section, const char *entry,
+                                   int32_t *value) KV_NOEXCEPT;
 
 /** Writes or reads *value; INI_NO_ROOM when value is NIL. */
-KV_API int32_t ini_rw_double(int32_t write, const char *path, const char *section, const char *entry,
-                             double *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_rw_double(int32_t write, const char *path, const char *section,
+                                     const char *entry, double *value) KV_NOEXCEPT;
 
 /** Writes *count items, or reads as many as fit; INI_NO_ROOM also when items or count is NIL. */
-KV_API int32_t ini_rw_longs(int32_t write, const char *path, const char *section, const char *entry,
-                            int32_t *items, int32_t *count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_rw_longs(int32_t write, const char *path, const char *section, const char *entry,
+                                    int32_t *items, int32_t *count) KV_NOEXCEPT;
 
 /** Writes *count items, or reads as many as fit; INI_NO_ROOM also when items or count is NIL. */
-KV_API int32_t ini_rw_doubles(int32_t write, const char *path, const char *section, const char *entry,
-                              double *items, int32_t *count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL ini_rw_doubles(int32_t write, const char *path, const char *section,
+                                      const char *entry, double *items, int32_t *count) KV_NOEXCEPT;
 
 /** Reads the sounds for errors, warnings and ticks from the section "Beep" of the main configuration file:
  *  the entries "Error", "Warning" and "Tick", two whole numbers each. What is missing there stays as it
  *  was; at the start the pairs are 500,700 and 100,700 and 1,0. Nothing in the library plays them. */
-KV_API void ini_initialize_tkit(void) KV_NOEXCEPT;
+KV_API void KV_CALL ini_initialize_tkit(void) KV_NOEXCEPT;
 
 KV_END_DECLS
 

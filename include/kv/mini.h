@@ -57,7 +57,7 @@ enum { MINI_REFUSED = 4 };
  *  @return the cache, which mini_close() frees; a file that cannot be opened is made by the first update.
  *          NIL when the heap is exhausted or the path has more than 255 characters, and with MINI_READONLY
  *          when the file cannot be read. */
-KV_API MINI *mini_open(const char *dir, const char *name, int32_t flags) KV_NOEXCEPT;
+KV_API MINI *KV_CALL mini_open(const char *dir, const char *name, int32_t flags) KV_NOEXCEPT;
 
 /** Updates the file, unless the cache is read-only, and frees the cache. Whether the update succeeded is
  *  not told; who has to know calls mini_update_file() before.
@@ -65,7 +65,7 @@ KV_API MINI *mini_open(const char *dir, const char *name, int32_t flags) KV_NOEX
  *  @param cache  the caller's pointer to the cache; becomes NIL
  *  @retval 1  closed
  *  @retval 0  `cache`, or the pointer, is NIL */
-KV_API int32_t mini_close(MINI **cache) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_close(MINI **cache) KV_NOEXCEPT;
 
 /** Puts the changes into the file.
  *
@@ -87,13 +87,13 @@ KV_API int32_t mini_close(MINI **cache) KV_NOEXCEPT;
  *  @retval 1  the file was rewritten
  *  @retval 0  `cache` is NIL or read-only, the file cannot be read or written or is in use, or the heap is
  *             exhausted: the file is as it was, and the changes are still to be put into it */
-KV_API int32_t mini_update_file(MINI *cache) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_update_file(MINI *cache) KV_NOEXCEPT;
 
 /** Frees all loaded sections; what was written to them and not yet put into the file is lost.
  *
  *  @retval INI_OK      done
  *  @retval INI_FAILED  `cache` is NIL */
-KV_API int32_t mini_unload_all_sections(MINI *cache) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_unload_all_sections(MINI *cache) KV_NOEXCEPT;
 
 /** Frees one loaded section; as mini_unload_all_sections().
  *
@@ -101,7 +101,7 @@ KV_API int32_t mini_unload_all_sections(MINI *cache) KV_NOEXCEPT;
  *  @retval INI_OK          done
  *  @retval INI_NO_SECTION  `section` is NIL or not loaded
  *  @retval INI_FAILED      `cache` is NIL */
-KV_API int32_t mini_unload_one_section(MINI *cache, const char *section) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_unload_one_section(MINI *cache, const char *section) KV_NOEXCEPT;
 
 /* ---- Reading. A section that is not loaded is loaded first. */
 
@@ -120,8 +120,8 @@ KV_API int32_t mini_unload_one_section(MINI *cache, const char *section) KV_NOEX
  *  @retval INI_NO_ENTRY    no such entry
  *  @retval INI_FAILED      `cache` is NIL, or the file is there but cannot be read. Here, and where there
  *                          is no section or entry, buf and size are untouched. */
-KV_API int32_t mini_read_string(MINI *cache, const char *section, const char *entry, char *buf,
-                                int32_t *size) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_read_string(MINI *cache, const char *section, const char *entry, char *buf,
+                                        int32_t *size) KV_NOEXCEPT;
 
 /** Reads an entry as a whole number, as convert_stol() reads it.
  *
@@ -130,12 +130,12 @@ KV_API int32_t mini_read_string(MINI *cache, const char *section, const char *en
  *  @retval INI_NO_ENTRY    `entry` is NIL, or there is no such entry
  *  @retval INI_NO_SECTION  the section is neither loaded nor in the file
  *  @retval INI_FAILED      `cache` is NIL, or the file is there but cannot be read */
-KV_API int32_t mini_read_long(MINI *cache, const char *section, const char *entry,
-                              int32_t *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_read_long(MINI *cache, const char *section, const char *entry,
+                                      int32_t *value) KV_NOEXCEPT;
 
 /** Reads an entry as a real number, as convert_stod() reads it; otherwise as mini_read_long(). */
-KV_API int32_t mini_read_double(MINI *cache, const char *section, const char *entry,
-                                double *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_read_double(MINI *cache, const char *section, const char *entry,
+                                        double *value) KV_NOEXCEPT;
 
 /** Reads an entry as a list of whole numbers with commas between them, each as convert_stol() reads it. A
  *  comma at the end is followed by no item; an empty value is an empty list.
@@ -148,13 +148,13 @@ KV_API int32_t mini_read_double(MINI *cache, const char *section, const char *en
  *  @retval INI_NO_ENTRY    `entry` is NIL, or there is no such entry; here and below count is unchanged
  *  @retval INI_NO_SECTION  the section is neither loaded nor in the file
  *  @retval INI_FAILED      `cache` is NIL, or the file is there but cannot be read */
-KV_API int32_t mini_read_longs(MINI *cache, const char *section, const char *entry, int32_t *items,
-                               int32_t *count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_read_longs(MINI *cache, const char *section, const char *entry, int32_t *items,
+                                       int32_t *count) KV_NOEXCEPT;
 
 /** Reads an entry as a list of real numbers, each as convert_stod() reads it; otherwise as
  *  mini_read_longs(). */
-KV_API int32_t mini_read_doubles(MINI *cache, const char *section, const char *entry, double *items,
-                                 int32_t *count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_read_doubles(MINI *cache, const char *section, const char *entry, double *items,
+                                         int32_t *count) KV_NOEXCEPT;
 
 /** Gives a value as a text; never NIL.
  *
@@ -164,8 +164,8 @@ KV_API int32_t mini_read_doubles(MINI *cache, const char *section, const char *e
  *                  byte. NIL: nothing is copied and `size` not used.
  *  @return buf. Without it the cache's own copy of the value, valid until the entry is changed or unloaded;
  *          "" when `cache`, `section` or `entry` is NIL or there is no such value. */
-KV_API const char *mini_get_string(MINI *cache, const char *section, const char *entry, char *buf,
-                                   int32_t *size) KV_NOEXCEPT;
+KV_API const char *KV_CALL mini_get_string(MINI *cache, const char *section, const char *entry, char *buf,
+                                           int32_t *size) KV_NOEXCEPT;
 
 /* ---- Writing, to the cache; on a read-only cache too. A section that is not loaded is loaded first. */
 
@@ -179,16 +179,16 @@ KV_API const char *mini_get_string(MINI *cache, const char *section, const char 
  *  @retval INI_NO_ROOM   `value` is NIL; nothing is changed
  *  @retval INI_FAILED    `cache` is NIL, or the file is there but cannot be read, so that the section's
  *                        other entries are not known; nothing is changed */
-KV_API int32_t mini_write_string(MINI *cache, const char *section, const char *entry,
-                                 const char *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_write_string(MINI *cache, const char *section, const char *entry,
+                                         const char *value) KV_NOEXCEPT;
 
 /** Sets an entry to a whole number; as mini_write_string(). */
-KV_API int32_t mini_write_long(MINI *cache, const char *section, const char *entry,
-                               int32_t value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_write_long(MINI *cache, const char *section, const char *entry,
+                                       int32_t value) KV_NOEXCEPT;
 
 /** Sets an entry to a real number with six significant digits; as mini_write_string(). */
-KV_API int32_t mini_write_double(MINI *cache, const char *section, const char *entry,
-                                 double value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_write_double(MINI *cache, const char *section, const char *entry,
+                                         double value) KV_NOEXCEPT;
 
 /** Sets an entry to a list of whole numbers with commas between them.
  *
@@ -196,39 +196,39 @@ KV_API int32_t mini_write_double(MINI *cache, const char *section, const char *e
  *  @retval INI_NO_ROOM  the text, with a comma behind each number, is longer than 512 characters, or
  *                       `items` is NIL and count positive; nothing is changed. Otherwise as
  *                       mini_write_string(). */
-KV_API int32_t mini_write_longs(MINI *cache, const char *section, const char *entry, const int32_t *items,
-                                int32_t count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_write_longs(MINI *cache, const char *section, const char *entry,
+                                        const int32_t *items, int32_t count) KV_NOEXCEPT;
 
 /** Sets an entry to a list of real numbers with six significant digits; as mini_write_longs(). */
-KV_API int32_t mini_write_doubles(MINI *cache, const char *section, const char *entry, const double *items,
-                                  int32_t count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_write_doubles(MINI *cache, const char *section, const char *entry,
+                                          const double *items, int32_t count) KV_NOEXCEPT;
 
 /* ---- Either */
 
 /** mini_write_string() of buf if `write` is not 0, else mini_read_string(). */
-KV_API int32_t mini_rw_string(int32_t write, MINI *cache, const char *section, const char *entry, char *buf,
-                              int32_t *size) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_rw_string(int32_t write, MINI *cache, const char *section, const char *entry,
+                                      char *buf, int32_t *size) KV_NOEXCEPT;
 
 /** mini_write_long() of *value if `write` is not 0, else mini_read_long().
  *
  *  @retval INI_NO_ROOM  `value` is NIL; otherwise as those */
-KV_API int32_t mini_rw_long(int32_t write, MINI *cache, const char *section, const char *entry,
-                            int32_t *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_rw_long(int32_t write, MINI *cache, const char *section, const char *entry,
+                                    int32_t *value) KV_NOEXCEPT;
 
 /** mini_write_double() of *value if `write` is not 0, else mini_read_double(); as mini_rw_long(). */
-KV_API int32_t mini_rw_double(int32_t write, MINI *cache, const char *section, const char *entry,
-                              double *value) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_rw_double(int32_t write, MINI *cache, const char *section, const char *entry,
+                                      double *value) KV_NOEXCEPT;
 
 /** mini_write_longs() of *count items if `write` is not 0, else mini_read_longs().
  *
  *  @retval INI_NO_ROOM  `items` or `count` is NIL; otherwise as those */
-KV_API int32_t mini_rw_longs(int32_t write, MINI *cache, const char *section, const char *entry,
-                             int32_t *items, int32_t *count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_rw_longs(int32_t write, MINI *cache, const char *section, const char *entry,
+                                     int32_t *items, int32_t *count) KV_NOEXCEPT;
 
 /** mini_write_doubles() of *count items if `write` is not 0, else mini_read_doubles(); as
  *  mini_rw_longs(). */
-KV_API int32_t mini_rw_doubles(int32_t write, MINI *cache, const char *section, const char *entry,
-                               double *items, int32_t *count) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_rw_doubles(int32_t write, MINI *cache, const char *section, const char *entry,
+                                       double *items, int32_t *count) KV_NOEXCEPT;
 
 /* ---- Deleting and renaming
  *
@@ -243,7 +243,7 @@ KV_API int32_t mini_rw_doubles(int32_t write, MINI *cache, const char *section, 
  *  @retval INI_NO_SECTION  the section is neither loaded nor in the file
  *  @retval INI_FAILED      `cache` is NIL; or the section is not loaded, and there is no file or it cannot
  *                          be read */
-KV_API int32_t mini_delete_entry(MINI *cache, const char *section, const char *entry) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_delete_entry(MINI *cache, const char *section, const char *entry) KV_NOEXCEPT;
 
 /** Deletes a section, a loaded one from the cache and, at once, from the file; whether the file could be
  *  changed is then not told.
@@ -255,7 +255,7 @@ KV_API int32_t mini_delete_entry(MINI *cache, const char *section, const char *e
  *  @retval INI_NO_SECTION  the section is neither loaded nor in the file
  *  @retval INI_FAILED      `cache` is NIL; or the section is not loaded, and there is no file or it cannot
  *                          be read */
-KV_API int32_t mini_delete_section(MINI *cache, const char *section) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_delete_section(MINI *cache, const char *section) KV_NOEXCEPT;
 
 /** Renames an entry, which keeps its place and its value.
  *
@@ -270,8 +270,8 @@ KV_API int32_t mini_delete_section(MINI *cache, const char *section) KV_NOEXCEPT
  *  @retval INI_WRITE_FAILED the section is not loaded, and writing the file failed
  *  @retval INI_FAILED       `cache` is NIL; the section is not loaded, and there is no file or it cannot be
  *                           read; or the heap is exhausted. Nothing is changed but after INI_OK. */
-KV_API int32_t mini_rename_entry(MINI *cache, const char *section, const char *oldname,
-                                 const char *newname) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_rename_entry(MINI *cache, const char *section, const char *oldname,
+                                         const char *newname) KV_NOEXCEPT;
 
 /** Renames a section, a loaded one in the cache and, at once, in the file; whether the file could be
  *  changed is then not told.
@@ -286,7 +286,8 @@ KV_API int32_t mini_rename_entry(MINI *cache, const char *section, const char *o
  *  @retval INI_NO_SECTION   the section is neither loaded nor in the file
  *  @retval INI_WRITE_FAILED the section is not loaded, and writing the file failed
  *  @retval INI_FAILED       as for mini_rename_entry() */
-KV_API int32_t mini_rename_section(MINI *cache, const char *oldname, const char *newname) KV_NOEXCEPT;
+KV_API int32_t KV_CALL mini_rename_section(MINI *cache, const char *oldname,
+                                           const char *newname) KV_NOEXCEPT;
 
 KV_END_DECLS
 

@@ -52,7 +52,7 @@ enum {
  *
  *  @param path  the directory; blanks around it do not count. NIL or empty: the entry "Profile" is read
  *               now, and if there is none, again for each table */
-KV_API void profil_path(const char *path) KV_NOEXCEPT;
+KV_API void KV_CALL profil_path(const char *path) KV_NOEXCEPT;
 
 /** Opens a table of profiles.
  *
@@ -63,18 +63,19 @@ KV_API void profil_path(const char *path) KV_NOEXCEPT;
  *  @param factors  what the values are multiplied by, one for each name; NIL for 1
  *  @return the handle, which the caller closes with profil_close(). NIL when the file cannot be opened,
  *          its first line has no name or no line end, or the heap is exhausted */
-KV_API PROFIL *profil_open(const char *path, const char *const *names, const double *factors) KV_NOEXCEPT;
+KV_API PROFIL *KV_CALL profil_open(const char *path, const char *const *names,
+                                   const double *factors) KV_NOEXCEPT;
 
 /** Opens a table of mats; without factors, and else as profil_open(). */
-KV_API PROFIL *matte_open(const char *path, const char *const *names) KV_NOEXCEPT;
+KV_API PROFIL *KV_CALL matte_open(const char *path, const char *const *names) KV_NOEXCEPT;
 
 /** Closes a table and frees its handle; NIL is allowed.
  *
  *  @retval 0  always */
-KV_API int32_t profil_close(PROFIL *table) KV_NOEXCEPT;
+KV_API int32_t KV_CALL profil_close(PROFIL *table) KV_NOEXCEPT;
 
 /** The same as profil_close(). */
-KV_API int32_t matte_close(PROFIL *table) KV_NOEXCEPT;
+KV_API int32_t KV_CALL matte_close(PROFIL *table) KV_NOEXCEPT;
 
 /** Returns to before the first entry and drops the conditions of searches.
  *
@@ -82,11 +83,12 @@ KV_API int32_t matte_close(PROFIL *table) KV_NOEXCEPT;
  *                  the arrays; NIL to keep those that are set
  *  @param factors  as for profil_open(); not read when names is NIL
  *  @retval 0  always; also for NIL */
-KV_API int32_t profil_reset(PROFIL *table, const char *const *names, const double *factors) KV_NOEXCEPT;
+KV_API int32_t KV_CALL profil_reset(PROFIL *table, const char *const *names,
+                                    const double *factors) KV_NOEXCEPT;
 
 /** @return the names of all columns in the order of the header, each with a zero byte at its end, and one
  *          more zero byte behind the last one; the handle's own, valid until it is closed. NIL for NIL */
-KV_API const char *profil_get_all_items(PROFIL *table) KV_NOEXCEPT;
+KV_API const char *KV_CALL profil_get_all_items(PROFIL *table) KV_NOEXCEPT;
 
 /* ---- One entry after the other */
 
@@ -96,10 +98,10 @@ KV_API const char *profil_get_all_items(PROFIL *table) KV_NOEXCEPT;
  *  @param name    receives the full name
  *  @retval 0   done
  *  @retval -1  the table is at its end, and all values are -1; or NIL handle */
-KV_API int32_t profil_next(PROFIL *table, double *values, char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL profil_next(PROFIL *table, double *values, char *name) KV_NOEXCEPT;
 
 /** The same as profil_next(). */
-KV_API int32_t matte_next(PROFIL *table, double *values, char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL matte_next(PROFIL *table, double *values, char *name) KV_NOEXCEPT;
 
 /** Reads the entry before the one last read.
  *
@@ -112,7 +114,7 @@ KV_API int32_t matte_next(PROFIL *table, double *values, char *name) KV_NOEXCEPT
  *  @retval 0   done
  *  @retval -1  there is none, and all values are -1: the handle stands before the first entry again; or NIL
  *              handle */
-KV_API int32_t profil_prev(PROFIL *table, double *values, char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL profil_prev(PROFIL *table, double *values, char *name) KV_NOEXCEPT;
 
 /* ---- Searching
  *
@@ -140,20 +142,22 @@ KV_API int32_t profil_prev(PROFIL *table, double *values, char *name) KV_NOEXCEP
  *  @param name     receives the full name
  *  @retval 0   found
  *  @retval -1  there is none, and all values are -1; NIL handle; or the heap is exhausted */
-KV_API int32_t profil_get(PROFIL *table, const char *pattern, double *values, char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL profil_get(PROFIL *table, const char *pattern, double *values,
+                                  char *name) KV_NOEXCEPT;
 
 /** Finds the first entry whose name has exactly the numbers of the pattern: as profil_get(), with
  *  parentheses around every number of the pattern that begins with a digit or a point, and around nothing
  *  else. The pattern counts with its first 255 characters. */
-KV_API int32_t profil_get_exact(PROFIL *table, const char *pattern, double *values, char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL profil_get_exact(PROFIL *table, const char *pattern, double *values,
+                                        char *name) KV_NOEXCEPT;
 
 /** Finds the first entry that matches and gives its fields as they stand in the table.
  *
  *  @param texts  receives the texts of the wanted columns; the empty text for a column without one
  *  @retval 0   found
  *  @retval -1  there is none, and all texts are empty; NIL handle; or the heap is exhausted */
-KV_API int32_t profil_get_strings(PROFIL *table, const char *pattern, char (*texts)[PROFIL_FIELD_SIZE],
-                                  char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL profil_get_strings(PROFIL *table, const char *pattern,
+                                          char (*texts)[PROFIL_FIELD_SIZE], char *name) KV_NOEXCEPT;
 
 /** A condition for the value of a column, its factor applied. */
 typedef struct PROFIL_CONDITION {
@@ -173,17 +177,17 @@ typedef struct PROFIL_CONDITION {
  *                     entries that were rejected
  *  @retval 0   found
  *  @retval -1  there is none; NIL handle; or the heap is exhausted */
-KV_API int32_t profil_search(PROFIL *table, const PROFIL_CONDITION *conditions, int32_t count,
-                             const char *pattern, double *values, char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL profil_search(PROFIL *table, const PROFIL_CONDITION *conditions, int32_t count,
+                                     const char *pattern, double *values, char *name) KV_NOEXCEPT;
 
 /** As profil_search(), but goes on behind the entry last read.
  *
  *  @param conditions  NIL: those of the last search stay */
-KV_API int32_t profil_search_next(PROFIL *table, const PROFIL_CONDITION *conditions, int32_t count,
-                                  const char *pattern, double *values, char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL profil_search_next(PROFIL *table, const PROFIL_CONDITION *conditions, int32_t count,
+                                          const char *pattern, double *values, char *name) KV_NOEXCEPT;
 
 /** Gets the values of the wanted columns; the entry is accepted unless it returns 0. */
-typedef int32_t (*profil_filter_function)(double *values);
+typedef int32_t(KV_CALL *profil_filter_function)(double *values);
 
 /** Finds the next entry, behind the one last read, that matches and that a filter accepts. Conditions do
  * not count.
@@ -193,8 +197,8 @@ typedef int32_t (*profil_filter_function)(double *values);
  *                 that matched
  *  @retval 0   found
  *  @retval -1  there is none; NIL handle; or the heap is exhausted */
-KV_API int32_t profil_search_f(PROFIL *table, profil_filter_function filter, const char *pattern,
-                               double *values, char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL profil_search_f(PROFIL *table, profil_filter_function filter, const char *pattern,
+                                       double *values, char *name) KV_NOEXCEPT;
 
 /** Finds the tables (*.pro) of the profile directory that have an entry, as profil_get_exact() finds it.
  *
@@ -204,8 +208,8 @@ KV_API int32_t profil_search_f(PROFIL *table, profil_filter_function filter, con
  *  @retval 1  done
  *  @retval 0  the directory cannot be listed, it has no tables, or the heap is exhausted; 0 and NIL are
  *             stored */
-KV_API int32_t profil_findfiles(const char *pattern, int32_t *count,
-                                char (**list)[PROFIL_FIELD_SIZE]) KV_NOEXCEPT;
+KV_API int32_t KV_CALL profil_findfiles(const char *pattern, int32_t *count,
+                                        char (**list)[PROFIL_FIELD_SIZE]) KV_NOEXCEPT;
 
 /* ---- Names and units */
 
@@ -213,7 +217,7 @@ KV_API int32_t profil_findfiles(const char *pattern, int32_t *count,
  *
  *  @param type  receives what is before it, or all; PROFIL_PART_SIZE bytes
  *  @param size  receives what is behind it, or the empty text; PROFIL_PART_SIZE bytes */
-KV_API void profil_convert_result(const char *name, char *type, char *size) KV_NOEXCEPT;
+KV_API void KV_CALL profil_convert_result(const char *name, char *type, char *size) KV_NOEXCEPT;
 
 /** Gives the factors that convert columns to metres and their powers, by the units that tables have:
  *
@@ -225,7 +229,7 @@ KV_API void profil_convert_result(const char *name, char *type, char *size) KV_N
  *
  *  @param names    columns, NIL at the end; upper and lower case are different
  *  @param factors  receives one factor for each name */
-KV_API void profil_get_factors(const char *const *names, double *factors) KV_NOEXCEPT;
+KV_API void KV_CALL profil_get_factors(const char *const *names, double *factors) KV_NOEXCEPT;
 
 KV_END_DECLS
 

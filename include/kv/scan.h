@@ -17,7 +17,7 @@ KV_BEGIN_DECLS
 typedef struct SCANNER SCANNER;
 
 /** Gives the next character, 0 to 255; 0 or -1 at the end. Other codes start no token (SCAN_VOID). */
-typedef int32_t (*scan_source)(void);
+typedef int32_t(KV_CALL *scan_source)(void);
 
 /** Options of scan_open(). */
 enum {
@@ -122,13 +122,14 @@ typedef struct SCAN_TOKEN {
  *
  *  With SCAN_TRACE the file "trc" in the current directory is emptied if no other scanner traces already.
  *  Where it cannot be written, there is no trace. */
-KV_API SCANNER *scan_open(scan_source source, int32_t flags, const char *const *keywords) KV_NOEXCEPT;
+KV_API SCANNER *KV_CALL scan_open(scan_source source, int32_t flags,
+                                  const char *const *keywords) KV_NOEXCEPT;
 
 /** Releases a scanner. The trace file is closed with the last scanner that traces. */
-KV_API void scan_close(SCANNER *scanner) KV_NOEXCEPT;
+KV_API void KV_CALL scan_close(SCANNER *scanner) KV_NOEXCEPT;
 
 /** Puts a scanner back to its start, line 0. The caller rewinds the source. */
-KV_API void scan_reset(SCANNER *scanner) KV_NOEXCEPT;
+KV_API void KV_CALL scan_reset(SCANNER *scanner) KV_NOEXCEPT;
 
 /** Reads the next token.
  *
@@ -142,13 +143,13 @@ KV_API void scan_reset(SCANNER *scanner) KV_NOEXCEPT;
  *  @param kind   receives the kind
  *  @param token  receives the token
  *  @return SCAN_OK or the last error met in the token */
-KV_API int32_t scan_token(SCANNER *scanner, int32_t *kind, SCAN_TOKEN *token) KV_NOEXCEPT;
+KV_API int32_t KV_CALL scan_token(SCANNER *scanner, int32_t *kind, SCAN_TOKEN *token) KV_NOEXCEPT;
 
 /** Takes the next character, the one behind the last token, and reads one further.
  *
  *  @param kind  receives SCAN_LETTER, SCAN_DIGIT, SCAN_OTHER, SCAN_BLANK, SCAN_EOL, SCAN_EOF or SCAN_VOID
  *  @param ch    receives the character, folded as the options say; 0 at the end */
-KV_API void scan_character(SCANNER *scanner, int32_t *kind, char *ch) KV_NOEXCEPT;
+KV_API void KV_CALL scan_character(SCANNER *scanner, int32_t *kind, char *ch) KV_NOEXCEPT;
 
 KV_END_DECLS
 

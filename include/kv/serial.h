@@ -54,7 +54,7 @@ enum {
  *  @retval 1  done
  *  @retval 0  there is no Windows directory (on POSIX: no drive C), or its path has more than 63
  *             characters; entry is untouched */
-KV_API int32_t GetComEntry(char *entry, const char *port) KV_NOEXCEPT;
+KV_API int32_t KV_CALL GetComEntry(char *entry, const char *port) KV_NOEXCEPT;
 
 /** Opens a port for this process alone and sets it up by its entry. Settings that the port does not take,
  *  and letters that are not known, are ignored.
@@ -62,19 +62,19 @@ KV_API int32_t GetComEntry(char *entry, const char *port) KV_NOEXCEPT;
  *  @return the port's handle, for WriteWinCom() and CloseWinCom(): that of the system, on POSIX the file
  *          descriptor. It fits into 32 bits and is never 0 for an open port. 0 when there is no such port,
  *          when it is in use, and when its entry cannot be read or is not valid */
-KV_API kv_value iOpenWinComWrite(const char *port) KV_NOEXCEPT;
+KV_API kv_value KV_CALL iOpenWinComWrite(const char *port) KV_NOEXCEPT;
 
 /** Sends bytes. When the port takes fewer, it is closed as by CloseWinCom(), and *handle is 0 then.
  *
  *  @param handle  points to the handle; nothing happens when that is 0
  *  @param buffer  count bytes */
-KV_API void WriteWinCom(kv_value *handle, const void *buffer, uint32_t count) KV_NOEXCEPT;
+KV_API void KV_CALL WriteWinCom(kv_value *handle, const void *buffer, uint32_t count) KV_NOEXCEPT;
 
 /** Closes a port and makes the port kind KV_PORT_NONE.
  *
  *  @param handle  points to the handle, which becomes 0; NIL and a handle of 0 only change the port kind
  *  @return KV_PORT_NONE, always */
-KV_API int32_t CloseWinCom(kv_value *handle) KV_NOEXCEPT;
+KV_API int32_t KV_CALL CloseWinCom(kv_value *handle) KV_NOEXCEPT;
 
 /** Sends a plot file through a port that is opened for it and closed afterwards. The port kind stays.
  *
@@ -85,14 +85,14 @@ KV_API int32_t CloseWinCom(kv_value *handle) KV_NOEXCEPT;
  *             has no room for a buffer: nothing was sent then. Or the port did not take the settings or has
  *             an entry with an unknown letter for parity or flow control: the file was sent all the same.
  * Or the port took, or the file gave, only a part: the sending has ended there */
-KV_API int32_t PlotToCom32Bit(const char *path, const char *port) KV_NOEXCEPT;
+KV_API int32_t KV_CALL PlotToCom32Bit(const char *path, const char *port) KV_NOEXCEPT;
 
 /** Writes the file for the sibling library, "COMM.TMP" in the current directory: three lines with the path,
  *  the port and its entry.
  *
  *  @retval 1  done
  *  @retval 0  the file cannot be written, or the entry cannot be read (nothing is written then) */
-KV_API int32_t WriteComEntry(const char *path, const char *port) KV_NOEXCEPT;
+KV_API int32_t KV_CALL WriteComEntry(const char *path, const char *port) KV_NOEXCEPT;
 
 /** Sends a plot file by the way that the platform has: as PlotToCom32Bit(), on Win32s through the sibling
  *  library. When that cannot be loaded or started, a message box says "32Bit Dll couldn't be loaded" or
@@ -100,23 +100,23 @@ KV_API int32_t WriteComEntry(const char *path, const char *port) KV_NOEXCEPT;
  *
  *  @retval 1  sent
  *  @retval 0  not sent, or only a part; or the sibling library or its file failed */
-KV_API int32_t WriteFileWinCom(const char *path, const char *port) KV_NOEXCEPT;
+KV_API int32_t KV_CALL WriteFileWinCom(const char *path, const char *port) KV_NOEXCEPT;
 
 /** Stores where a name leads to: a name that begins with "COM" to a serial port, any other to none. The
  *  port need not exist.
  *
  *  @return the port kind */
-KV_API int32_t WinCommPortCheck(const char *name) KV_NOEXCEPT;
+KV_API int32_t KV_CALL WinCommPortCheck(const char *name) KV_NOEXCEPT;
 
 /** Sets the port kind, or asks for it.
  *
  *  @param kind  stored as it is
  *  @param set   1 to store the kind; anything else only asks
  *  @return the port kind after that */
-KV_API int32_t setWinComPort(int32_t kind, int32_t set) KV_NOEXCEPT;
+KV_API int32_t KV_CALL setWinComPort(int32_t kind, int32_t set) KV_NOEXCEPT;
 
 /** @return the port kind */
-KV_API int32_t getWinComPort(void) KV_NOEXCEPT;
+KV_API int32_t KV_CALL getWinComPort(void) KV_NOEXCEPT;
 
 KV_END_DECLS
 

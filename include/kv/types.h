@@ -21,6 +21,14 @@
 #define KV_API
 #endif
 
+/* The calling convention of all functions here, and of those that the application hands over, whatever its
+ * compiler takes by default. */
+#if defined(_WIN32)
+#define KV_CALL __cdecl
+#else
+#define KV_CALL
+#endif
+
 /* Let the compiler check the arguments of a call, and know where none returns. */
 #if defined(__GNUC__)
 #define KV_PRINTF(text, first) __attribute__((format(printf, text, first)))

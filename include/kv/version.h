@@ -27,7 +27,7 @@ KV_BEGIN_DECLS
  *
  *  @return  its version as KV_VERSION writes it, "1.2.3"; a constant of the library, valid as long as it is
  * loaded. From any thread. Since version 1.1 */
-KV_API const char *kv_version(void) KV_NOEXCEPT;
+KV_API const char *KV_CALL kv_version(void) KV_NOEXCEPT;
 
 KV_END_DECLS
 
