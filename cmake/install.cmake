@@ -45,8 +45,11 @@ install(FILES README.md LICENSE CHANGELOG.md SECURITY.md DESTINATION ${CMAKE_INS
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
         PATTERN "Doxyfile" EXCLUDE PATTERN "CMakeLists.txt" EXCLUDE)
 if(WIN32)
-  # What Microsoft's tools make an import library of.
-  install(FILES cmake/kv.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+  # What Microsoft's tools make an import library of: statements alone, in lines as these tools write them.
+  file(STRINGS cmake/kv.def kv_names REGEX "^ +[A-Za-z_]")
+  list(JOIN kv_names "\n" kv_names)
+  file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/kv.def CONTENT "LIBRARY kv\nEXPORTS\n@kv_names@\n" @ONLY NEWLINE_STYLE DOS)
+  install(FILES ${PROJECT_BINARY_DIR}/kv.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 endif()
 
 # For Windows an archive, which brings everything; for other systems the same, where debian/ does not serve.

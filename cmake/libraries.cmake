@@ -10,6 +10,8 @@ set_target_properties(kv_static PROPERTIES OUTPUT_NAME kv)
 set_target_properties(kv PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 if(WIN32)
   set_target_properties(kv PROPERTIES PREFIX "")  # kv.dll
+  target_sources(kv PRIVATE platform/win32/dll_main.cpp)
+  target_link_libraries(kv PRIVATE kv_options)
 endif()
 kv_version_resource(kv kv.dll VFT_DLL "${PROJECT_DESCRIPTION}")
 kv_export_only(kv ${PROJECT_SOURCE_DIR}/cmake/kv.def)

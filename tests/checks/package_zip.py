@@ -43,6 +43,8 @@ with tempfile.TemporaryDirectory() as work:
     for name in ("bin/kv.dll", "bin/kv.exe"):
         if name in names and f"file format {width}" not in output(objdump, "-f", str(root / name)):
             failures.append(f"{name} is not {width}")
+    if not re.fullmatch(rb"LIBRARY kv\r\nEXPORTS\r\n( +\w+\r\n){300,}", (root / "lib/kv.def").read_bytes()):
+        failures.append("kv.def is not what Microsoft's tools write")
     if "lib/libkv.dll.a" in names and b"kv.dll" not in (root / "lib/libkv.dll.a").read_bytes():
         failures.append("the import library does not lead to kv.dll")
 

@@ -170,6 +170,36 @@ TEST(OnWindows, DrivesAreThoseOfTheSystem) {
     EXPECT_EQ(fio_chdir("c:\\"), 0);
 }
 
+// Bytes in use on all heaps of the process.
+std::size_t used_bytes() {
+    std::size_t used = 0;
+    HANDLE heaps[64];
+    const DWORD count = GetProcessHeaps(64, heaps);
+    for (DWORD i = 0; i < count; ++i) {
+        PROCESS_HEAP_ENTRY entry{};
+        HeapLock(heaps[i]);
+        while (HeapWalk(heaps[i], &entry) != 0) {
+            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) used += entry.cbData;
+        }
+        HeapUnlock(heaps[i]);
+    }
+    return used;
+}
+
+TEST(OnWindows, UnloadingLeavesTheHeapAsItWas) {
+    std::size_t before = 0;
+    for (int i = 0; i < 110; ++i) {
+        if (i == 10) before = used_bytes();  // the system keeps something for what was loaded once
+        HMODULE library = LoadLibraryA(KV_TEST_LIBRARY);
+        ASSERT_NE(library, nullptr);
+        void *function = reinterpret_cast<void *>(GetProcAddress(library, "kv_getenv"));
+        EXPECT_NE(function, nullptr);
+        EXPECT_NE(FreeLibrary(library), 0);
+        EXPECT_EQ(GetModuleHandleA("kv.dll"), nullptr);
+    }
+    EXPECT_LT(used_bytes(), before + 1000);
+}
+
 // The share is drive M, or whatever has that name.
 TEST(OnWindows, TheCurrentDirectoryOnAShare) {
     const std::string share = "\\\\localhost\\m";
@@ -199,6 +229,12 @@ TEST(OnWindows, TheCurrentDirectoryOnAShare) {
         EXPECT_EQ(kv_suche_datei(nullptr, nullptr, name, text), 0) << name;
         EXPECT_STREQ(text, (share + "\\work\\x.ini").c_str());
     }
+    // Neither the computer nor the share is a directory to be made.
+    const char *const names[] = {"x.ini", nullptr};
+    EXPECT_EQ(fio_group_operation(".", names, (share + "\\new\\dir").c_str(), nullptr, FIO_GROUP_COPY, 0,
+                                  nullptr, nullptr),
+              0);
+    EXPECT_EQ(fio_exist((share + "\\new\\dir").c_str(), "x.ini"), 1);
     MINI *cache = mini_open(nullptr, "x.ini", MINI_READONLY);
     int32_t value = 0;
     EXPECT_EQ(mini_read_long(cache, "S", "a", &value), INI_OK);
