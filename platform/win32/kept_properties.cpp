@@ -224,7 +224,13 @@ bool has_other_streams(const char *path) {
     if (!widen(path, wide)) return true;
     WIN32_FIND_STREAM_DATA stream;
     const HANDLE search = FindFirstStreamW(wide.text, FindStreamInfoStandard, &stream, 0);
-    if (search == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_ACCESS_DENIED;
+    if (search == INVALID_HANDLE_VALUE) {
+        const DWORD error =
+            GetLastError();  // the first: there are none; the others: the volume has no streams
+        return error != ERROR_HANDLE_EOF && error != ERROR_INVALID_PARAMETER &&
+               error != ERROR_NOT_SUPPORTED && error != ERROR_INVALID_FUNCTION &&
+               error != ERROR_CALL_NOT_IMPLEMENTED;
+    }
     const bool others = FindNextStreamW(search, &stream) != 0;
     FindClose(search);
     return others;

@@ -172,7 +172,7 @@ bool ReplacementFile::Paths::merge(std::intptr_t &file) const {
 ReplacementFile::Paths::Outcome ReplacementFile::Paths::replace(std::intptr_t &file) const {
     const HANDLE handle = to_handle(file);
     if (!exists) {
-        if (!set_removal(handle, false)) return Outcome::impossible;
+        set_removal(handle, false);
         if (rename(handle, false)) return Outcome::done;
         const DWORD error = GetLastError();
         const bool appeared = error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
@@ -181,7 +181,7 @@ ReplacementFile::Paths::Outcome ReplacementFile::Paths::replace(std::intptr_t &f
     if (!win32::keep_properties(handle, target.text) || !may_be_replaced(target.text)) {
         return Outcome::impossible;
     }
-    if (!set_removal(handle, false)) return Outcome::impossible;
+    set_removal(handle, false);
     if (!streamed && rename(handle, true)) return Outcome::done;
     return merge(file) ? Outcome::done : Outcome::impossible;
 }

@@ -32,12 +32,18 @@ struct Plan {
     memory::Vector<String> emptied;  // directories that have been moved entry by entry, inner ones last
 };
 
+// "C:\" or "\\server\share\", which nobody can make.
+std::size_t root_length(const String &path) {
+    constexpr std::size_t kDrive = 2;
+    const std::size_t share = share_length(path.c_str());
+    return (share > 0 ? share : kDrive) + 1;
+}
+
 bool absolute(const char *path, String &full) {
     win32::FullPath text;
     if (!win32::full_path(path, text)) return false;
     full = text.text;
-    constexpr std::size_t kRoot = 3;  // "C:\"
-    while (full.size() > kRoot && full.back() == '\\') full.pop_back();
+    while (full.size() > root_length(full) && full.back() == '\\') full.pop_back();
     return true;
 }
 
@@ -176,8 +182,7 @@ class Planner {
 // Makes the directories above the new places; the shell need not.
 bool make_parents(const memory::Vector<Task> &tasks) {
     for (const Task &task : tasks) {
-        constexpr std::size_t kRoot = 3;  // "C:\"
-        for (std::size_t end = task.to.find('\\', kRoot); end != String::npos;
+        for (std::size_t end = task.to.find('\\', root_length(task.to)); end != String::npos;
              end = task.to.find('\\', end + 1)) {
             if (CreateDirectoryA(task.to.substr(0, end).c_str(), nullptr) == 0 &&
                 GetLastError() != ERROR_ALREADY_EXISTS && GetLastError() != ERROR_ACCESS_DENIED)
