@@ -428,6 +428,12 @@ void beep();
 bool is_terminal(std::FILE *stream);
 /// True if that terminal also understands the escape sequences for colours; they are switched on then.
 bool takes_colors(std::FILE *stream);
+/// True if a standard stream leads to a console that takes characters, by write_characters(), and reads
+/// bytes in a code page of its own.
+bool takes_characters(std::FILE *stream);
+/// Writes a text to such a console, line by line: one that is UTF-8 as such, any other as the system reads
+/// texts of 8 bits. False if that fails.
+bool write_characters(std::FILE *stream, std::string_view text);
 
 // ---- Why a call failed
 

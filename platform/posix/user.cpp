@@ -42,6 +42,14 @@ bool takes_colors(std::FILE *stream) {
     return is_terminal(stream) && type != nullptr && *type != '\0' && std::strcmp(type, "dumb") != 0;
 }
 
+bool takes_characters(std::FILE *) {
+    return false;
+}
+
+bool write_characters(std::FILE *, std::string_view) {
+    return false;
+}
+
 void beep() {
     const posix::Descriptor terminal(posix::open_report("/dev/tty", O_WRONLY));
     if (terminal.value() >= 0) posix::write_report(terminal.value(), "\a");

@@ -81,4 +81,34 @@ Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions
     return outcome;
 }
 
+// At a console, texts are the characters that they stand for, whatever its code page is.
+TEST_F(ProgramTest, ConsolesOfEveryCodePage) {
+    write("t.env", "[s]\r\n  b ={\r\n    \xE4 =\xDF\r\n  }\r\n");
+    FreeConsole();
+    ASSERT_NE(AllocConsole(), 0);
+    for (const UINT page : {437U, 850U, 1252U, 65001U}) {
+        const Inherited console("CONOUT$", GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
+        SetConsoleOutputCP(page);
+        DWORD count = 0;
+        FillConsoleOutputCharacterW(console.get(), L' ', 8 * 80, {0, 0}, &count);
+        SetConsoleCursorPosition(console.get(), {0, 0});
+        for (const char *how : {"--color=never", "--text"}) {
+            EXPECT_EQ(run({"env", "show", "t.env", how}, {"CONOUT$", "CONOUT$"}).code, 0);
+        }
+        CONSOLE_SCREEN_BUFFER_INFO screen;
+        GetConsoleScreenBufferInfo(console.get(), &screen);
+        EXPECT_EQ(screen.dwCursorPosition.Y, 7);
+        const wchar_t *const lines[] = {
+            L"[s]",    L"\u2514\u2500\u2500 b", L"    \u2514\u2500\u2500 \u00E4 = \u00DF", L"[s]",
+            L"  b ={", L"    \u00E4 =\u00DF"};
+        for (SHORT y = 0; y < 6; ++y) {
+            wchar_t text[17] = L"";
+            ReadConsoleOutputCharacterW(console.get(), text, 16, {0, y}, &count);
+            const std::wstring expected = lines[y];
+            EXPECT_EQ(std::wstring(text, expected.size() + 1), expected + L' ') << page << ", line " << y;
+        }
+    }
+    FreeConsole();
+}
+
 }  // namespace kvtest

@@ -5,6 +5,7 @@
 
 #include "kv/frame.h"
 
+#include "tools/kv/console.hpp"
 #include "tools/kv/program.hpp"
 
 int main(int argc, char **argv) {
@@ -13,6 +14,7 @@ int main(int argc, char **argv) {
 #endif
     std::ios::sync_with_stdio(false);
     kv_error_onoff(0);  // the user reads standard error, not the log
+    const kvtool::ConsoleStreams console;
     const std::vector<const char *> words(argv + (argc > 0 ? 1 : 0), argv + argc);
     return kvtool::run_program(words);
 }
