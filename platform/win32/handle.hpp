@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <io.h>
 #include <windows.h>
 
 #include "platform/platform.hpp"
@@ -18,6 +20,11 @@ inline HANDLE to_handle(std::intptr_t value) {
 
 inline std::intptr_t from_handle(HANDLE handle) {
     return reinterpret_cast<std::intptr_t>(handle);
+}
+
+/// That of a stream of the C library, which keeps it.
+inline HANDLE handle_of(std::FILE *stream) {
+    return to_handle(_get_osfhandle(_fileno(stream)));
 }
 
 /// A file that nobody else is kept from, not even from removing or replacing it. INVALID_HANDLE_VALUE if it

@@ -19,13 +19,9 @@ namespace {
 
 constexpr char kCtrlZ = 26;
 
-HANDLE handle_of(std::FILE *file) {
-    return win32::to_handle(_get_osfhandle(_fileno(file)));
-}
-
 // Reads at an offset; the position of the file stays. The number of bytes read.
 std::size_t read_at(std::FILE *file, std::int64_t offset, char *buffer, std::size_t size) {
-    const HANDLE handle = handle_of(file);
+    const HANDLE handle = win32::handle_of(file);
     LARGE_INTEGER before;
     if (SetFilePointerEx(handle, LARGE_INTEGER{}, &before, FILE_CURRENT) == 0) return 0;
     OVERLAPPED place{};
@@ -187,7 +183,7 @@ bool stream_seek(const Stream &stream, std::int64_t offset, int origin) {
 }
 
 HANDLE win32::stream_handle(const Stream &stream) {
-    return stream.file != nullptr ? handle_of(stream.file) : INVALID_HANDLE_VALUE;
+    return stream.file != nullptr ? win32::handle_of(stream.file) : INVALID_HANDLE_VALUE;
 }
 
 }  // namespace kv::platform

@@ -11,10 +11,6 @@ namespace kv::platform {
 
 namespace {
 
-HANDLE handle_of(std::FILE *stream) {
-    return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
-}
-
 bool write_wide(HANDLE console, const wchar_t *text, DWORD size) {
     while (size > 0) {
         DWORD count = 0;
@@ -68,21 +64,21 @@ bool is_terminal(std::FILE *stream) {
 bool takes_colors(std::FILE *stream) {
     constexpr DWORD kEscapeSequences = 0x0004;  // Windows 10 and later know them
     DWORD mode = 0;
-    return GetConsoleMode(handle_of(stream), &mode) != 0 &&
-           SetConsoleMode(handle_of(stream), mode | kEscapeSequences) != 0;
+    return GetConsoleMode(win32::handle_of(stream), &mode) != 0 &&
+           SetConsoleMode(win32::handle_of(stream), mode | kEscapeSequences) != 0;
 }
 
 bool takes_characters(std::FILE *stream) {
     DWORD mode = 0;
-    return GetConsoleMode(handle_of(stream), &mode) != 0;
+    return GetConsoleMode(win32::handle_of(stream), &mode) != 0;
 }
 
 bool write_characters(std::FILE *stream, std::string_view text) {
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
         const std::string_view line = text.substr(0, end);
-        const bool written = write_line(handle_of(stream), line);
-        const bool ended = end == text.npos || write_wide(handle_of(stream), L"\r\n", 2);
+        const bool written = write_line(win32::handle_of(stream), line);
+        const bool ended = end == text.npos || write_wide(win32::handle_of(stream), L"\r\n", 2);
         if (!written || !ended) return false;
         text.remove_prefix(end == text.npos ? text.size() : end + 1);
     }

@@ -53,8 +53,9 @@ Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions
     Outcome outcome;
     {
         const Inherited input(options.input.empty() ? "NUL" : options.input, GENERIC_READ, OPEN_EXISTING);
-        const Inherited output(out, GENERIC_WRITE, CREATE_ALWAYS);
-        const Inherited errors(err, GENERIC_WRITE, CREATE_ALWAYS);
+        // A console tells its state only to those who may read, too.
+        const Inherited output(out, GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
+        const Inherited errors(err, GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
         STARTUPINFOA start{};
         start.cb = sizeof start;
         start.dwFlags = STARTF_USESTDHANDLES;
