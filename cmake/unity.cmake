@@ -15,7 +15,7 @@ function(kv_unity target)
       set_source_files_properties(${source} TARGET_DIRECTORY ${target} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
     endif()
   endforeach()
-  set_target_properties(${target} PROPERTIES UNITY_BUILD ${CMAKE_UNITY_BUILD} UNITY_BUILD_MODE GROUP)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
   if(CMAKE_UNITY_BUILD)
     # The types of a source, which is included then, are taken for those of a header.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)

@@ -119,11 +119,11 @@ std::int32_t read_file(const char *file_name, ENV *env) {
     return status;
 }
 
-void write_file(const char *file_name, ENV *env) {
+std::int32_t write_file(const char *file_name, ENV *env) {
     platform::TextWriter file;
     if (!file.open(file_name)) {
         report("cann't open to write:", file_name, kFiles);
-        return;
+        return ENV_ERROR;
     }
     FileSink sink(file);
     enter(env, [&] {
@@ -131,7 +131,9 @@ void write_file(const char *file_name, ENV *env) {
         return std::int32_t{ENV_OK};
     });
     sink.flush();
-    if (!file.commit()) report("cann't write:", file_name, kFiles);
+    if (file.commit()) return ENV_OK;
+    report("cann't write:", file_name, kFiles);
+    return ENV_ERROR;
 }
 
 }  // namespace
@@ -142,12 +144,17 @@ int32_t env_read_file(const char *file_name, ENV *env) noexcept {
     return kv::env::read_file(file_name, env);
 }
 
-void env_write_file(const char *file_name, ENV *env) noexcept {
+int32_t env_save_file(const char *file_name, ENV *env) noexcept {
     try {
-        kv::env::write_file(file_name, env);
+        return kv::env::write_file(file_name, env);
     } catch (const std::bad_alloc &) {
         kv::env::report("out of space", file_name, kv::env::kFiles);
+        return ENV_ERROR;
     }
+}
+
+void env_write_file(const char *file_name, ENV *env) noexcept {
+    env_save_file(file_name, env);
 }
 
 int32_t env_get_file_mtime(ENV *env) noexcept {

@@ -12,11 +12,17 @@
 #ifndef KV_HPP
 #define KV_HPP
 
+#if !(__cplusplus >= 202002L || (defined(_MSVC_LANG) && _MSVC_LANG >= 202002L))
+#error "kv.hpp wants C++20 (-std=c++20, /std:c++20); older C++ and C use kv.h"
+#endif
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <iterator>
 #include <memory>
+#include <ranges>
 #include <span>
 #include <string>
 #include <string_view>
@@ -37,20 +43,23 @@ class text {
     text(std::nullptr_t) noexcept : data_(nullptr) {}
     text(const char *zero_terminated) noexcept : data_(zero_terminated) {}
     text(const std::string &string) noexcept : data_(string.c_str()) {}
-    text(std::string_view view) : data_(near_) {
-        if (view.size() >= sizeof near_) {
-            far_ = std::make_unique<char[]>(view.size() + 1);
-            data_ = far_.get();
-        }
-        char *const copy = far_ ? far_.get() : near_;
-        copy[view.copy(copy, view.size())] = '\0';
-    }
+    text(std::string_view view) : data_(near_) { copy(view); }
+    text(const std::filesystem::path &path) : data_(near_) { copy(path.string()); }
     text(const text &) = delete;
     text &operator=(const text &) = delete;
 
     const char *c_str() const noexcept { return data_; }
 
   private:
+    void copy(std::string_view view) {
+        if (view.size() >= sizeof near_) {
+            far_ = std::make_unique<char[]>(view.size() + 1);
+            data_ = far_.get();
+        }
+        char *const to = far_ ? far_.get() : near_;
+        to[view.copy(to, view.size())] = '\0';
+    }
+
     const char *data_;
     std::unique_ptr<char[]> far_;
     char near_[64];  // is left as it is where it is not used
@@ -58,7 +67,7 @@ class text {
 
 /// A value, or the code that says why there is none. Its meaning is that of the C function.
 template <typename T>
-class result {
+class [[nodiscard]] result {
   public:
     static result of(T value, std::int32_t code = 0) { return {std::move(value), code, true}; }
     static result failed(std::int32_t code) { return {T{}, code, false}; }
@@ -112,22 +121,22 @@ struct call {
     }
 };
 
-/// A range over what `next` gives: a pointer to the current item, which lives in the range, or null at the
-/// end. It can be gone through once.
-template <typename Item, typename Next>
-class once {
+/// A view of what next() of a source gives: a pointer to the current item, which lives in the source, or
+/// null at the end. It can be gone through once.
+template <typename Source>
+class once : public std::ranges::view_base {
   public:
     class iterator {
       public:
-        using value_type = Item;
+        using value_type = typename Source::item_type;
         using difference_type = std::ptrdiff_t;
 
         iterator() = default;
         explicit iterator(once *range) : range_(range) { ++*this; }
-        const Item &operator*() const noexcept { return *item_; }
-        const Item *operator->() const noexcept { return item_; }
+        const value_type &operator*() const noexcept { return *item_; }
+        const value_type *operator->() const noexcept { return item_; }
         iterator &operator++() {
-            item_ = range_->next_();
+            item_ = range_->source_.next();
             return *this;
         }
         void operator++(int) { ++*this; }
@@ -137,15 +146,24 @@ class once {
 
       private:
         once *range_ = nullptr;
-        const Item *item_ = nullptr;
+        const value_type *item_ = nullptr;
     };
 
-    explicit once(Next next) : next_(std::move(next)) {}
+    explicit once(Source source) : source_(std::move(source)) {}
     iterator begin() { return iterator(this); }
     static std::default_sentinel_t end() noexcept { return {}; }
 
   private:
-    Next next_;
+    Source source_;
+};
+
+/// Gives what next() of an object gives, which has to outlive it.
+template <typename Object, typename Item>
+struct rest_of {
+    using item_type = Item;
+    Object *object;
+
+    const Item *next() { return object->next(); }
 };
 
 /// Calls `list(buffer, size)`, a function that says INI_NO_ROOM until all its names fit, and gives the
@@ -192,13 +210,16 @@ class env {
         void operator()(ENV *handle) const noexcept { env_close(handle, 0); }
     };
 
-    auto walk(std::string section, std::string path, bool sections) const {
-        auto next = [handle = get(), section = std::move(section), path = std::move(path), sections,
-                     position = std::int32_t{0}, item = element{}]() mutable -> const element * {
+    using handle = std::unique_ptr<ENV, close>;
+
+    struct walk {
+        using item_type = element;
+
+        const element *next() {
             const char *name = "";
             const char *value = "";
             item.external = nullptr;
-            const std::int32_t type = env_get_core(handle, sections ? nullptr : section.c_str(),
+            const std::int32_t type = env_get_core(tree, all_sections ? nullptr : section.c_str(),
                                                    path.empty() ? nullptr : path.c_str(), 1, ++position,
                                                    &item.origin, &name, &value, &item.external);
             if (type != ENV_DATA && type != ENV_BLOCK && type != ENV_EXTERNAL) return nullptr;
@@ -206,18 +227,26 @@ class env {
             item.name = name;
             item.value = value;
             return &item;
-        };
-        return detail::once<element, decltype(next)>(std::move(next));
-    }
+        }
+
+        ENV *tree;
+        std::string section;
+        std::string path;
+        bool all_sections;
+        handle owned = nullptr;
+        std::int32_t position = 0;
+        element item = {};
+    };
+    using walking = detail::once<walk>;
 
   public:
     /// A new, empty environment; NIL if that fails.
     explicit env(std::int32_t id = 0, ENV *default_env = nullptr) : handle_(env_open(id, default_env)) {}
     /// Takes over what the C interface gave.
-    static env adopt(ENV *handle) { return env(std::unique_ptr<ENV, close>(handle)); }
+    static env adopt(ENV *opened) { return env(handle(opened)); }
 
     ENV *get() const noexcept { return handle_.get(); }
-    ENV *release() noexcept { return handle_.release(); }
+    [[nodiscard]] ENV *release() noexcept { return handle_.release(); }
     explicit operator bool() const noexcept { return handle_ != nullptr; }
 
     env subenv(const text &section, const text &path = nullptr) const {
@@ -233,29 +262,41 @@ class env {
     template <typename T>
     result<T> get(const text &section, const text &path, bool exact = true) const;
 
+    /// Stores a value: a text, a whole number, a real number, a std::vector of std::int32_t, double or
+    /// std::string, or a pointer (an external). ENV_ERROR, and nothing is stored, for a whole number that
+    /// has more than 32 bits.
     template <typename T>
     std::int32_t put(const text &section, const text &path, const T &value);
 
-    bool exists(const text &section, const text &path = nullptr, bool exact = true) const {
+    [[nodiscard]] bool exists(const text &section, const text &path = nullptr, bool exact = true) const {
         return env_exist(get(), section.c_str(), path.c_str(), exact) == 1;
     }
-    std::int32_t count(const text &section, const text &path = nullptr, bool exact = true) const {
+    [[nodiscard]] std::int32_t count(const text &section, const text &path = nullptr,
+                                     bool exact = true) const {
         return env_count_elements(get(), section.c_str(), path.c_str(), exact);
     }
     std::int32_t erase(const text &section, const text &path = nullptr) {
         return env_delete(get(), section.c_str(), path.c_str());
     }
 
-    /// The elements of a block, in their order. The block must not change meanwhile.
-    auto elements(std::string section, std::string path = {}) const {
-        return walk(std::move(section), std::move(path), false);
+    /// The elements of a block, in their order. The block must not change meanwhile. Of an environment that
+    /// is a temporary, the range takes over the handle.
+    walking elements(std::string section, std::string path = {}) const & {
+        return walking({get(), std::move(section), std::move(path), false});
+    }
+    walking elements(std::string section, std::string path = {}) && {
+        return walking({get(), std::move(section), std::move(path), false, std::move(handle_)});
     }
     /// The sections of an environment.
-    auto sections() const { return walk({}, {}, true); }
+    walking sections() const & { return walking({get(), {}, {}, true}); }
+    walking sections() && { return walking({get(), {}, {}, true, std::move(handle_)}); }
 
     std::int32_t read(const text &content) { return env_read_from_string(content.c_str(), get()); }
     std::int32_t read_file(const text &path) { return env_read_file(path.c_str(), get()); }
-    void write_file(const text &path) const { env_write_file(path.c_str(), get()); }
+    /// ENV_OK, or ENV_ERROR if the file could not be written and has its old content.
+    [[nodiscard]] std::int32_t write_file(const text &path) const {
+        return env_save_file(path.c_str(), get());
+    }
     /// The text of all of it, with CR LF; empty if the heap is exhausted.
     std::string write() const {
         const std::unique_ptr<char, detail::call<heap_free>> content(env_write_to_string(get()));
@@ -263,9 +304,9 @@ class env {
     }
 
   private:
-    explicit env(std::unique_ptr<ENV, close> handle) : handle_(std::move(handle)) {}
+    explicit env(handle opened) : handle_(std::move(opened)) {}
 
-    std::unique_ptr<ENV, close> handle_;
+    handle handle_;
 };
 
 template <typename T>
@@ -321,13 +362,20 @@ std::int32_t env::put(const text &section, const text &path, const T &value) {
         return env_put_longs(get(), at, below, static_cast<std::int32_t>(value.size()), value.data());
     } else if constexpr (std::is_same_v<T, std::vector<double>>) {
         return env_put_doubles(get(), at, below, static_cast<std::int32_t>(value.size()), value.data());
+    } else if constexpr (std::is_same_v<T, std::vector<std::string>>) {
+        std::vector<const char *> texts;
+        for (const std::string &one : value) texts.push_back(one.c_str());
+        return env_put_strings(get(), at, below, static_cast<std::int32_t>(texts.size()), texts.data());
     } else if constexpr (std::is_convertible_v<const T &, text> ||
                          std::is_convertible_v<const T &, std::string_view>) {
         return env_put(get(), at, below, text(value).c_str());
-    } else if constexpr (std::is_floating_point_v<T>) {
+    } else if constexpr (std::is_same_v<T, double> || std::is_same_v<T, float>) {
         return env_put_double(get(), at, below, static_cast<double>(value));
     } else if constexpr (std::is_integral_v<T>) {
-        static_assert(sizeof(T) <= sizeof(std::int32_t), "whole numbers have 32 bits");
+        static_assert(!std::is_same_v<T, char>, "a character is a text, \"c\", or a number, int{c}");
+        if constexpr (!std::is_same_v<T, bool>) {
+            if (!std::in_range<std::int32_t>(value)) return ENV_ERROR;
+        }
         return env_put_long(get(), at, below, static_cast<std::int32_t>(value));
     } else {
         static_assert(std::is_pointer_v<T>, "no type of a value");
@@ -343,8 +391,10 @@ class ini {
     explicit ini(const text &path, std::int32_t flags = 0)
         : cache_(mini_open(nullptr, path.c_str(), flags)) {}
     ini(ini &&other) noexcept : cache_(std::exchange(other.cache_, nullptr)) {}
+    /// Closes, and so saves, what it had.
     ini &operator=(ini &&other) noexcept {
-        std::swap(cache_, other.cache_);
+        ini closed(std::move(other));
+        std::swap(cache_, closed.cache_);
         return *this;
     }
     ~ini() { mini_close(&cache_); }
@@ -400,7 +450,7 @@ class ini {
     }
 
     /// True if the file has been rewritten.
-    bool save() { return mini_update_file(cache_) == 1; }
+    [[nodiscard]] bool save() { return mini_update_file(cache_) == 1; }
 
   private:
     MINI *cache_;
@@ -409,13 +459,28 @@ class ini {
 // ---- Files of records and lines
 
 class file {
+    struct rest_of_lines {
+        using item_type = std::string_view;
+
+        const std::string_view *next() {
+            if (fio_getstring(handle, longest, buffer.data()) != 0) return nullptr;
+            line = buffer.c_str();
+            return &line;
+        }
+
+        FIO *handle;
+        std::int32_t longest;
+        std::string buffer = std::string(static_cast<std::size_t>(longest) + 1, '\0');
+        std::string_view line = {};
+    };
+
   public:
     file(const text &path, std::uint32_t flags) : handle_(fio_open(nullptr, path.c_str(), flags)) {}
 
     FIO *get() const noexcept { return handle_.get(); }
     explicit operator bool() const noexcept { return handle_ != nullptr; }
     /// True if all that was written is in the file, which is closed in any case.
-    bool close() { return fio_close(handle_.release()) == 0; }
+    [[nodiscard]] bool close() { return fio_close(handle_.release()) == 0; }
 
     /// The next value of a record: double, float, std::int32_t, std::int16_t or char.
     template <typename T>
@@ -437,22 +502,33 @@ class file {
         return status == 0 ? result<T>::of(value) : result<T>::failed(status);
     }
 
-    bool write(double value) { return fio_putdouble(get(), value) == 0; }
-    bool write(float value) { return fio_putfloat(get(), value) == 0; }
-    bool write(std::int32_t value) { return fio_putlong(get(), value) == 0; }
-    bool write(std::int16_t value) { return fio_putshort(get(), value) == 0; }
+    /// A text field of a fixed width, without the blanks at its end that fill it.
+    result<std::string> read_field(std::int32_t width) {
+        std::string field;
+        for (char c = 0; width > 0; --width) {
+            if (fio_getchar(get(), &c) != 0) return result<std::string>::failed(-1);
+            field += c;
+        }
+        field.resize(field.find_last_not_of(' ') + 1);
+        return result<std::string>::of(std::move(field));
+    }
+
+    // The next value of a record, of exactly these types: true if it is written, or in the buffer.
+    [[nodiscard]] bool write(double value) { return fio_putdouble(get(), value) == 0; }
+    [[nodiscard]] bool write(float value) { return fio_putfloat(get(), value) == 0; }
+    [[nodiscard]] bool write(std::int32_t value) { return fio_putlong(get(), value) == 0; }
+    [[nodiscard]] bool write(std::int16_t value) { return fio_putshort(get(), value) == 0; }
+    [[nodiscard]] bool write(char value) { return fio_putchar(get(), value) == 0; }
+    template <typename T>
+    requires std::is_arithmetic_v<T>
+    bool write(T value) = delete;
+    /// A text field, cut or filled with blanks to the width; 0 is that of the text.
+    [[nodiscard]] bool write_field(const text &field, std::int32_t width = 0) {
+        return fio_putstring(get(), field.c_str(), width) == 0;
+    }
 
     /// The lines that are left, without their ends; a line that is longer than `longest` comes in pieces.
-    auto lines(std::int32_t longest = 511) & {
-        auto next = [handle = get(), longest,
-                     buffer = std::string(static_cast<std::size_t>(longest) + 1, '\0'),
-                     line = std::string_view()]() mutable -> const std::string_view * {
-            if (fio_getstring(handle, longest, buffer.data()) != 0) return nullptr;
-            line = buffer.c_str();
-            return &line;
-        };
-        return detail::once<std::string_view, decltype(next)>(std::move(next));
-    }
+    auto lines(std::int32_t longest = 511) & { return detail::once<rest_of_lines>({get(), longest}); }
 
   private:
     std::unique_ptr<FIO, detail::call<fio_close>> handle_;
@@ -514,10 +590,7 @@ class table {
     }
 
     /// The rows behind the one last read; from the first one on, the first time.
-    auto rows() & {
-        auto next_row = [this] { return next(); };
-        return detail::once<row, decltype(next_row)>(next_row);
-    }
+    auto rows() & { return detail::once<detail::rest_of<table, row>>({this}); }
 
   private:
     explicit table(std::vector<std::string> columns)
@@ -572,10 +645,7 @@ class scanner {
         reading() = before;
         return token_.kind != SCAN_EOF ? &token_ : nullptr;
     }
-    auto tokens() & {
-        auto next_token = [this] { return next(); };
-        return detail::once<token, decltype(next_token)>(next_token);
-    }
+    auto tokens() & { return detail::once<detail::rest_of<scanner, token>>({this}); }
 
   private:
     // The C interface asks for characters without saying for which scanner.
@@ -597,7 +667,7 @@ class scanner {
 };
 
 /// The value of an expression, or its error: code(), and what else calc_error() says of it.
-class calculation : public result<double> {
+class [[nodiscard]] calculation : public result<double> {
   public:
     calculation(result<double> outcome, std::int32_t line, std::int32_t column, std::string message)
         : result(std::move(outcome)), line_(line), column_(column), message_(std::move(message)) {}

@@ -523,6 +523,12 @@ KV_API int32_t KV_CALL env_read_file(const char *file_name, ENV *env) KV_NOEXCEP
  *  as long as one waits, is reported ("cann't open to write:", "cann't write:") and unchanged. */
 KV_API void KV_CALL env_write_file(const char *file_name, ENV *env) KV_NOEXCEPT;
 
+/** Does the same as env_write_file(), and says what came of it. Since 1.1.
+ *
+ *  @retval ENV_OK     the file holds the new content
+ *  @retval ENV_ERROR  it is unchanged, and the reason is reported */
+KV_API int32_t KV_CALL env_save_file(const char *file_name, ENV *env) KV_NOEXCEPT;
+
 /** Reads a zero-terminated text as env_read() does; carriage returns in it are skipped. */
 KV_API int32_t KV_CALL env_read_from_string(const char *text, ENV *env) KV_NOEXCEPT;
 

@@ -97,6 +97,19 @@ expect(1, "beam_check: no profile is enough for: Brueckenkran Halle 7\n", "beam_
 pathlib.Path("nospan.env").write_bytes(crane.replace(b"span =9.6", b"width =9.6"))
 expect(1, "beam_check: no number in the machine's file: girder@span\n", "beam_check", "nospan.env")
 
+# The layer for C++.
+expect(
+    0,
+    "machine, name: Presse 4 / Halle 7\n"
+    "network, host: h7-presse4\n"
+    "network, address: 192.168.7.24\n"
+    "network, gateway: 192.168.7.1\n"
+    "network, time servers: 192.168.7.1\n"
+    "panel, language: en\n"
+    "two HEB 200: 11392 cm4\n",
+    "site_report", "press.env", "site.env", "profiles/heb.pro", "results.ini",
+)
+
 os.chdir("/")
 shutil.rmtree(work, ignore_errors=True)
 print("\n".join(failures) or "the examples print and write what they should")

@@ -71,14 +71,15 @@ TEST(Numbers, ListsAreReadAsFarAsTheyFit) {
             const bool left = c.status == INI_NO_ENTRY && settings.is_cache();  // count is unchanged
             const auto stored = left ? c.capacity : static_cast<int32_t>(expected.size());
             int32_t count = c.capacity;
-            EXPECT_EQ((settings.rw<ini_rw_doubles, mini_rw_doubles>(0, "", "list", reals.data(), &count)),
-                      c.status);
+            EXPECT_EQ(
+                (settings.call<ini_read_doubles, mini_read_doubles>("", "list", reals.data(), &count)),
+                c.status);
             EXPECT_EQ(count, stored);
             expected.resize(9, kUntouched);
             EXPECT_EQ(reals, expected);
             if (expected[0] == 0.5) continue;
             count = c.capacity;
-            EXPECT_EQ((settings.rw<ini_rw_longs, mini_rw_longs>(0, "", "list", longs.data(), &count)),
+            EXPECT_EQ((settings.call<ini_read_longs, mini_read_longs>("", "list", longs.data(), &count)),
                       c.status);
             EXPECT_EQ(count, stored);
             EXPECT_EQ(std::vector<double>(longs.begin(), longs.end()), expected);
@@ -102,8 +103,14 @@ TEST(Numbers, AreWrittenWithoutALocale) {
                   settings.is_cache() ? "0.1" : "0.100000");
         EXPECT_EQ(text(settings.rw<ini_rw_longs, mini_rw_longs>(1, "", "e", longs, &three)),
                   "1,-2,2147483647");
+        longs[1] = 0;
+        EXPECT_EQ((settings.rw<ini_rw_longs, mini_rw_longs>(0, "", "e", longs, &three)), INI_OK);
+        EXPECT_EQ(longs[1], -2);
         EXPECT_EQ(text(settings.rw<ini_rw_doubles, mini_rw_doubles>(1, "", "e", doubles, &four)),
                   "0.1,2,1.23457e+06,1e-09");
+        doubles[3] = 0;
+        EXPECT_EQ((settings.rw<ini_rw_doubles, mini_rw_doubles>(0, "", "e", doubles, &four)), INI_OK);
+        EXPECT_EQ(doubles[3], 1e-9);
         EXPECT_EQ(text(settings.rw<ini_rw_longs, mini_rw_longs>(1, "", "e", longs, &none)), "");
         EXPECT_EQ(text(settings.rw<ini_rw_string, mini_rw_string>(1, "", "e", word, &three)), "x y");
         int32_t back = 3;

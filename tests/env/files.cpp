@@ -93,9 +93,10 @@ TEST_F(Files, ThatFailOnTheWay) {
         write_file(host("t.env"), "[old]\r\n");
         clear_log();
         kv::platform::plan_io_failure(successes, false);
-        env_write_file("c:\\t.env", big.get());
+        const int32_t saved = env_save_file("c:\\t.env", big.get());
         kv::platform::plan_io_failure(-1, false);
         const std::string content = read_file(host("t.env"));
+        EXPECT_EQ(saved, content == text ? ENV_OK : ENV_ERROR);
         EXPECT_TRUE(content == text || (content == "[old]\r\n" && count_in_log(">ERROR") > 0));
         unwritten += content == text ? 0 : 1;
         failed = failed || count_in_log(">ERROR") > 0;
