@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/platform.hpp"
 #include "tests/support/other_user_posix.hpp"
 #include "tests/support/support.hpp"
 #include "tests/tools/program.hpp"
@@ -67,6 +68,24 @@ Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions
     std::filesystem::remove(directory_ / "standard.out");
     std::filesystem::remove(directory_ / "standard.err");
     return outcome;
+}
+
+TEST_F(ProgramTest, NamesTheProcessThatHasAFileInUse) {
+    write("x.ini", "[S]\na=1\n");
+    write("x.env", "[s]\r\n  a =1\r\n");
+    kv::platform::FileLock locks[2];
+    for (int i = 0; i < 2; ++i) ASSERT_TRUE(locks[i].acquire(path(i == 0 ? "x.ini" : "x.env").c_str()));
+    setenv("KV_LOCK_TIMEOUT", "0.05", 1);
+    const std::string reason = "could not be saved: it is in use by ";
+    const std::string process = "(process " + std::to_string(getpid()) + ")";
+    for (const Outcome &outcome : {run({"ini", "set", "--file", "x.ini", "S", "a", "2"}),
+                                   run({"env", "set", "x.env", "s", "a", "2"})}) {
+        EXPECT_EQ(outcome.code, 3);
+        EXPECT_NE(outcome.err.find(reason), std::string::npos) << outcome.err;
+        EXPECT_NE(outcome.err.find(process), std::string::npos) << outcome.err;
+    }
+    unsetenv("KV_LOCK_TIMEOUT");
+    EXPECT_EQ(content("x.ini"), "[S]\na=1\n");
 }
 
 }  // namespace kvtest
