@@ -315,13 +315,14 @@ TEST_F(Port, FailuresAreTold) {
 
 TEST_F(Port, HasNoEntryWithoutADriveC) {
     const char *const home = getenv("HOME");
+    const std::string before = home != nullptr ? home : "";
     for (const char *name : {"KV_DRIVE_C", "XDG_DATA_HOME", "HOME"}) remove_variable(name);
     char entry[41] = "as it was";
     EXPECT_EQ(GetComEntry(entry, "COM1"), 0);
     EXPECT_STREQ(entry, "as it was");
     EXPECT_EQ(WriteComEntry("a.plt", "COM1"), 0);
     set_variable("KV_DRIVE_C", drive_c());
-    if (home != nullptr) set_variable("HOME", home);
+    set_variable("HOME", before);
 }
 
 }  // namespace

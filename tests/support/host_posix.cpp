@@ -81,3 +81,7 @@ std::filesystem::path use_drive_m() {
 }
 
 }  // namespace kvtest
+
+int main(int argc, char **argv) {
+    return kvtest::run_tests(argc, argv);
+}

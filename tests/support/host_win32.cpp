@@ -11,6 +11,7 @@
 
 #include "platform/platform.hpp"
 #include "tests/support/boxes_win32.hpp"
+#include "tests/support/child_win32.hpp"
 #include "tests/support/host.hpp"
 #include "tests/support/support.hpp"
 
@@ -159,3 +160,8 @@ std::filesystem::path use_drive_m() {
 }
 
 }  // namespace kvtest
+
+int main(int argc, char **argv) {
+    int result = 0;
+    return kvtest::run_child_function(argc, argv, result) ? result : kvtest::run_tests(argc, argv);
+}

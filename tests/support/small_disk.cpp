@@ -20,16 +20,6 @@ bool mount_small_disk(const std::filesystem::path &directory) {
     return mount("tmpfs", directory.c_str(), "tmpfs", 0, "size=64k") == 0;
 }
 
-std::string read_all(int descriptor) {
-    std::string text;
-    char piece[500];
-    for (;;) {
-        const ssize_t got = read(descriptor, piece, sizeof piece);
-        if (got <= 0) return text;
-        text.append(piece, static_cast<std::size_t>(got));
-    }
-}
-
 }  // namespace
 
 void SmallDisk::fill() const {
@@ -48,20 +38,17 @@ std::ptrdiff_t SmallDisk::files() const {
 
 std::string on_small_disk(const std::function<std::string(const SmallDisk &)> &function) {
     const SmallDisk disk(drive_c() / "small");
+    const std::filesystem::path answer = drive_c() / "answer";
     std::filesystem::create_directory(disk.directory());
-    int channel[2];
-    if (pipe(channel) != 0) return "no pipe";
     const pid_t child = fork();
     if (child == 0) {
-        const std::string result = mount_small_disk(disk.directory()) ? function(disk) : kNoSmallDisk;
-        const ssize_t written = write(channel[1], result.data(), result.size());
-        _exit(written == static_cast<ssize_t>(result.size()) ? 0 : 1);
+        write_file(answer, mount_small_disk(disk.directory()) ? function(disk) : kNoSmallDisk);
+        _exit(0);
     }
-    close(channel[1]);
-    std::string result = read_all(channel[0]);
-    close(channel[0]);
     int status = -1;
-    if (child < 0 || waitpid(child, &status, 0) != child || status != 0) result += " (the process failed)";
+    const bool ended = child > 0 && waitpid(child, &status, 0) == child && status == 0;
+    const std::string result = ended ? read_file(answer) : "the process failed";
+    std::filesystem::remove(answer);
     std::filesystem::remove(disk.directory());
     return result;
 }
