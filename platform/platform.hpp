@@ -435,6 +435,9 @@ bool takes_characters(std::FILE *stream);
 /// texts of 8 bits. False if that fails.
 bool write_characters(std::FILE *stream, std::string_view text);
 
+/// Whether a standard stream passes bytes as they are, where the system would translate line ends.
+void set_binary(std::FILE *stream, bool binary);
+
 // ---- Why a call failed
 
 /// Forgets what has failed before on this thread.
@@ -507,6 +510,11 @@ PlotHelperResult run_plot_helper(const PlotHelper &helper, const char *path, con
                                  std::int32_t &result);
 
 // ---- The process
+
+enum class CommandResult { done, failed, interrupted };
+
+/// Runs a command line in the system's shell; interrupted if the user has ended it from the terminal.
+CommandResult run_command(const char *line);
 
 /// The value inside the process environment, or null.
 const char *environment_variable(const char *name);

@@ -1,7 +1,9 @@
 // The process: its environment, its local time, the kind of platform.
 #include <algorithm>
+#include <csignal>
 #include <cstring>
 #include <stdlib.h>
+#include <sys/wait.h>
 #include <time.h>
 
 #include "platform/platform.hpp"
@@ -57,6 +59,16 @@ const char *environment_variable(const char *name) {
 
 bool set_environment_variable(const char *name, const char *value) {
     return (*value != '\0' ? setenv(name, value, 1) : unsetenv(name)) == 0;
+}
+
+CommandResult run_command(const char *line) {
+    const int status = system(line);
+    if (status == 0) return CommandResult::done;
+    const auto stops = [](int signal) { return signal == SIGINT || signal == SIGQUIT; };
+    // A shell that has waited for the command says so by its exit code.
+    const bool stopped =
+        status != -1 && (WIFSIGNALED(status) ? stops(WTERMSIG(status)) : stops(WEXITSTATUS(status) - 128));
+    return stopped ? CommandResult::interrupted : CommandResult::failed;
 }
 
 std::int32_t windows_platform_code() {

@@ -50,6 +50,8 @@ bool write_characters(std::FILE *, std::string_view) {
     return false;
 }
 
+void set_binary(std::FILE *, bool) {}
+
 void beep() {
     const posix::Descriptor terminal(posix::open_report("/dev/tty", O_WRONLY));
     if (terminal.value() >= 0) posix::write_report(terminal.value(), "\a");

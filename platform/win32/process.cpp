@@ -22,6 +22,13 @@ void Lock::survive_forks() {
     survives_forks_ = true;  // nothing forks here
 }
 
+CommandResult run_command(const char *line) {
+    const int code = std::system(line);
+    if (code == 0) return CommandResult::done;
+    return static_cast<DWORD>(code) == STATUS_CONTROL_C_EXIT ? CommandResult::interrupted
+                                                             : CommandResult::failed;
+}
+
 std::int32_t windows_platform_code() {
     OSVERSIONINFOA version{};
     version.dwOSVersionInfoSize = sizeof version;

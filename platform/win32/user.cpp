@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 #include <io.h>
 #include <windows.h>
 
@@ -83,6 +84,10 @@ bool write_characters(std::FILE *stream, std::string_view text) {
         text.remove_prefix(end == text.npos ? text.size() : end + 1);
     }
     return true;
+}
+
+void set_binary(std::FILE *stream, bool binary) {
+    _setmode(_fileno(stream), binary ? _O_BINARY : _O_TEXT);
 }
 
 void beep() {

@@ -1,6 +1,11 @@
 #include "tests/tools/program.hpp"
 
+#include <cstdio>
+#include <iostream>
+#include <sstream>
+
 #include "tests/support/support.hpp"
+#include "tools/kv/program.hpp"
 
 namespace kvtest {
 
@@ -24,11 +29,44 @@ const std::string kPress =
     "  }\r\n"
     "[spare]\r\n";
 
+namespace {
+
+// What is written to a stream goes to a text meanwhile; its format and its state come back.
+class Capture {
+  public:
+    explicit Capture(std::ostream &stream) : stream_(stream), before_(stream.rdbuf(text_.rdbuf())) {
+        format_.copyfmt(stream);
+    }
+    Capture(const Capture &) = delete;
+    Capture &operator=(const Capture &) = delete;
+    ~Capture() {
+        stream_.copyfmt(format_);
+        stream_.clear();
+        stream_.rdbuf(before_);
+    }
+    std::string text() const { return text_.str(); }
+
+  private:
+    std::ostream &stream_;
+    std::ostringstream text_;
+    std::streambuf *before_;
+    std::ios format_{nullptr};
+};
+
+}  // namespace
+
 ProgramTest::ProgramTest()
-    : directory_(make_directory(std::filesystem::temp_directory_path() / "kv-tools-")) {}
+    : directory_(make_directory(std::filesystem::temp_directory_path() / "kv-tools-")),
+      before_(std::filesystem::current_path()) {
+    std::filesystem::current_path(directory_);
+    empty_ = directory_.string() + ".empty";
+    write_file(empty_, "");
+}
 
 ProgramTest::~ProgramTest() {
+    std::filesystem::current_path(before_);
     remove_directory(directory_);
+    std::filesystem::remove(empty_);
 }
 
 std::string ProgramTest::content(const std::string &name) const {
@@ -39,22 +77,45 @@ void ProgramTest::write(const std::string &name, const std::string &content) con
     write_file(path(name), content);
 }
 
-void ProgramTest::expect(const std::vector<std::string> &words, int code, const std::string &out,
-                         const std::string &err) const {
-    std::string line = "kv env";
+Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions &options) const {
+    if (options.process || options.as_nobody || options.limit != RunOptions::Limit::none ||
+        !options.output.empty() || !options.error.empty())
+        return run_process(words, options);
+    const std::string input = options.input.empty() ? empty_ : options.input;
+    if (std::freopen(input.c_str(), "r", stdin) == nullptr) ADD_FAILURE() << input;
+    std::cin.clear();
+    const Capture out(std::cout);
+    const Capture err(std::cerr);
+    std::vector<const char *> list;
+    for (const std::string &word : words) list.push_back(word.c_str());
+    Outcome outcome;
+    outcome.code = kvtool::run_program(list);
+    outcome.out = out.text();
+    outcome.err = err.text();
+    return outcome;
+}
+
+void ProgramTest::expect_run(const std::vector<std::string> &words, int code, const std::string &out,
+                             const std::string &err, const std::string &input) const {
+    std::string line = "kv";
     for (const std::string &word : words) line += " '" + word.substr(0, 100) + "'";
     SCOPED_TRACE(line);
-    std::vector<std::string> all{"env"};
-    all.insert(all.end(), words.begin(), words.end());
-    const Outcome outcome = run(all);
+    RunOptions options;
+    if (!input.empty()) {
+        write("standard input", input);
+        options.input = path("standard input").string();
+    }
+    const Outcome outcome = run(words, options);
     EXPECT_EQ(outcome.code, code) << outcome.err;
     EXPECT_EQ(outcome.out, out);
-    if (err.empty()) {
-        EXPECT_EQ(outcome.err, "");
-    } else {
-        EXPECT_NE(outcome.err.find(err), std::string::npos)
-            << "wanted: " << err << "\ngot: " << outcome.err;
-    }
+    EXPECT_TRUE(err.empty() ? outcome.err.empty() : outcome.err.find(err) != std::string::npos)
+        << "wanted: " << err << "\ngot: " << outcome.err;
+}
+
+void ProgramTest::expect(std::vector<std::string> words, int code, const std::string &out,
+                         const std::string &err) const {
+    words.insert(words.begin(), "env");
+    expect_run(words, code, out, err);
 }
 
 }  // namespace kvtest

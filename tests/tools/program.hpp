@@ -1,4 +1,4 @@
-// Runs the program `kv` as a user does, in a directory of the test's own.
+// Runs the program `kv` in a directory of the test's own.
 #pragma once
 
 #include <cstdint>
@@ -23,6 +23,7 @@ struct RunOptions {
     Limit limit = Limit::none;      ///< what is limited, on POSIX
     std::uint32_t limit_value = 0;  ///< in bytes
     bool as_nobody = false;         ///< without the rights of root, on POSIX
+    bool process = false;           ///< in a process of its own in any case
 };
 
 class ProgramTest : public testing::Test {
@@ -30,11 +31,15 @@ class ProgramTest : public testing::Test {
     ProgramTest();
     ~ProgramTest() override;
 
-    /// Runs `kv` with the words in the test's directory.
+    /// Runs `kv` with the words in the test's directory: within this process, where the options do not need
+    /// one of its own.
     Outcome run(const std::vector<std::string> &words, const RunOptions &options = {}) const;
-    /// Runs `kv env` and expects code and standard output, and the text somewhere in standard error
-    /// (nothing at all there if the text is empty).
-    void expect(const std::vector<std::string> &words, int code, const std::string &out,
+    /// Runs `kv` and expects code and standard output, and the text somewhere in standard error (nothing at
+    /// all there if the text is empty). `input` is standard input.
+    void expect_run(const std::vector<std::string> &words, int code, const std::string &out,
+                    const std::string &err = {}, const std::string &input = {}) const;
+    /// The same of `kv env`.
+    void expect(std::vector<std::string> words, int code, const std::string &out,
                 const std::string &err = {}) const;
 
     std::filesystem::path path(const std::string &name) const { return directory_ / name; }
@@ -42,7 +47,11 @@ class ProgramTest : public testing::Test {
     void write(const std::string &name, const std::string &content) const;
 
   private:
+    Outcome run_process(const std::vector<std::string> &words, const RunOptions &options) const;
+
     std::filesystem::path directory_;
+    std::filesystem::path before_;
+    std::string empty_;  // an empty file, outside of the directory
 };
 
 /// A small file in canonical form with blocks, repeated names and an empty section.

@@ -1,3 +1,4 @@
+// A process of its own for the program, with what POSIX can limit.
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -23,7 +24,7 @@ void redirect(int descriptor, const std::string &file) {
 
 }  // namespace
 
-Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions &options) const {
+Outcome ProgramTest::run_process(const std::vector<std::string> &words, const RunOptions &options) const {
     const std::string out = options.output.empty() ? path("standard.out").string() : options.output;
     const std::string err = options.error.empty() ? path("standard.err").string() : options.error;
     std::vector<std::string> copies = words;

@@ -45,7 +45,7 @@ std::string read_text(const std::string &path) {
 
 }  // namespace
 
-Outcome ProgramTest::run(const std::vector<std::string> &words, const RunOptions &options) const {
+Outcome ProgramTest::run_process(const std::vector<std::string> &words, const RunOptions &options) const {
     const std::string out = options.output.empty() ? path("standard.out").string() : options.output;
     const std::string err = options.error.empty() ? path("standard.err").string() : options.error;
     std::string line = quoted(KV_TEST_PROGRAM);

@@ -52,14 +52,19 @@ std::vector<std::string_view> words_of(std::string_view list) {
     return words;
 }
 
-std::vector<std::string> operand_names(std::string_view operands) {
+std::vector<std::string> operand_names(std::string_view operands, bool only_required) {
     std::vector<std::string> names;
+    int depth = 0;
     for (const std::string_view word : words_of(operands)) {
         std::string name;
+        bool required = depth == 0;
         for (const char c : word) {
+            if (c == '[') ++depth;
+            if (c == ']') --depth;
+            if (c == '[') required = false;
             if (c != '[' && c != ']' && c != '.') name += c;
         }
-        names.push_back(std::move(name));
+        if (required || !only_required) names.push_back(std::move(name));
     }
     return names;
 }

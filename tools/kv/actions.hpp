@@ -52,8 +52,9 @@ const ActionTable *find_subcommand(std::string_view name);
 /// Options that every action knows.
 std::span<const Option> common_options();
 
-/// The names of operands: "FILE SECTION [PATH VALUE]" gives FILE, SECTION, PATH and VALUE.
-std::vector<std::string> operand_names(std::string_view operands);
+/// The names of operands: "FILE SECTION [PATH VALUE]" gives FILE, SECTION, PATH and VALUE, the required
+/// ones FILE and SECTION.
+std::vector<std::string> operand_names(std::string_view operands, bool only_required = false);
 /// The words of a list with blanks between them.
 std::vector<std::string_view> words_of(std::string_view list);
 

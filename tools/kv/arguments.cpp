@@ -31,4 +31,12 @@ std::vector<std::string> Arguments::values(std::string_view option) const {
     return values;
 }
 
+Arguments Arguments::only(const Arguments &arguments, std::string_view option) {
+    Arguments one;
+    for (const auto &[name, value] : arguments.options_) {
+        if (name == option) one.add_option(name, value);
+    }
+    return one;
+}
+
 }  // namespace kvtool

@@ -30,6 +30,9 @@ class Arguments {
     /// The values of all its uses, in order.
     std::vector<std::string> values(std::string_view option) const;
 
+    /// One of the options and nothing else.
+    static Arguments only(const Arguments &arguments, std::string_view option);
+
     void add_operand(std::string_view operand) { operands_.emplace_back(operand); }
     void add_option(std::string_view name, std::string_view value) { options_.emplace_back(name, value); }
 

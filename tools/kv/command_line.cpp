@@ -122,7 +122,7 @@ void check_operands(const std::string &command, const CommandLine &line) {
     const Action &action = *line.action;
     const std::size_t count = line.operands.size();
     if (count >= action.least && count <= action.most) return;
-    const std::vector<std::string> names = operand_names(action.operands);
+    const std::vector<std::string> names = operand_names(action.operands, true);
     std::string form = "; the form is '" + command;
     if (!action.operands.empty()) form.append(" ").append(action.operands);
     form += "'";

@@ -38,6 +38,20 @@ std::string escaped(std::string_view text) {
     return result;
 }
 
+// A paragraph, in lines that are not too long.
+void print_filled(std::string_view text) {
+    constexpr std::size_t kWidth = 70;
+    std::string line;
+    for (const std::string_view word : words_of(text)) {
+        if (!line.empty() && line.size() + 1 + word.size() > kWidth) {
+            std::cout << escaped(line) << '\n';
+            line.clear();
+        }
+        line.append(line.empty() ? "" : " ").append(word);
+    }
+    std::cout << escaped(line) << '\n';
+}
+
 // A text of the help, whose lines are made for a terminal.
 void print_text(std::string_view text) {
     while (!text.empty() && text.front() == '\n') text.remove_prefix(1);
@@ -50,7 +64,8 @@ void print_options(std::span<const Option> options) {
     for (const Option &option : options) {
         std::string forms = forms_of(option);
         forms.erase(0, forms.find_first_not_of(' '));
-        std::cout << ".TP\n.B " << escaped(forms) << '\n' << escaped(option.help) << '\n';
+        std::cout << ".TP\n.B " << escaped(forms) << '\n';
+        print_filled(option.help);
     }
 }
 
@@ -65,8 +80,8 @@ void print_action(const ActionTable &table, const Action &action) {
 void print_subcommand(const ActionTable &table) {
     std::string heading(table.name());
     for (char &c : heading) c = static_cast<char>(c - 'a' + 'A');
-    std::cout << ".SH " << heading << '\n'
-              << escaped(table.command) << ": " << escaped(table.summary) << ".\n";
+    std::cout << ".SH " << heading << '\n';
+    print_filled(std::string(table.command) + ": " + std::string(table.summary) + ".");
     print_text(table.overview);
     print_text(table.more_details);
     if (!table.options.empty()) {
@@ -141,17 +156,22 @@ A file to which what would go to a debugger is appended, or
 The device that is the serial port of this name.
 .TP
 .B KV_COM_TIMEOUT
-The seconds for which a serial port may take nothing; without it there is no limit.
+The seconds for which a serial port may take nothing.
+Without it there is no limit.
 .TP
 .B NO_COLOR
 If it is not empty, nothing is coloured.
 .TP
 .B KV_LOCK_TIMEOUT
-The seconds that are waited for a file that another process is changing; 10 without this variable.
+The seconds that are waited for a file that another process is changing.
+Without this variable it is 10.
 .SH FILES
-A file that is saved holds its old content or all of the new one, whenever the process or the machine stops.
-That cannot be promised of files that are written in place: those with several hard links, of another owner, with
-attributes that this user may not give a file, mount points, devices, and files in a directory that may not be written.
+A file that is saved holds its old content or all of the new one,
+whenever the process or the machine stops.
+That cannot be promised of files that are written in place:
+those with several hard links, of another owner,
+with attributes that this user may not give a file,
+mount points, devices, and files in a directory that may not be written.
 .TP
 .I kv3.ini
 The main configuration file.

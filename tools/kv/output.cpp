@@ -47,7 +47,10 @@ void require_writable(const std::string &name) {
 }
 
 void print_bytes(std::string_view bytes) {
-    std::cout.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    std::cout.flush();
+    platform::set_binary(stdout, true);
+    std::cout.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush();
+    platform::set_binary(stdout, false);
 }
 
 }  // namespace kvtool

@@ -14,7 +14,7 @@ void save_file(const std::string &name, std::string_view bytes);
 /// need not be done in vain.
 void require_writable(const std::string &name);
 
-/// Bytes to standard output as they are, on every system. Throws Failure (kFile).
+/// Bytes to standard output as they are, on every system. A failure shows when the program ends.
 void print_bytes(std::string_view bytes);
 
 }  // namespace kvtool

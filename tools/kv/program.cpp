@@ -5,11 +5,13 @@
 #include <string_view>
 #include <vector>
 
+#include "kv/frame.h"
 #include "kv/version.h"
 
 #include "tools/kv/command_line.hpp"
 #include "tools/kv/completion.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
 #include "tools/kv/help.hpp"
 #include "tools/kv/manual.hpp"
 #include "tools/kv/suggestion.hpp"
@@ -133,8 +135,10 @@ int run_reporting(std::span<const char *const> words) {
 }  // namespace
 
 int run_program(std::span<const char *const> words) {
+    kv_error_onoff(0);  // the user reads standard error, not the log
     set_colors(Colors::automatic);
     set_quiet(false);
+    release_standard_input();
     const int code = run_reporting(words);
     if (std::cout.flush()) return code;
     std::cerr << "kv: standard output cannot be written\n";

@@ -10,11 +10,19 @@ char lower(char c) {
     return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
 }
 
+// A third of the letters may be wrong.
+std::size_t limit(std::size_t longest) {
+    return std::max<std::size_t>(2 * longest / 3, 2);
+}
+
 // The number of characters to insert, delete, replace, or to swap with their neighbours; twice that, and
-// one for each letter in another case. Longer words than a person mistypes are not compared.
+// one for each letter in another case. Words that differ too much in length, or are longer than what a
+// person mistypes, are as far from each other as can be.
 std::size_t distance(std::string_view a, std::string_view b) {
     constexpr std::size_t kLongest = 60;
-    if (a.size() > kLongest || b.size() > kLongest) return 2 * kLongest;
+    const std::size_t longest = std::max(a.size(), b.size());
+    const std::size_t at_least = 2 * (longest - std::min(a.size(), b.size()));
+    if (longest > kLongest || at_least > limit(longest)) return 2 * longest;
     std::vector<std::vector<std::size_t>> rows(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
     for (std::size_t i = 0; i <= a.size(); ++i) rows[i][0] = 2 * i;
     for (std::size_t j = 0; j <= b.size(); ++j) rows[0][j] = 2 * j;
@@ -37,13 +45,13 @@ std::string suggestion(std::string_view word, const std::vector<std::string> &ca
     const std::string *nearest = nullptr;
     std::size_t least = 0;
     for (const std::string &candidate : candidates) {
-        // A third of the letters may be wrong, or the case of all.
+        // The case of all letters may be wrong.
         std::size_t far = distance(word, candidate);
         const auto same = [](char a, char b) { return lower(a) == lower(b); };
         if (std::equal(word.begin(), word.end(), candidate.begin(), candidate.end(), same)) far = 1;
         if (word.size() > 2 && candidate.starts_with(word)) far = std::min<std::size_t>(far, 2);
         const std::size_t longest = std::max(word.size(), candidate.size());
-        if (far > std::max<std::size_t>(2 * longest / 3, 2) || far >= 2 * longest) continue;
+        if (far > limit(longest) || far >= 2 * longest) continue;
         if (nearest != nullptr && far >= least) continue;
         nearest = &candidate;
         least = far;

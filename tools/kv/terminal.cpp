@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "platform/platform.hpp"
+#include "tools/kv/text.hpp"
 
 namespace kvtool {
 
@@ -13,6 +14,7 @@ namespace {
 
 Colors g_colors = Colors::automatic;
 bool g_quiet = false;
+bool g_terminals = false;
 
 constexpr auto kPatience = std::chrono::seconds(2);
 constexpr auto kBetween = std::chrono::milliseconds(200);
@@ -24,6 +26,7 @@ bool is_set(const char *variable) {
 
 bool takes_colors(const std::ostream &stream) {
     if (g_colors != Colors::automatic) return g_colors == Colors::always;
+    if (!is_terminal(stream)) return false;
     static const bool wanted = !is_set("NO_COLOR");
     static const bool output = wanted && kv::platform::takes_colors(stdout);
     static const bool errors = wanted && kv::platform::takes_colors(stderr);
@@ -47,6 +50,16 @@ const char *code_of(Style style) {
 
 }  // namespace
 
+void use_terminals() {
+    g_terminals = true;
+}
+
+bool is_terminal(const std::ostream &stream) {
+    static const bool output = kv::platform::is_terminal(stdout);
+    static const bool errors = kv::platform::is_terminal(stderr);
+    return g_terminals && (&stream == &std::cerr ? errors : output);
+}
+
 void set_colors(Colors colors) {
     g_colors = colors;
 }
@@ -65,11 +78,14 @@ std::string styled(const std::ostream &stream, Style style, std::string_view tex
     return std::string("\x1b[") + code_of(style) + 'm' + std::string(text) + "\x1b[0m";
 }
 
-Progress::Progress(std::string_view what, std::int64_t total, std::string_view unit)
+std::string for_terminal(std::string_view text) {
+    return is_terminal(std::cout) ? readable(text) : std::string(text);
+}
+
+Progress::Progress(std::string_view what, bool prints_meanwhile, std::string_view unit)
     : what_(what),
-      total_(total),
       unit_(unit),
-      possible_(!g_quiet && kv::platform::is_terminal(stderr)),
+      possible_(!g_quiet && is_terminal(std::cerr) && !(prints_meanwhile && is_terminal(std::cout))),
       next_(Clock::now() + kPatience) {}
 
 Progress::~Progress() {
@@ -80,9 +96,7 @@ void Progress::show(std::int64_t done) {
     if (!possible_ || Clock::now() < next_) return;
     next_ = Clock::now() + kBetween;
     shown_ = true;
-    std::cerr << '\r' << what_ << ": ";
-    if (total_ > 0) std::cerr << std::min(done, total_) * 100 / total_ << " %, ";
-    std::cerr << done << ' ' << unit_ << "\x1b[K" << std::flush;
+    std::cerr << '\r' << readable(what_) << ": " << done << ' ' << unit_ << "\x1b[K" << std::flush;
 }
 
 }  // namespace kvtool

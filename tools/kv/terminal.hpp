@@ -9,6 +9,12 @@
 
 namespace kvtool {
 
+/// Says that standard output and standard error are the process's own, and so may be a terminal. Without
+/// this call they are none.
+void use_terminals();
+/// Whether the stream, std::cout or std::cerr, is a person's terminal.
+bool is_terminal(const std::ostream &stream);
+
 enum class Colors { automatic, always, never };
 /// How output is coloured; automatic: at a terminal, unless the environment variable NO_COLOR says
 /// something or TERM says "dumb".
@@ -21,11 +27,15 @@ enum class Style { heading, error, name, number, line };
 /// The text in its colour, if `stream`, std::cout or std::cerr, takes colours.
 std::string styled(const std::ostream &stream, Style style, std::string_view text);
 
+/// The text as it is, or where standard output is a terminal, as readable() shows it.
+std::string for_terminal(std::string_view text);
+
 /// Tells on standard error, at a terminal, how far something has come that takes longer than two seconds.
 class Progress {
   public:
-    /// `total` is 0 if it is not known; `unit` stands behind the numbers.
-    Progress(std::string_view what, std::int64_t total, std::string_view unit = "bytes");
+    /// `prints_meanwhile`: results are printed meanwhile, which a terminal must not mix up. `unit` stands
+    /// behind the number.
+    Progress(std::string_view what, bool prints_meanwhile, std::string_view unit = "bytes");
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
     ~Progress();
@@ -36,7 +46,6 @@ class Progress {
     using Clock = std::chrono::steady_clock;
 
     std::string what_;
-    std::int64_t total_;
     std::string unit_;
     bool possible_;
     bool shown_ = false;
