@@ -16,12 +16,7 @@ class IniProgram : public ProgramTest {
                     const std::string &err = {}) const {
         std::vector<std::string> all{"ini"};
         all.insert(all.end(), words.begin(), words.end());
-        SCOPED_TRACE(testing::PrintToString(all));
-        const Outcome outcome = run(all);
-        EXPECT_EQ(outcome.code, code) << outcome.err;
-        EXPECT_EQ(outcome.out, out);
-        EXPECT_TRUE(err.empty() ? outcome.err.empty() : outcome.err.find(err) != std::string::npos)
-            << outcome.err;
+        expect_run(all, code, out, err);
     }
     // With --file t.ini.
     void expect_file(std::vector<std::string> words, int code, const std::string &out,
@@ -49,14 +44,6 @@ TEST_F(IniProgram, Reads) {
         "{\"section\": \"Pfade\", \"entries\": [\n{\"key\": \"Daten\", \"value\": \" C:\\\\x y\"},\n"
         "{\"key\": \"L\\u00e4nge\", \"value\": \"3\"}\n]},\n{\"section\": \"Beep\", \"entries\": "
         "[\n]}\n]\n");
-    std::string many = "[S]\n";
-    std::string keys;
-    for (int i = 0; i < 2000; ++i) {
-        many += "key" + std::to_string(i) + "=\n";
-        keys += "key" + std::to_string(i) + "\n";
-    }
-    write("t.ini", many);
-    expect_file({"keys", "S"}, 0, keys);
 }
 
 TEST_F(IniProgram, Changes) {
@@ -100,6 +87,8 @@ TEST_F(IniProgram, FailedEditsSaveNothing) {
     expect_file({"edit", "-e", "set S k"}, 2, "", "edit 1: set wants SECTION KEY VALUE; nothing was saved");
     expect_file({"edit", "-e", "put S k 1"}, 2, "", "no edit 'put'");
     expect_file({"edit"}, 2, "", "-e EDIT is missing");
+    expect_ini({"delete", "t.ini", "Beep", "x", "y"}, 2, "", "'y' is a word too many");
+    expect_file({"set", "t.ini", "Beep", "x", "y"}, 2, "", "'y' is a word too many beside --file");
     for (const std::vector<std::string> &words :
          std::vector<std::vector<std::string>>{{"set", "S]", "k", "1"},
                                                {"set", " S", "k", "1"},
@@ -121,12 +110,49 @@ TEST_F(IniProgram, FailedEditsSaveNothing) {
 }
 
 TEST_F(IniProgram, Files) {
-    expect_ini({"get", "S", "k", "--file", "no.ini"}, 3, "", "no.ini: cannot be read: No such file");
-    expect_ini({"set", "S", "k", "1", "--file", "no.ini"}, 3, "", "no.ini: cannot be read");
     expect_ini({"set", "S", "k", "1", "--file", "no.ini", "--create"}, 0, "");
     EXPECT_EQ(content("no.ini"), "[S]\r\nk=1");
-    expect_ini({"sections", "--file", "."}, 3, "", "Is a directory");
     expect_ini({"set", "S", "k", "1", "--file", "no/x.ini", "--create"}, 3, "", "could not be saved");
+    // The file before the other operands, standard input and output.
+    expect_ini({"get", "t.ini", "Beep", "x"}, 1, "", "t.ini: [Beep] x not found");
+    expect_ini({"list", "T.INI", "Pfade"}, 0, "[Pfade]\nDaten= C:\\x y\nL\xE4nge=3\n");
+    expect_ini({"get", "t.ini", "Pfade"}, 3, "", "name one with --file t.ini");
+    expect_ini({"delete", "t.ini", "Pfade", "Daten", "--output", "-"}, 0,
+               "; top\r\na=1\r\n\r\n[Pfade]\r\nbad\r\nDaten=2\r\nL\xE4nge=3\r\n[Beep]\r\n");
+    const RunOptions from_file{.input = path("t.ini").string()};
+    EXPECT_EQ(run({"ini", "keys", "-", "Pfade", "--json"}, from_file).out,
+              "[\n\"Daten\",\n\"L\\u00e4nge\"\n]\n");
+    EXPECT_EQ(run({"ini", "set", "-", "Beep", "Tick", "1"}, from_file).out.substr(0, 10), "; top\r\na=1");
+    EXPECT_EQ(content("t.ini"), kIni);
+}
+
+TEST_F(IniProgram, Types) {
+    write("t.ini", "[S]\nl = -12 \nd=1e3\nt=12 mm\nb=2147483648\nlist=1,2,3,\nmix=1,x\nempty=\n");
+    const struct {
+        std::vector<std::string> words;
+        int code;
+        std::string out;
+        std::string err = {};
+    } cases[] = {
+        {{"l", "-t", "long"}, 0, "-12\n"},
+        {{"d", "-t", "double"}, 0, "1000\n"},
+        {{"d", "-t", "long"}, 1, "", "t.ini: [S] d is not a whole number of 32 bits"},
+        {{"t", "-t", "double"}, 1, "", "is not a number"},
+        {{"b", "-t", "long"}, 1, "", "is not a whole number of 32 bits"},
+        {{"list", "-t", "longs"}, 0, "1\n2\n3\n"},
+        {{"mix", "-t", "doubles"}, 1, "", "is not a list of numbers"},
+        {{"mix", "-t", "list"}, 0, "1\nx\n"},
+        {{"empty", "-t", "longs"}, 0, ""},
+        {{"empty", "-t", "long", "--default", "5"}, 1, "", "is not a whole number"},
+        {{"none", "-t", "long", "--default", "5"}, 0, "5\n"},
+        {{"none", "-t", "long", "--default", "x"}, 2, "", "the value 'x' of --default is not a whole"},
+        {{"lst"}, 1, "", "[S] lst not found; did you mean 'list'?"},
+    };
+    for (const auto &row : cases) {
+        std::vector<std::string> words{"get", "t.ini", "S"};
+        words.insert(words.end(), row.words.begin(), row.words.end());
+        expect_ini(words, row.code, row.out, row.err);
+    }
 }
 
 TEST_F(IniProgram, TheMainConfigurationFile) {
@@ -135,19 +161,6 @@ TEST_F(IniProgram, TheMainConfigurationFile) {
     expect_ini({"get", "Beep", "Tick"}, 0, "1,0\n");
     expect_ini({"set", "Beep", "Tick", "2,0"}, 0, "");
     EXPECT_EQ(content("kv3.ini"), "[Beep]\r\nTick=2,0\r\n");
-}
-
-TEST_F(IniProgram, Help) {
-    EXPECT_NE(run({"ini", "--help"}).out.find("main"), std::string::npos);
-    for (const char *action : {"get", "sections", "keys", "list", "set", "delete", "rename", "edit"}) {
-        const Outcome outcome = run({"ini", action, "--help"});
-        EXPECT_EQ(outcome.code, 0);
-        EXPECT_NE(outcome.out.find(std::string("Usage: kv ini ") + action), std::string::npos);
-    }
-    expect_ini({}, 2, "", "which action?");
-    expect_ini({"put"}, 2, "", "there is no action 'put'");
-    expect_ini({"get", "S"}, 2, "", "KEY is missing");
-    expect_ini({"sections", "S"}, 2, "", "'S' is a word too many");
 }
 
 }  // namespace

@@ -155,8 +155,8 @@ int run_calc(std::string_view, const Arguments &arguments) {
     const std::vector<std::string> files = arguments.values("--file");
     const bool from_input = files.empty() && arguments.operands().empty();
     const std::unique_ptr<LineInput> input = from_input ? open_line_input("kv> ") : nullptr;
-    const Sources sources(arguments.values("--env"), arguments.value("--section", ""),
-                          arguments.value("--ini", ""));
+    Sources sources(arguments.values("--env"), arguments.value("--section", ""),
+                    arguments.value("--ini", ""));
     Sheet sheet(sources, from_input && input->interactive());
     Printer printer(sheet, parse_places(arguments), arguments.has("--echo"));
     if (from_input) {

@@ -1,12 +1,9 @@
 #include "tools/kv/calc/line_input.hpp"
 
-#include <cstdio>
+#include <algorithm>
 #include <iostream>
 
-#include "kv/fio.h"
-
 #include "platform/platform.hpp"
-#include "tools/kv/failure.hpp"
 #include "tools/kv/files.hpp"
 
 #ifdef KV_HAVE_LIBEDIT
@@ -17,19 +14,18 @@ namespace kvtool {
 
 namespace {
 
-Failure unreadable(const std::string &name) {
-    return {kFile, input_name(name) + ": cannot be read: " + failure_reason(name)};
-}
-
 class PlainInput : public LineInput {
   public:
-    explicit PlainInput(const char *prompt) : prompt_(prompt) { std::cin.tie(nullptr); }
+    explicit PlainInput(const char *prompt) : prompt_(prompt) {
+        take_standard_input();
+        std::cin.tie(nullptr);
+    }
     bool next(std::string &line) override {
         if (prompt_ != nullptr) std::cout << prompt_;
         // Who writes line by line waits for the answer.
         if (std::cin.rdbuf()->in_avail() <= 0) std::cout << std::flush;
         if (!std::getline(std::cin, line)) {
-            if (std::cin.bad()) throw unreadable("-");
+            if (std::cin.bad()) fail_reading("-");
             return false;
         }
         if (!line.empty() && line.back() == '\r') line.pop_back();
@@ -43,25 +39,23 @@ class PlainInput : public LineInput {
 
 class FileInput : public LineInput {
   public:
-    explicit FileInput(const std::string &file)
-        : name_(file), file_(fio_open(nullptr, file.c_str(), FIO_READ | FIO_TEXT)) {
-        if (file_ == nullptr) throw Failure{kFile, why_unreadable(file).text};
+    explicit FileInput(const std::string &file) : text_(read_all(file)) {
+        for (const std::string &oddity : text_oddities(file, text_, "it is no part of a formula"))
+            std::cerr << oddity << '\n';
+        text_ = as_text_mode(std::move(text_));
     }
     bool next(std::string &line) override {
-        line.clear();
-        std::int32_t c;
-        while ((c = fio_getchar(file_.get(), nullptr)) >= 0 && c != '\n') line += static_cast<char>(c);
-        if (c < 0 && std::ferror(fio_fp(file_.get())) != 0) throw unreadable(name_);
-        return c >= 0 || !line.empty();
+        if (position_ == text_.size()) return false;
+        const std::size_t end = std::min(text_.find('\n', position_), text_.size());
+        line = text_.substr(position_, end - position_);
+        position_ = std::min(end + 1, text_.size());
+        return true;
     }
     bool interactive() const override { return false; }
 
   private:
-    struct Close {
-        void operator()(FIO *file) const { fio_close(file); }
-    };
-    std::string name_;
-    std::unique_ptr<FIO, Close> file_;
+    std::string text_;
+    std::size_t position_ = 0;
 };
 
 }  // namespace
@@ -77,7 +71,7 @@ std::unique_ptr<LineInput> open_line_input(const char *prompt) {
 }
 
 std::unique_ptr<LineInput> open_line_file(const std::string &file) {
-    if (file == "-") return std::make_unique<PlainInput>(nullptr);
+    if (is_standard(file)) return std::make_unique<PlainInput>(nullptr);
     return std::make_unique<FileInput>(file);
 }
 

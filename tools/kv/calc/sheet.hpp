@@ -15,7 +15,7 @@ class Sheet {
   public:
     /// `lasting`: a name, and `ans`, keep their values when a formula has none. Else the name that it was
     /// to get and `ans` have none then, so that nothing is computed from what stood there before.
-    Sheet(const Sources &sources, bool lasting) : sources_(sources), lasting_(lasting) {}
+    Sheet(Sources &sources, bool lasting) : sources_(sources), lasting_(lasting) {}
 
     struct Result {
         std::string target;  ///< empty if the value got no name
@@ -28,7 +28,7 @@ class Sheet {
     double value_of(std::string_view word) const;
     double compute(const Formula &formula) const;
 
-    const Sources &sources_;
+    Sources &sources_;
     bool lasting_;
     std::map<std::string, double, std::less<>> names_;
     std::optional<double> last_;

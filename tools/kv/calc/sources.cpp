@@ -1,15 +1,11 @@
 #include "tools/kv/calc/sources.hpp"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <utility>
 
-#include "kv/ini.h"
-
 #include "tools/kv/env/file.hpp"
 #include "tools/kv/failure.hpp"
-#include "tools/kv/files.hpp"
 
 namespace kvtool {
 
@@ -48,7 +44,7 @@ Sources::Sources(const std::vector<std::string> &env_files, std::string section,
     }
 }
 
-double Sources::value(std::string_view path) const {
+double Sources::value(std::string_view path) {
     path = trimmed(path);
     if (path.starts_with(kIni)) return ini_value(path.substr(kIni.size()));
     return env_value(std::string(path));
@@ -72,29 +68,23 @@ double Sources::env_value(const std::string &path) const {
     }
 }
 
-double Sources::ini_value(std::string_view path) const {
-    constexpr int32_t kLongest = 255;
+double Sources::ini_value(std::string_view path) {
     const std::size_t slash = path.find('/');
     if (slash == path.npos) throw std::string("a section, / and a key are wanted behind ini:");
-    const std::string section(path.substr(0, slash));
+    const std::string_view section = path.substr(0, slash);
     const std::string key(path.substr(slash + 1));
-    const std::string entry = "[" + section + "] " + key;
-    std::array<char, kLongest + 1> text{};
-    int32_t size = kLongest;
-    double value = 0;
-    switch (ini_read_string(ini_file_.c_str(), section.c_str(), key.c_str(), text.data(), &size)) {
-        case INI_OK:
-            if (is_number(text.data(), value)) return value;
-            throw entry + " is no number";
-        case INI_NO_ROOM:
-            throw entry + " is no number";
-        case INI_FAILED:
-            throw Failure{kFile, ini_file_.empty()
-                                     ? "there is no main configuration file; name a file with --ini"
-                                     : why_unreadable(ini_file_).text};
-        default:
-            throw "there is no " + entry;
+    if (!ini_) {
+        const std::string file = ini_file_.empty() ? main_ini_file() : ini_file_;
+        if (file.empty())
+            throw Failure{kFile, "there is no main configuration file; name a file with --ini"};
+        ini_.emplace(file);
     }
+    const std::string entry = describe_ini(section, key.c_str());
+    const std::optional<std::string_view> text = ini_->find(section, key);
+    if (!text) throw "there is no " + entry;
+    double value = 0;
+    if (!is_number(*text, value)) throw entry + " is no number";
+    return value;
 }
 
 }  // namespace kvtool

@@ -2,11 +2,14 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "kv/env.h"
+
+#include "tools/kv/ini/document.hpp"
 
 namespace kvtool {
 
@@ -18,7 +21,7 @@ class Sources {
 
     /// The number that stands there. Throws std::string, the reason, if there is none, and Failure (kFile)
     /// if the INI file cannot be read.
-    double value(std::string_view path) const;
+    double value(std::string_view path);
 
   private:
     struct CloseChain {
@@ -26,11 +29,12 @@ class Sources {
     };
 
     double env_value(const std::string &path) const;
-    double ini_value(std::string_view path) const;
+    double ini_value(std::string_view path);
 
     std::unique_ptr<ENV, CloseChain> chain_;  // null without files
     std::string section_;
     std::string ini_file_;
+    std::optional<IniDocument> ini_;  // once it has been asked for
 };
 
 }  // namespace kvtool

@@ -7,6 +7,7 @@
 #include "kv/ini.h"
 
 #include "tools/kv/actions.hpp"
+#include "tools/kv/ini/document.hpp"
 
 namespace kvtool {
 
@@ -19,16 +20,22 @@ extern const Action kIniDelete;
 extern const Action kIniRename;
 extern const Action kIniEdit;
 
-/// The file that --file names, else the main configuration file. Throws Failure (kFile) if none is found.
-std::string ini_file(const Arguments &arguments);
+/// The operands behind the file, which is the first one if there is one more than the action needs and no
+/// --file; else the one that --file names, or the main configuration file.
+struct IniOperands {
+    std::string file;
+    std::vector<std::string> words;
+    bool file_given;
+};
 
-/// "[section] key", as messages call an entry or a section.
-std::string describe_ini(const std::string &section, const char *key);
+/// `wanted` is the number of words. Throws Failure: kUsage at a word too many, kFile if there is no main
+/// configuration file.
+IniOperands ini_operands(std::string_view command, const Arguments &arguments, std::size_t wanted);
 
-/// Throws Failure for a status that a read or a change of the file gave; nothing for INI_OK.
-void require_ini(int32_t status, const std::string &file, const std::string &section, const char *key);
-
-/// Throws Failure (kFile), and says why, if the file cannot be read.
-void require_readable(const std::string &file);
+/// Throws Failure (kNotFound) for what the document has not: with the nearest name, or with the right
+/// command if the first operand was meant to be a file.
+[[noreturn]] void fail_not_found(std::string_view command, const IniDocument &document,
+                                 const IniOperands &given, const std::string &section,
+                                 const std::string &key);
 
 }  // namespace kvtool

@@ -1,5 +1,4 @@
 // `kv ini set`, `delete`, `rename` and `edit`: changes of a file, all of a call or none.
-#include <filesystem>
 #include <iostream>
 
 #include "platform/platform.hpp"
@@ -8,6 +7,7 @@
 #include "tools/kv/files.hpp"
 #include "tools/kv/ini/action.hpp"
 #include "tools/kv/ini/losses.hpp"
+#include "tools/kv/output.hpp"
 
 namespace kvtool {
 
@@ -86,14 +86,24 @@ INI_EDIT library_edit(const Edit &edit) {
 }
 
 [[noreturn]] void fail_edit(const std::string &file, const std::string &which, const Failure &failure) {
-    std::string text = file;
+    std::string text = input_name(file);
     text.append(": ").append(which).append(failure.text).append("; nothing was saved");
     throw Failure{failure.code, text};
 }
 
-// `numbered`: messages tell which of the edits failed.
-int change_file(const Arguments &arguments, const std::vector<Edit> &edits, bool numbered) {
-    const std::string file = ini_file(arguments);
+// What an edit did not find, as the document tells it.
+[[noreturn]] void fail_missing(std::string_view command, const std::string &path, const IniOperands &given,
+                               const std::string &which, const Edit &edit, int32_t status) {
+    try {
+        fail_not_found(command, IniDocument(path), given, edit.words[0],
+                       status == INI_NO_ENTRY ? edit.words[1] : "");
+    } catch (const Failure &failure) {
+        fail_edit(given.file, which, {failure.code, failure.text.substr(failure.text.find(": ") + 2)});
+    }
+}
+
+void apply(std::string_view command, const std::string &path, const IniOperands &given,
+           const std::vector<Edit> &edits, bool numbered) {
     const auto which = [&](std::size_t i) {
         return numbered ? "edit " + std::to_string(i + 1) + ": " : std::string();
     };
@@ -102,55 +112,72 @@ int change_file(const Arguments &arguments, const std::vector<Edit> &edits, bool
         try {
             all.push_back(library_edit(edits[i]));
         } catch (const Failure &failure) {
-            fail_edit(file, which(i), failure);
+            fail_edit(given.file, which(i), failure);
         }
     }
-    std::error_code ignored;
-    const bool create = arguments.has("--create") && !std::filesystem::exists(file, ignored);
-    if (!create) require_readable(file);
-    const std::string before = ini_text(file);
+    const std::string before = ini_text(path);
     int32_t reached = 0;
     kv::platform::clear_failure();
-    const int32_t status = ini_edit(file.c_str(), all.data(), static_cast<int32_t>(all.size()), &reached);
+    const int32_t status = ini_edit(path.c_str(), all.data(), static_cast<int32_t>(all.size()), &reached);
     if (status == INI_OK) {
-        for (const std::string &loss : losses(before, ini_text(file), edits))
-            std::cerr << file << ": " << loss << '\n';
-        return kDone;
+        for (const std::string &loss : losses(before, ini_text(path), edits))
+            std::cerr << input_name(given.file) << ": " << loss << '\n';
+        return;
     }
+    const std::string reason = save_failure_reason(path);
     const auto failed = static_cast<std::size_t>(reached);
     if (failed < edits.size() && status > INI_OK) {
-        const Edit &edit = edits[failed];
-        const char *key = status == INI_NO_ENTRY ? edit.words[1].c_str() : nullptr;
-        fail_edit(file, which(failed), {kNotFound, describe_ini(edit.words[0], key) + " not found"});
+        fail_missing(command, path, given, which(failed), edits[failed], status);
     }
-    throw Failure{kFile, file + ": could not be saved: " + save_failure_reason(file)};
+    throw Failure{kFile, input_name(given.file) + ": could not be saved: " + reason};
 }
 
-// An action whose operands are the words of one edit.
-int run_single(std::string_view command, const Arguments &arguments) {
+// `numbered`: messages tell which of the edits failed.
+int change_file(std::string_view command, const IniOperands &given, const Arguments &arguments,
+                const std::vector<Edit> &edits, bool numbered) {
+    const std::string &file = given.file;
+    const std::string output = arguments.value("--output", file);
+    const bool create = arguments.has("--create") && !is_standard(file) && why_unreadable(file).missing;
+    if (output == file && !is_standard(file)) {
+        if (!create) Input{file};  // fails with the reason
+        apply(command, file, given, edits, numbered);
+        return kDone;
+    }
+    const TemporaryFile copy;
+    save_file(copy.name(), create ? "" : read_all(file));
+    apply(command, copy.name(), given, edits, numbered);
+    save_file(output, read_all(copy.name()));
+    return kDone;
+}
+
+// An action whose operands are the words of one edit, of which there are at most so many.
+int run_single(std::string_view command, const Arguments &arguments, std::size_t most) {
     const std::string_view verb = command.substr(command.rfind(' ') + 1);
-    return change_file(arguments, {{std::string(verb), arguments.operands()}}, false);
+    const IniOperands given = ini_operands(command, arguments, most);
+    return change_file(command, given, arguments, {{std::string(verb), given.words}}, false);
 }
 
 int run_edit(std::string_view command, const Arguments &arguments) {
     std::vector<Edit> edits;
     for (const std::string &text : arguments.values("--edit")) edits.push_back(parse_edit(text));
     if (edits.empty()) fail_usage(command, "-e EDIT is missing");
-    return change_file(arguments, edits, true);
+    return change_file(command, ini_operands(command, arguments, 0), arguments, edits, true);
 }
 
 constexpr Option kCreateOption = {"--create", "", "make the file if there is none"};
-constexpr Option kSetOptions[] = {kCreateOption};
+constexpr Option kSetOptions[] = {kCreateOption, kOutputOption};
+constexpr Option kDeleteOptions[] = {kOutputOption};
 constexpr Option kEditOptions[] = {
     {"--edit", "EDIT", "an edit; may be given several times", 'e'},
     kCreateOption,
+    kOutputOption,
 };
 
 }  // namespace
 
 const Action kIniSet = {
     "set",
-    "SECTION KEY VALUE",
+    "[FILE] SECTION KEY VALUE",
     "set an entry to a value",
     R"(Sets an entry, which is added at the end of its section, and the section at the end of the file,
 where there is none. Comments stay, and so do lines of more than 511 characters, which the library
@@ -165,38 +192,38 @@ with "]"; names with blanks around them or of more than 79 characters; key and v
 )",
     kSetOptions,
     3,
-    3,
-    run_single,
+    4,
+    [](std::string_view command, const Arguments &arguments) { return run_single(command, arguments, 3); },
 };
 
 const Action kIniDelete = {
     "delete",
-    "SECTION [KEY]",
+    "[FILE] SECTION [KEY]",
     "delete an entry or a section",
-    R"(Deletes an entry, without KEY a section with its comments.
+    R"(Deletes an entry, without KEY a section with its comments. Two operands are SECTION and KEY.
 )",
-    {},
+    kDeleteOptions,
     1,
-    2,
-    run_single,
+    3,
+    [](std::string_view command, const Arguments &arguments) { return run_single(command, arguments, 2); },
 };
 
 const Action kIniRename = {
     "rename",
-    "SECTION [KEY] NEW",
+    "[FILE] SECTION [KEY] NEW",
     "rename an entry or a section",
     R"(Gives an entry the key NEW, without KEY a section the name NEW. Value and place stay. For what a
-name cannot be, see 'kv ini set --help'.
+name cannot be, see 'kv ini set --help'. Three operands are SECTION, KEY and NEW.
 )",
-    {},
+    kDeleteOptions,
     2,
-    3,
-    run_single,
+    4,
+    [](std::string_view command, const Arguments &arguments) { return run_single(command, arguments, 3); },
 };
 
 const Action kIniEdit = {
     "edit",
-    "",
+    "[FILE]",
     "make several edits at once",
     R"(Makes edits in order and saves the file once, with all of them; if one fails, none is saved. An
 EDIT is
@@ -210,7 +237,7 @@ Backslashes, and quotes inside of a word, are characters like others:
 )",
     kEditOptions,
     0,
-    0,
+    1,
     run_edit,
 };
 

@@ -18,8 +18,9 @@ constexpr Option kOptions[] = {
 };
 
 constexpr std::string_view kOverview = R"(
-Without --file the main configuration file, kv3.ini, is meant: the one in the current directory,
-in the directory that the environment variable KV names, or in C:\.
+The file is the one that --file names, or an operand before the others. Without either the main
+configuration file, kv3.ini, is meant: the one in the current directory, in the directory that the
+environment variable KV names, or in C:\. Of a change of - the result goes to standard output.
 
 SECTION is the name in brackets; '' is the unnamed section, the entries before the first header.
 Names are compared byte for byte. Where a section or a key is there twice, the first one counts.
@@ -30,47 +31,68 @@ Exit codes: 0 done; 1 not found; 2 wrong usage, or a request for what a file can
 file cannot be read or written.
 )";
 
+// The path of the main configuration file. `words` are the operands, of which the first one may be meant to
+// be a file.
+std::string main_file(std::string_view command, const std::vector<std::string> &words) {
+    if (const std::string found = main_ini_file(); !found.empty()) return found;
+    std::string text =
+        std::string(command) + ": there is no main configuration file kv3.ini; name one with --file";
+    if (!words.empty() && is_file(words[0])) text += " " + words[0];
+    throw Failure{kFile, text};
+}
+
+// What the completion offers: sections and keys of the file.
+std::vector<std::string> offer(std::string_view kind, const std::string &, const Arguments &arguments) {
+    std::vector<std::string> words = arguments.operands();
+    std::string file = arguments.value("--file", "");
+    if (file.empty() && !words.empty() && is_file(words[0])) {
+        file = words[0];
+        words.erase(words.begin());
+    }
+    if (is_standard(file)) return {};
+    const IniDocument document(file.empty() ? main_file("kv ini", words) : file);
+    std::vector<std::string> names;
+    if (kind == "SECTION") {
+        for (const IniDocument::Section &section : document.sections()) names.emplace_back(section.name);
+    } else if (kind == "KEY" && !words.empty()) {
+        const IniDocument::Section section = document.section(words[0]);
+        for (const IniDocument::Entry &entry : section.entries) names.emplace_back(entry.key);
+    }
+    return names;
+}
+
 }  // namespace
 
-std::string ini_file(const Arguments &arguments) {
-    std::string file = arguments.value("--file", "");
-    if (!file.empty()) return file;
-    if (arguments.has("--file")) throw Failure{kUsage, "kv ini: --file needs a name"};
-    char found[256];
-    if (kv_suche_datei(nullptr, nullptr, nullptr, found) != 0) {
-        throw Failure{kFile, "kv ini: there is no main configuration file kv3.ini; name one with --file"};
+IniOperands ini_operands(std::string_view command, const Arguments &arguments, std::size_t wanted) {
+    IniOperands given{arguments.value("--file", ""), arguments.operands(), true};
+    if (arguments.has("--file")) {
+        if (given.file.empty()) fail_usage(command, "--file needs a name");
+    } else if (given.words.size() > wanted) {
+        given.file = given.words[0];
+        given.words.erase(given.words.begin());
+    } else {
+        given.file = main_file(command, given.words);
+        given.file_given = false;
     }
-    return found;
+    if (given.words.size() > wanted)
+        fail_usage(command, "'" + given.words[wanted] + "' is a word too many beside --file");
+    return given;
 }
 
-std::string describe_ini(const std::string &section, const char *key) {
-    std::string text = section.empty() ? "the unnamed section" : "[" + section + "]";
-    if (key != nullptr) text.append(section.empty() ? ": " : " ").append(key);
-    return text;
-}
-
-void require_readable(const std::string &file) {
-    int32_t size = 0;
-    if (ini_read_sections(file.c_str(), nullptr, &size) != INI_FAILED) return;
-    throw Failure{kFile, why_unreadable(file).text};
-}
-
-void require_ini(int32_t status, const std::string &file, const std::string &section, const char *key) {
-    switch (status) {
-        case INI_OK:
-            return;
-        case INI_NO_SECTION:
-            throw Failure{kNotFound, file + ": " + describe_ini(section, nullptr) + " not found"};
-        case INI_NO_ENTRY:
-            throw Failure{kNotFound, file + ": " + describe_ini(section, key) + " not found"};
-        default:
-            require_readable(file);
-            throw Failure{kFile, file + ": cannot be read"};
+void fail_not_found(std::string_view command, const IniDocument &document, const IniOperands &given,
+                    const std::string &section, const std::string &key) {
+    if (!given.file_given && is_file(section)) {
+        throw Failure{kNotFound, document.name() + ": " + describe_ini(section, nullptr) +
+                                     " not found; did you mean the file '" + section +
+                                     "'? It is named as in '" + std::string(command) + " --file " +
+                                     section + " ...'"};
     }
+    document.fail_not_found(section, key);
 }
 
 const ActionTable &ini_table() {
-    static const ActionTable table{"kv ini", "read and change INI files", kActions, kOptions, kOverview};
+    static const ActionTable table{
+        "kv ini", "read and change INI files", kActions, kOptions, kOverview, "", nullptr, offer};
     return table;
 }
 
