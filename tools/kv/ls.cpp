@@ -14,6 +14,7 @@
 #include "tools/kv/files.hpp"
 #include "tools/kv/json.hpp"
 #include "tools/kv/subcommands.hpp"
+#include "tools/kv/terminal.hpp"
 
 namespace kvtool {
 
@@ -47,19 +48,19 @@ void print(const FIO_DIRENTRY &entry) {
         std::cout << ((entry.attrib & attribute.flag) != 0 ? attribute.letter : '-');
     }
     std::cout << ' ' << std::right << std::setw(10) << entry.size << ' ' << time_text(entry.time, ' ')
-              << ' ' << entry.name << '\n';
+              << ' ' << for_terminal(entry.name) << '\n';
 }
 
-void print_json(const FIO_DIRENTRY &entry) {
-    std::cout << "{\"name\": " << json_string(entry.name) << ", \"attributes\": [";
-    const char *separator = "";
+std::string as_json(const FIO_DIRENTRY &entry) {
+    std::string attributes;
     for (const Attribute &attribute : kAttributes) {
         if ((entry.attrib & attribute.flag) == 0) continue;
-        std::cout << separator << '"' << attribute.name << '"';
-        separator = ", ";
+        attributes.append(attributes.empty() ? "" : ", ").append(json_string(attribute.name));
     }
-    std::cout << R"(], "size": )" << entry.size << R"(, "time": ")" << time_text(entry.time, 'T')
-              << R"("})";
+    JsonObject object;
+    object.add("name", json_utf8(entry.name)).add("attributes", '[' + attributes + ']');
+    object.add("size", std::to_string(entry.size));
+    return object.add("time", json_string(time_text(entry.time, 'T'))).text();
 }
 
 std::vector<FIO_DIRENTRY> list(const std::string &directory, const std::string &pattern) {
@@ -93,26 +94,17 @@ int run_ls(std::string_view, const Arguments &arguments) {
         const std::string place = std::string(drive) + above;
         if (!place.empty() && fio_ispath(place.c_str()) == 0) directory = place;  // not there
     }
-    if (!directory.empty() &&
-        (fio_ispath(directory.c_str()) == 0 || fio_access(directory.c_str(), "", 4) == 0)) {
-        throw Failure{kFile, std::string(kCommand) + ": the directory '" + directory + "' cannot be read"};
-    }
+    if (!directory.empty()) require_directory(kCommand, directory);
     const std::vector<FIO_DIRENTRY> entries = list(directory, pattern);
     if (entries.empty() && !pattern.empty()) {
         throw Failure{kNotFound, std::string(kCommand) + ": nothing matches '" + pattern + "'"};
     }
-    const bool json = arguments.has("--json");
-    const char *separator = "[\n";
-    for (const FIO_DIRENTRY &entry : entries) {
-        if (!json) {
-            print(entry);
-            continue;
-        }
-        std::cout << separator;
-        print_json(entry);
-        separator = ",\n";
+    if (arguments.has("--json")) {
+        JsonArray array(std::cout);
+        for (const FIO_DIRENTRY &entry : entries) array.add(as_json(entry));
+    } else {
+        for (const FIO_DIRENTRY &entry : entries) print(entry);
     }
-    if (json) std::cout << (entries.empty() ? "[\n]\n" : "\n]\n");
     return kDone;
 }
 

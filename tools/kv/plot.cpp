@@ -2,26 +2,21 @@
 #include <array>
 #include <cstdint>
 #include <iostream>
-#include <memory>
 #include <string>
+#include <string_view>
 
-#include "kv/fio.h"
 #include "kv/serial.h"
 
-#include "platform/platform.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
 #include "tools/kv/subcommands.hpp"
+#include "tools/kv/terminal.hpp"
 
 namespace kvtool {
 
 namespace {
 
 constexpr char kCommand[] = "kv plot";
-
-struct CloseFile {
-    void operator()(FIO *file) const { fio_close(file); }
-};
-using File = std::unique_ptr<FIO, CloseFile>;
 
 /// A port that is closed at the end.
 class Port {
@@ -45,7 +40,7 @@ class Port {
 /// A bar on standard error, if that is a terminal.
 class Bar {
   public:
-    explicit Bar(std::int64_t total) : total_(total), shown_(kv::platform::is_terminal(stderr)) {}
+    explicit Bar(std::int64_t total) : total_(total), shown_(!quiet() && is_terminal(std::cerr)) {}
     Bar(const Bar &) = delete;
     Bar &operator=(const Bar &) = delete;
     ~Bar() {
@@ -89,40 +84,40 @@ void require_settings(const Port &port, bool exact, const std::string &name) {
     }
 }
 
-/// The number of bytes.
-std::int64_t send(FIO *file, const std::string &file_name, Port &port, const std::string &port_name,
-                  const Bar &progress) {
-    std::array<char, 1024> chunk{};  // a second at 9600 baud
+void send(std::string_view bytes, Port &port, const std::string &port_name, const Bar &bar) {
+    constexpr std::size_t kChunk = 1024;  // a second at 9600 baud
     std::int64_t sent = 0;
-    for (;;) {
-        progress.show(sent);
-        const std::uint32_t count = fio_fread(chunk.data(), 1, chunk.size(), file);
-        if (count == 0) break;
-        if (!port.write(chunk.data(), count)) {
+    while (!bytes.empty()) {
+        bar.show(sent);
+        const std::string_view chunk = bytes.substr(0, kChunk);
+        if (!port.write(chunk.data(), static_cast<std::uint32_t>(chunk.size()))) {
             throw Failure{kFile, std::string(kCommand) + ": the port '" + port_name +
                                      "' has stopped after " + std::to_string(sent) + " bytes"};
         }
-        sent += count;
+        sent += static_cast<std::int64_t>(chunk.size());
+        bytes.remove_prefix(chunk.size());
     }
-    if (std::ferror(fio_fp(file)) == 0) return sent;
-    throw Failure{kFile, std::string(kCommand) + ": '" + file_name + "' cannot be read to its end"};
+    bar.show(sent);
 }
 
 int run_plot(std::string_view, const Arguments &arguments) {
-    const std::string &file_name = arguments.operands()[0];
+    const std::string bytes = read_all(arguments.operands()[0]);
     const std::string &port_name = arguments.operands()[1];
-    const File file(fio_open(nullptr, file_name.c_str(), FIO_READ));
-    if (file == nullptr)
-        throw Failure{kFile, std::string(kCommand) + ": '" + file_name + "' cannot be read"};
 
     // No file to send: what is left is the setting up.
     const bool exact = PlotToCom32Bit("", port_name.c_str()) == 1;
     Port port(port_name);
     require_settings(port, exact || arguments.has("--anyway"), port_name);
-    const Bar progress(fio_length(file.get()));
-    const std::int64_t sent = send(file.get(), file_name, port, port_name, progress);
-    if (!progress.shown()) std::cout << sent << " bytes sent to " << port_name << '\n';
+    const Bar bar(static_cast<std::int64_t>(bytes.size()));
+    send(bytes, port, port_name, bar);
+    if (!bar.shown() && !quiet()) std::cout << bytes.size() << " bytes sent to " << port_name << '\n';
     return kDone;
+}
+
+// What the completion offers.
+std::vector<std::string> offer_ports(std::string_view kind, const std::string &, const Arguments &) {
+    if (kind != "PORT") return {};
+    return {"COM1", "COM2", "COM3", "COM4"};
 }
 
 constexpr Option kOptions[] = {
@@ -145,7 +140,7 @@ KV_COM_TIMEOUT gives the seconds after which that is a failure. KV_COM1, KV_COM2
 devices than /dev/ttyS0, /dev/ttyS1, ...
 
 A progress bar is shown when standard error is a terminal, otherwise a line at the end tells what
-was sent.
+was sent. What comes from standard input is sent when it has come as a whole.
 
 Exit codes: 0 sent; 2 wrong usage; 3 the file cannot be read, or the port cannot be opened or set
 up, or took only a part.
@@ -160,7 +155,7 @@ up, or took only a part.
 
 const ActionTable &plot_table() {
     static const Action *const actions[] = {&kPlot};
-    static const ActionTable table{"kv plot", kPlot.summary, actions};
+    static const ActionTable table{"kv plot", kPlot.summary, actions, {}, "", "", nullptr, offer_ports};
     return table;
 }
 

@@ -6,11 +6,14 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "tools/kv/failure.hpp"
 #include "tools/kv/files.hpp"
+#include "tools/kv/json.hpp"
 #include "tools/kv/subcommands.hpp"
+#include "tools/kv/terminal.hpp"
 
 namespace kvtool {
 
@@ -33,6 +36,7 @@ constexpr Option kOptions[] = {
     {"--trace", "", "write every token to the file trc"},
     {"--starstar-power", "", "read ** as ^"},
     {"--keywords", "FILE", "the keywords, one on each line of FILE"},
+    kJsonOption,
 };
 
 // Of the options at the same places.
@@ -82,6 +86,19 @@ std::vector<std::string> read_lines(const std::string &name) {
     return lines;
 }
 
+std::string as_json(std::int32_t kind, std::int32_t error, const SCAN_TOKEN &token) {
+    JsonObject object;
+    object.add("line", std::to_string(token.line + 1)).add("column", std::to_string(token.column + 1));
+    object.add("kind", json_string(kKindNames[kind]));
+    if (kind < SCAN_EOL) object.add("text", json_string(token.text));
+    if (kind == SCAN_DOUBLE) object.add("value", json_number(token.dval));
+    if (kind == SCAN_LONG || kind == SCAN_CHAR || kind == SCAN_KEYWORD) {
+        object.add("value", std::to_string(token.lval));
+    }
+    if (error != SCAN_OK) object.add("error", json_string(kErrors[error]));
+    return object.text();
+}
+
 struct CloseScanner {
     void operator()(SCANNER *scanner) const { scan_close(scanner); }
 };
@@ -91,7 +108,7 @@ void print(std::int32_t kind, std::int32_t error, const SCAN_TOKEN &token) {
               << "  ";
     const bool has_text = kind < SCAN_EOL;
     std::cout << std::left << std::setw(has_text ? 12 : 0) << kKindNames[kind];
-    if (has_text) std::cout << token.text;
+    if (has_text) std::cout << for_terminal(token.text);
     if (kind == SCAN_DOUBLE) std::cout << "  = " << token.dval;
     if (kind == SCAN_LONG || kind == SCAN_CHAR || kind == SCAN_KEYWORD) std::cout << "  = " << token.lval;
     if (error != SCAN_OK) std::cout << "  ! " << kErrors[error];
@@ -113,18 +130,21 @@ int run_scan(std::string_view, const Arguments &arguments) {
     for (const std::string &keyword : keywords) table.push_back(keyword.c_str());
     table.push_back(nullptr);
 
-    Input input(arguments.operands()[0]);
+    Input input(arguments.operands()[0], true);
     g_input = &input;
+    g_failure = nullptr;
     const std::unique_ptr<SCANNER, CloseScanner> scanner(scan_open(next_character, flags, table.data()));
     if (scanner == nullptr) throw std::bad_alloc();
     std::cout << std::setprecision(17);
+    std::optional<JsonArray> array;
+    if (arguments.has("--json")) array.emplace(std::cout);
     int code = kDone;
     std::int32_t kind = SCAN_VOID;
     SCAN_TOKEN token{};
     while (kind != SCAN_EOF) {
         const std::int32_t error = scan_token(scanner.get(), &kind, &token);
         if (g_failure != nullptr) std::rethrow_exception(g_failure);
-        print(kind, error, token);
+        array ? array->add(as_json(kind, error, token)) : print(kind, error, token);
         if (error != SCAN_OK) code = kNotFound;
     }
     return code;
@@ -135,7 +155,8 @@ constexpr Action kScan = {
     "FILE",
     "show the tokens of a file",
     R"(Splits a text file into tokens and prints them as a table: line and column, from 1, the kind, the
-text, and the value of a number, a character or a keyword.
+text, and the value of a number, a character or a keyword. With --json an array of objects with
+these as "line", "column", "kind", "text" and "value", and "error" for a faulty token.
 
 A faulty token is shown with what is wrong. Exit codes: 0 every token is sound; 1 one is not; 2
 wrong usage; 3 a file cannot be read.

@@ -1,14 +1,19 @@
 // `kv timer`: times commands with the library's stop-watches.
-#include <cstdlib>
+#include <csignal>
 #include <iostream>
+#include <sstream>
 #include <string>
 
 #include "kv/clock.h"
-#include "kv/fio.h"
 #include "kv/strings.h"
 
+#include "platform/platform.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
+#include "tools/kv/json.hpp"
+#include "tools/kv/output.hpp"
 #include "tools/kv/subcommands.hpp"
+#include "tools/kv/terminal.hpp"
 
 namespace kvtool {
 
@@ -26,7 +31,6 @@ std::vector<Run> open_timers(const Arguments &arguments) {
     const std::vector<std::string> &operands = arguments.operands();
     const std::vector<std::string> names = arguments.values("--name");
     const std::size_t count = operands.size() - 1;
-    if (count > CLOCK_MOST_TIMERS) fail_usage(kCommand, "there can be 100 commands");
     if (names.size() > count) fail_usage(kCommand, "there are more names than commands");
     std::vector<Run> runs;
     for (std::size_t i = 0; i < count; ++i) {
@@ -47,29 +51,64 @@ int32_t repetitions(const Arguments &arguments) {
     return count;
 }
 
-int run_report(std::string_view, const Arguments &arguments) {
-    const int32_t count = repetitions(arguments);
-    const std::vector<Run> runs = open_timers(arguments);
-    const std::string &file = arguments.operands().front();
-    const std::string cannot_write = std::string(kCommand) + ": '" + file + "' cannot be written";
-    const bool exists = fio_exist(nullptr, file.c_str()) == 1;
-    if (exists && (fio_ispath(file.c_str()) == 1 || fio_access(nullptr, file.c_str(), 2) == 0)) {
-        throw Failure{kFile, cannot_write};  // told before anything has run
+// The report as the library writes it.
+std::string report_text() {
+    const TemporaryFile file;
+    clock_timertable(file.name(), CLOCK_TABLE_OVERWRITE);
+    return read_all(file.name());
+}
+
+std::string report_json(const std::vector<Run> &runs) {
+    std::ostringstream text;
+    {
+        JsonArray array(text);
+        for (const Run &run : runs) {
+            JsonObject object;
+            object.add("name", json_string(run.timer->name)).add("runs", std::to_string(run.timer->starts));
+            constexpr double kMillisecond = 1000;
+            array.add(object.add("seconds", json_number(clock_timerget(run.timer) / kMillisecond)).text());
+        }
     }
+    return text.str();
+}
+
+// The exit code. Does not return if the user has stopped a command: then the program ends as that did.
+int run_commands(const std::vector<Run> &runs, int32_t repetitions) {
+    Progress progress(kCommand, true, "commands have run");
     int code = kDone;
-    for (int32_t i = 0; i < count; ++i) {
+    std::int64_t done = 0;
+    for (int32_t i = 0; i < repetitions; ++i) {
         for (const Run &run : runs) {
             std::cout.flush();
             clock_timerstart(run.timer);
-            const int result = std::system(run.command.c_str());
+            const kv::platform::CommandResult result = kv::platform::run_command(run.command.c_str());
             clock_timerstop(run.timer);
-            if (result == 0) continue;
+            progress.show(++done);
+            if (result == kv::platform::CommandResult::done) continue;
+            if (result == kv::platform::CommandResult::interrupted) {
+                std::cerr << kCommand << ": stopped; no report is written\n";
+                std::signal(SIGINT, SIG_DFL);
+                std::raise(SIGINT);
+            }
             std::cerr << kCommand << ": '" << run.command << "' failed\n";
             code = kNotFound;
         }
     }
-    clock_timertable(file.c_str(), arguments.has("--append") ? CLOCK_TABLE_APPEND : CLOCK_TABLE_OVERWRITE);
-    if (fio_access(nullptr, file.c_str(), 2) == 0) throw Failure{kFile, cannot_write};
+    return code;
+}
+
+int run_report(std::string_view, const Arguments &arguments) {
+    const bool append = arguments.has("--append");
+    const bool json = arguments.has("--json");
+    if (append && json) fail_usage(kCommand, "--append would make no JSON of what is there already");
+    const int32_t count = repetitions(arguments);
+    const std::string &file = arguments.operands().front();
+    require_writable(file);  // before anything has run
+    const bool adds = append && !is_standard(file) && is_file(file);
+    const std::string before = adds ? read_all(file) : "";
+    const std::vector<Run> runs = open_timers(arguments);
+    const int code = run_commands(runs, count);
+    save_file(file, before + (json ? report_json(runs) : report_text()));
     return code;
 }
 
@@ -77,6 +116,7 @@ constexpr Option kOptions[] = {
     {"--name", "NAME", "the name of the first, second, ... command (default: the command)"},
     {"--repeat", "N", "run the commands N times, in turn"},
     {"--append", "", "append to FILE instead of replacing it"},
+    kJsonOption,
 };
 
 constexpr Action kReport = {
@@ -90,8 +130,10 @@ run one after the other, and all of them even if one fails.
   kv timer report zeiten.txt 'make clean' 'make all' --name Aufraeumen --name Bauen
 
 A report shows names of up to 79 characters; those of more than 15 push the columns to the right.
-There can be 100 commands. Exit codes: 0 done; 1 a command failed; 2 wrong usage; 3 FILE cannot be
-written.
+There can be 100 commands. With --json FILE gets an array of objects with "name", "runs" and
+"seconds". Ctrl-C ends the program, and no report is written.
+
+Exit codes: 0 done; 1 a command failed; 2 wrong usage; 3 FILE cannot be written.
 )",
     kOptions,
     2,

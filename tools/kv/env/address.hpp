@@ -18,6 +18,8 @@ class Path {
     std::vector<std::string> names() const;
     /// The path of the block that holds the element; empty if that is the section.
     std::string parent() const;
+    /// The path of the block that holds the n-th name, from 0; empty if that is the section.
+    std::string block_of(std::size_t n) const { return join(names_[n]); }
     /// The path without the last name's occurrence index.
     std::string without_last_index() const;
 

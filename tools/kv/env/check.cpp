@@ -16,9 +16,10 @@ int run_check(std::string_view, const Arguments &arguments) {
         const Tree tree = new_tree();
         std::string problem;
         const LoadResult result = try_load(file, tree.get(), problem);
-        if (result == LoadResult::done) continue;
+        if (problem.empty()) continue;
         std::cerr << problem << '\n';
-        code = std::max<int>(code, result == LoadResult::syntax ? kNotFound : kFile);
+        const bool readable = result == LoadResult::syntax || result == LoadResult::done;
+        code = std::max<int>(code, readable ? kNotFound : kFile);
     }
     return code;
 }
@@ -30,7 +31,8 @@ const Action kEnvCheck = {
     "FILE...",
     "check the syntax of files",
     R"(Reads files and prints nothing if they follow the format. A file that does not is told on
-standard error as FILE:LINE:COLUMN: MESSAGE, with exit code 1; one that cannot be read gives 3.
+standard error as FILE:LINE:COLUMN: MESSAGE, with exit code 1, and so is one that is not read as it
+stands there, for a zero byte or a Ctrl-Z in it; one that cannot be read gives 3.
 All files are checked.
 )",
     {},

@@ -1,14 +1,12 @@
 #include "tools/kv/env/file.hpp"
 
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <new>
 #include <string_view>
 
-#include "platform/platform.hpp"
 #include "tools/kv/failure.hpp"
 #include "tools/kv/files.hpp"
+#include "tools/kv/output.hpp"
 
 namespace kvtool {
 
@@ -51,21 +49,6 @@ bool reads_back(const std::string &text) {
     return env_read(next_character, &source, copy.get()) == ENV_OK && text_of(copy.get()) == text;
 }
 
-// Whether the file holds the text. It is read as the library reads it, so that every name means the file
-// that the library wrote.
-bool holds(const std::string &file, const std::string &text) {
-    const Tree saved = new_tree();
-    return env_read_file(file.c_str(), saved.get()) == ENV_OK && text_of(saved.get()) == text;
-}
-
-// Pipes and devices cannot be replaced or read back.
-bool is_stream(const std::string &file) {
-    std::error_code ignored;
-    const std::filesystem::file_status status = std::filesystem::status(file, ignored);
-    return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
-           !std::filesystem::is_directory(status);
-}
-
 std::string syntax_problem(const std::string &file) {
     struct Wording {
         std::string_view report;
@@ -96,23 +79,36 @@ Tree new_tree(int32_t id, ENV *default_env) {
 }
 
 LoadResult try_load(const std::string &file, ENV *env, std::string &problem) {
-    switch (env_read_file(file.c_str(), env)) {
+    problem.clear();
+    std::string text;
+    try {
+        text = read_all(file);
+        for (const std::string &oddity : text_oddities(input_name(file), text, "it is left out")) {
+            problem.append(problem.empty() ? "" : "\n").append(oddity);
+        }
+    } catch (const Failure &failure) {
+        if (failure.code != kFile) throw;
+        problem = failure.text;
+        return !is_standard(file) && why_unreadable(file).missing ? LoadResult::missing
+                                                                  : LoadResult::unreadable;
+    }
+    text = as_text_mode(std::move(text));
+    TextSource source{text, 0};
+    switch (env_read(next_character, &source, env)) {
         case ENV_OK:
             return LoadResult::done;
         case ENV_SYNTAX:
-            problem = syntax_problem(file);
+            problem = syntax_problem(input_name(file));
             return LoadResult::syntax;
         default:
-            break;
+            throw std::bad_alloc();
     }
-    const Unreadable why = why_unreadable(file);
-    problem = why.text;
-    return why.missing ? LoadResult::missing : LoadResult::unreadable;
 }
 
 void load(const std::string &file, ENV *env) {
     std::string problem;
     if (try_load(file, env, problem) != LoadResult::done) throw Failure{kFile, problem};
+    if (!problem.empty()) std::cerr << problem << '\n';
 }
 
 std::string text_of(ENV *env) {
@@ -136,24 +132,7 @@ void save(ENV *env, const std::string &file) {
     if (!reads_back(text)) {
         throw Failure{kUsage, file + ": not saved: a text or a name in it cannot be written to a file"};
     }
-    if (file == "-") {
-        std::cout << file_text(text);
-        return;
-    }
-    bool saved;
-    if (is_stream(file)) {
-        std::ofstream stream(file, std::ios::binary);
-        stream << file_text(text);
-        stream.close();
-        saved = !stream.fail();
-    } else {
-        kv::platform::clear_failure();
-        env_write_file(file.c_str(), env);
-        saved = holds(file, text);
-    }
-    if (!saved) {
-        throw Failure{kFile, file + ": could not be saved: " + save_failure_reason(file)};
-    }
+    save_file(file, file_text(text));
 }
 
 }  // namespace kvtool

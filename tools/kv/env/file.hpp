@@ -19,10 +19,11 @@ Tree new_tree(int32_t id = 0, ENV *default_env = nullptr);
 
 enum class LoadResult { done, missing, unreadable, syntax };
 
-/// Reads a file into `env`. If that fails, `problem` tells the user why, beginning with the file's name.
+/// Reads a file, or standard input, into `env`. If that fails, `problem` tells the user why, beginning with
+/// the file's name; if not, it tells what of the file is not read, and is empty for a sound one.
 LoadResult try_load(const std::string &file, ENV *env, std::string &problem);
 
-/// Reads a file into `env`; throws Failure (kFile).
+/// The same; throws Failure (kFile), and tells on standard error what is not read.
 void load(const std::string &file, ENV *env);
 
 /// The canonical text with line feeds at the line ends.

@@ -5,7 +5,10 @@
 #include "tools/kv/env/action.hpp"
 #include "tools/kv/env/address.hpp"
 #include "tools/kv/env/file.hpp"
+#include "tools/kv/env/missing.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
+#include "tools/kv/terminal.hpp"
 
 namespace kvtool {
 
@@ -148,14 +151,14 @@ int run_get(std::string_view, const Arguments &arguments) {
                              arguments.has("--any-depth") ? 0 : 1, arguments.has("--origin")};
     std::vector<std::string> values;
     const int32_t id = type->get(request, values);
-    const std::string where = chain.file(0) + ": " + describe(request.section, request.path);
+    const std::string where = input_name(chain.file(0)) + ": " + describe(request.section, request.path);
     if (id == ENV_DATA) throw Failure{kNotFound, where + " is a block, not " + std::string(type->words)};
     if (id == ENV_SYNTAX) throw Failure{kNotFound, where + " is not " + std::string(type->words)};
-    if (id == ENV_NOT_FOUND) throw Failure{kNotFound, where + " not found"};
+    if (id == ENV_NOT_FOUND) fail_missing(chain.file(0), chain.env(), request.section, request.path);
     if (id < 0) throw std::bad_alloc();
     for (const std::string &value : values) {
         if (request.origin) std::cout << chain.file(id) << '\t';
-        std::cout << value << '\n';
+        std::cout << for_terminal(value) << '\n';
     }
     return kDone;
 }

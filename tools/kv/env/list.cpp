@@ -4,7 +4,11 @@
 #include "tools/kv/env/action.hpp"
 #include "tools/kv/env/address.hpp"
 #include "tools/kv/env/file.hpp"
+#include "tools/kv/env/missing.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
+#include "tools/kv/json.hpp"
+#include "tools/kv/terminal.hpp"
 
 namespace kvtool {
 
@@ -17,10 +21,11 @@ class AddressedBlock {
         : exact_(arguments.has("--any-depth") ? 0 : 1),
           section_(operand(arguments, 1)),
           path_(operand(arguments, 2)),
-          where_(arguments.operands()[0] + ": " + describe(section_, path_)),
+          file_(arguments.operands()[0]),
+          where_(input_name(file_) + ": " + describe(section_, path_)),
           tree_(new_tree()) {
         if (path_ != nullptr) Path{path_};
-        load(arguments.operands()[0], tree_.get());
+        load(file_, tree_.get());
     }
 
     int32_t exact() const { return exact_; }
@@ -35,12 +40,13 @@ class AddressedBlock {
         if (type == ENV_NOT_FOUND) not_found();
         if (type != ENV_BLOCK) throw Failure{kNotFound, where_ + " is not a block"};
     }
-    [[noreturn]] void not_found() const { throw Failure{kNotFound, where_ + " not found"}; }
+    [[noreturn]] void not_found() const { fail_missing(file_, env(), section_, path_); }
 
   private:
     int32_t exact_;
     const char *section_;
     const char *path_;
+    std::string file_;
     std::string where_;
     Tree tree_;
 };
@@ -48,11 +54,13 @@ class AddressedBlock {
 int run_names(std::string_view, const Arguments &arguments) {
     const AddressedBlock block(arguments);
     block.require();
-    const char *name = "";
-    for (int32_t position = 1; env_get_core(block.env(), block.section(), block.path(), block.exact(),
-                                            position, nullptr, &name, nullptr, nullptr) != ENV_NOT_FOUND;
-         ++position) {
-        std::cout << name << '\n';
+    const std::vector<std::string> names =
+        names_in(block.env(), block.section(), block.path(), block.exact());
+    if (arguments.has("--json")) {
+        JsonArray array(std::cout);
+        for (const std::string &name : names) array.add(json_string(name));
+    } else {
+        for (const std::string &name : names) std::cout << for_terminal(name) << '\n';
     }
     return kDone;
 }
@@ -78,7 +86,7 @@ int run_count(std::string_view command, const Arguments &arguments) {
     return kDone;
 }
 
-constexpr Option kNamesOptions[] = {kAnyDepthOption};
+constexpr Option kNamesOptions[] = {kAnyDepthOption, kJsonOption};
 constexpr Option kCountOptions[] = {
     {"--same-name", "", "count the elements of PATH's last name beside it instead"},
     kAnyDepthOption,

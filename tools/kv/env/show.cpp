@@ -4,52 +4,28 @@
 #include "tools/kv/env/action.hpp"
 #include "tools/kv/env/address.hpp"
 #include "tools/kv/env/file.hpp"
+#include "tools/kv/env/missing.hpp"
 #include "tools/kv/env/walk.hpp"
 #include "tools/kv/failure.hpp"
 #include "tools/kv/json.hpp"
+#include "tools/kv/output.hpp"
+#include "tools/kv/terminal.hpp"
+#include "tools/kv/text.hpp"
 
 namespace kvtool {
 
 namespace {
 
-unsigned byte_of(char c) {
-    return static_cast<unsigned char>(c);
-}
-
-void write_hex(unsigned byte) {
-    constexpr char kDigits[] = "0123456789abcdef";
-    std::cout << kDigits[byte >> 4] << kDigits[byte & 15];
-}
-
-// For people: UTF-8, bytes from 0xA0 on as Latin-1, control characters as \xNN.
-void write_readable(std::string_view text) {
-    for (const char c : text) {
-        const unsigned byte = byte_of(c);
-        if (byte < 0x20 || (byte >= 0x7f && byte < 0xa0)) {
-            std::cout << "\\x";
-            write_hex(byte);
-        } else if (byte >= 0x80) {
-            std::cout << static_cast<char>(0xc0 | (byte >> 6)) << static_cast<char>(0x80 | (byte & 0x3f));
-        } else {
-            std::cout << c;
-        }
-    }
-}
-
 class Drawing : public Visitor {
   public:
     void text(const Item &item, std::string_view value) override {
         begin_line(item.last);
-        write_readable(item.name);
-        std::cout << " = ";
-        write_readable(value);
-        std::cout << '\n';
+        std::cout << readable(item.name) << " = " << readable(value) << '\n';
     }
     void open_block(const Item &item) override {
         begin_line(item.last);
-        if (item.section) std::cout << '[';
-        write_readable(item.name);
-        std::cout << (item.section ? "]\n" : "\n");
+        const std::string name = readable(item.name);
+        std::cout << styled(std::cout, Style::heading, item.section ? '[' + name + ']' : name) << '\n';
         // The block that the drawing starts with has no branch to its left.
         std::string_view branch = item.last ? "    " : "│   ";
         if (depth_ == 0 || depth_ > kDeepest) branch = "";
@@ -70,7 +46,7 @@ class Drawing : public Visitor {
 
     void begin_line(bool last) {
         if (depth_ == 0) return;
-        std::cout << prefix_ << (last ? "└── " : "├── ");
+        std::cout << styled(std::cout, Style::line, prefix_ + (last ? "└── " : "├── "));
         if (depth_ > kDeepest) std::cout << "(depth " << depth_ << ") ";
     }
 
@@ -151,7 +127,7 @@ void write_text(Tree element, const char *section, bool section_itself) {
         Copy copy(Tree(env_open_subenv(part.get(), section, nullptr, 1)));
         walk(std::move(element), section_itself, true, copy);
     }
-    std::cout << file_text(text_of(part.get()));
+    print_bytes(file_text(text_of(part.get())));
 }
 
 int run_show(std::string_view command, const Arguments &arguments) {
@@ -167,10 +143,7 @@ int run_show(std::string_view command, const Arguments &arguments) {
     Tree element;
     if (section != nullptr) {
         element.reset(env_open_subenv(tree.get(), section, path, arguments.has("--any-depth") ? 0 : 1));
-        if (element == nullptr) {
-            throw Failure{kNotFound,
-                          arguments.operands()[0] + ": " + describe(section, path) + " not found"};
-        }
+        if (element == nullptr) fail_missing(arguments.operands()[0], tree.get(), section, path);
     }
     const auto visit = [&](Visitor &visitor) {
         if (element != nullptr) {
@@ -182,7 +155,7 @@ int run_show(std::string_view command, const Arguments &arguments) {
     if (text && element != nullptr) {
         write_text(std::move(element), section, path == nullptr);
     } else if (text) {
-        std::cout << file_text(text_of(tree.get()));
+        print_bytes(file_text(text_of(tree.get())));
     } else if (json) {
         Json document;
         visit(document);
@@ -206,8 +179,9 @@ const Action kEnvShow = {
     "FILE [SECTION [PATH]]",
     "print a file, or a part of it, as a drawing, text or JSON",
     R"(Prints a file, a section, or what PATH leads to. Without an option: a drawing of the tree for
-people, in UTF-8. Bytes from A0 on are taken as Latin-1, and shown as \xNN those that are no
-characters in it. Blocks deeper than 40 levels are not indented further, their depth is told.
+people, in UTF-8. Texts that are UTF-8 are printed as they are, in others bytes from A0 on are taken
+as Latin-1; control characters are shown as \xNN. Blocks deeper than 40 levels are not indented
+further, their depth is told.
 
 --text: the text as a file holds it, bytes as they are, CR LF at the line ends; of a part of the
 file: the section with that part alone.

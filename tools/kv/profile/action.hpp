@@ -9,6 +9,10 @@ namespace kvtool {
 /// What the tables of a command are, "kv profile find" or "kv mat find".
 const TableFamily &family_of(std::string_view command);
 
+/// What a value or an operand of an action can be, as ActionTable::offer says.
+std::vector<std::string> offer_of_tables(const TableFamily &family, std::string_view kind,
+                                         const std::string &word, const Arguments &arguments);
+
 extern const Action kTableList;
 extern const Action kTableGet;
 extern const Action kTableFind;

@@ -137,7 +137,7 @@ int run_find(std::string_view command, const Arguments &arguments) {
 }
 
 constexpr Option kOptions[] = {
-    {"--type", "PATTERN", "of the names: a type, HEB, or with sizes, HEB200, L100x10"},
+    {"--type", "PATTERN", "of the names: a type, HEB, or with sizes, HEB200, L100x10", 't'},
     {"--all-files", "", "search all tables of the directory"},
     {"--sort", "COLUMN", "the smallest value first"},
     {"--limit", "N", "print the first N"},

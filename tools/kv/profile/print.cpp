@@ -1,10 +1,12 @@
 // Entries of tables as text and as JSON.
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <iostream>
 
 #include "tools/kv/json.hpp"
 #include "tools/kv/profile/tables.hpp"
+#include "tools/kv/terminal.hpp"
 
 namespace kvtool {
 
@@ -44,19 +46,22 @@ Row entry_row(const TableEntry &entry, bool several_tables) {
     return row;
 }
 
-void print_aligned(const std::vector<Row> &rows, std::size_t left_columns) {
+// The first rows are headings.
+void print_aligned(const std::vector<Row> &rows, std::size_t left_columns, std::size_t headings) {
     std::vector<std::size_t> widths(rows.front().size());
     for (const Row &row : rows) {
         for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
     }
-    for (const Row &row : rows) {
+    for (std::size_t n = 0; n < rows.size(); ++n) {
+        const Row &row = rows[n];
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) {
             const std::string padding(widths[i] - row[i].size(), ' ');
             if (i > 0) line += "  ";
             line += i < left_columns ? row[i] + padding : padding + row[i];
         }
-        std::cout << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
+        line.resize(line.find_last_not_of(' ') + 1);
+        std::cout << (n < headings ? styled(std::cout, Style::heading, line) : line) << '\n';
     }
 }
 
@@ -67,7 +72,7 @@ void print_entries(const TableFamily &family, const std::vector<TableEntry> &ent
     std::vector<Row> rows = {header_row(columns, several_tables),
                              unit_row(family, columns, units, several_tables)};
     for (const TableEntry &entry : entries) rows.push_back(entry_row(entry, several_tables));
-    print_aligned(rows, several_tables ? 2 : 1);
+    print_aligned(rows, several_tables ? 2 : 1, 2);
 }
 
 void print_side_by_side(const TableFamily &family, const std::vector<TableEntry> &entries,
@@ -81,7 +86,7 @@ void print_side_by_side(const TableFamily &family, const std::vector<TableEntry>
         for (const TableEntry &entry : entries) row.push_back(text_of_value(entry.values[i]));
         rows.push_back(std::move(row));
     }
-    print_aligned(rows, 2);
+    print_aligned(rows, 2, 1);
 }
 
 void print_entries_json(const std::vector<TableEntry> &entries, const std::vector<std::string> &columns) {
@@ -93,7 +98,7 @@ void print_entries_json(const std::vector<TableEntry> &entries, const std::vecto
             const std::optional<double> &value = entry.values[i];
             const std::string text = text_of_value(value);
             std::cout << (i > 0 ? ", " : "") << json_string(columns[i]) << ": "
-                      << (value && text.find_first_of("na") == text.npos ? text : "null");
+                      << (value ? std::isfinite(*value) ? text : json_number(*value) : "null");
         }
         std::cout << "}}";
         separator = ",\n";

@@ -40,6 +40,16 @@ void refuse_empty(std::string_view command, const Arguments &arguments) {
     }
 }
 
+std::vector<std::string> offer_profiles(std::string_view kind, const std::string &word,
+                                        const Arguments &arguments) {
+    return offer_of_tables(kProfiles, kind, word, arguments);
+}
+
+std::vector<std::string> offer_mats(std::string_view kind, const std::string &word,
+                                    const Arguments &arguments) {
+    return offer_of_tables(kMats, kind, word, arguments);
+}
+
 std::string overview_of(const TableFamily &family) {
     return std::string("\nThe tables are the files *") + family.extension +
            " of the directory that --dir names, else the entry\n" + family.setting +
@@ -65,14 +75,15 @@ const ActionTable &profile_table() {
         kProfiles.command, "look into tables of profiles, and draw cross-sections",
         kProfileActions,   kOptions,
         overview,          "",
-        refuse_empty};
+        refuse_empty,      offer_profiles};
     return table;
 }
 
 const ActionTable &mat_table() {
     static const std::string overview = overview_of(kMats);
     static const ActionTable table{
-        kMats.command, "look into tables of mats", kMatActions, kOptions, overview, "", refuse_empty};
+        kMats.command, "look into tables of mats", kMatActions, kOptions, overview, "", refuse_empty,
+        offer_mats};
     return table;
 }
 

@@ -13,6 +13,7 @@
 
 #include "tools/kv/failure.hpp"
 #include "tools/kv/files.hpp"
+#include "tools/kv/suggestion.hpp"
 
 namespace kvtool {
 
@@ -56,14 +57,6 @@ std::string table_directory(const TableFamily &family, const Arguments &argument
     std::int32_t size = sizeof configured - 1;
     if (ini_read_string(nullptr, "System", family.setting, configured, &size) != INI_OK) return ".";
     return configured[0] != '\0' ? configured : ".";
-}
-
-bool can_be_listed(const std::string &directory) {
-    FIO_DIRENTRY *records = nullptr;
-    std::int32_t count = 0;
-    const bool listed = fio_listdir(directory.c_str(), "*", 0, &records, &count) == 0;
-    heap_free(records);
-    return listed;
 }
 
 std::vector<std::string> list_tables(const TableFamily &family, const std::string &directory) {
@@ -241,13 +234,15 @@ std::vector<TableFile> open_tables(const TableFamily &family, const Arguments &a
     }
     for (const std::string &name : list_tables(family, directory)) {
         std::optional<TableFile> table = TableFile::open(family, joined(directory, name));
-        if (table) tables.push_back(std::move(*table));
+        if (table) {
+            tables.push_back(std::move(*table));
+        } else {
+            Input{joined(directory, name)};  // one that cannot be read fails; others are no tables
+        }
     }
     if (!tables.empty()) return tables;
-    const bool listed = can_be_listed(directory);
-    throw Failure{kFile, command +
-                             (listed ? ": there are no tables of " + std::string(family.what) + " in '"
-                                     : ": there is no directory '") +
+    require_directory(command, directory);
+    throw Failure{kFile, command + ": there are no tables of " + std::string(family.what) + " in '" +
                              directory + "'; name one with --dir"};
 }
 
@@ -263,21 +258,29 @@ TableEntry get_entry(std::string_view command, std::vector<TableFile> &tables, c
             fail_usage(command, "'" + name + "' has no size, and is no name of an entry");
         }
     }
-    throw Failure{kNotFound, std::string(command) + ": no entry '" + name + "'"};
+    std::vector<std::string> names;
+    for (TableFile &table : tables) {
+        table.select({}, Units::table);
+        while (const std::optional<TableEntry> entry = table.next()) names.push_back(entry->name);
+    }
+    throw Failure{kNotFound, std::string(command) + ": no entry '" + name + "'" + suggestion(name, names)};
 }
 
 void require_column(const TableFamily &family, const std::vector<TableFile> &tables,
                     const std::string &column) {
-    std::string known;
+    std::vector<std::string> known;
     for (const TableFile &table : tables) {
         if (table.has_column(column)) return;
         for (const std::string &other : table.columns()) {
-            if ((known + ",").find(" " + other + ",") == known.npos)
-                known += (known.empty() ? " " : ", ") + other;
+            if (std::find(known.begin(), known.end(), other) == known.end()) known.push_back(other);
         }
     }
-    throw Failure{kNotFound, std::string(family.command) + ": there is no column '" + column +
-                                 "'; the columns are" + known};
+    std::string hint = suggestion(column, known);
+    if (hint.empty()) {
+        hint = "; the columns are";
+        for (const std::string &other : known) hint.append(&other == known.data() ? " " : ", ") += other;
+    }
+    throw Failure{kNotFound, std::string(family.command) + ": there is no column '" + column + "'" + hint};
 }
 
 std::vector<std::string> chosen_columns(const TableFamily &family, const Arguments &arguments,

@@ -1,9 +1,10 @@
 // `kv record dump`: the values of a record file, a record a line.
+#include <algorithm>
+#include <bit>
 #include <charconv>
+#include <cstring>
 #include <iostream>
-#include <memory>
-
-#include "kv/fio.h"
+#include <type_traits>
 
 #include "tools/kv/failure.hpp"
 #include "tools/kv/files.hpp"
@@ -11,143 +12,127 @@
 #include "tools/kv/quoting.hpp"
 #include "tools/kv/record/action.hpp"
 #include "tools/kv/record/format.hpp"
+#include "tools/kv/terminal.hpp"
 
 namespace kvtool {
 
 namespace {
 
-struct CloseFio {
-    void operator()(FIO *handle) const { fio_close(handle); }
+constexpr std::size_t kHeaderSize = 16;
+
+// The values of a file in the order that it has them; the library reads the same.
+class Records {
+  public:
+    Records(const std::string &file, bool header, const std::vector<Field> &format)
+        : input_(file, true), format_(format) {
+        if (header) read_header();
+        std::size_t size = 0;
+        for (const Field &field : format_) size += field.width;
+        record_.resize(size);
+    }
+
+    /// Reads the next record; false at the end. Throws Failure (kFile) at one that is cut off.
+    bool next() {
+        const std::size_t count = input_.read_whole(record_.data(), record_.size());
+        if (count == 0) return false;
+        ++number_;
+        if (count == record_.size()) return true;
+        throw Failure{kFile, input_.name() + ": record " + std::to_string(number_) + " is cut off"};
+    }
+    /// The record as a line of text, or an array of JSON.
+    std::string text(bool json) const {
+        std::string line;
+        const char *bytes = record_.data();
+        for (const Field &field : format_) {
+            if (!line.empty()) line += json ? ", " : "\t";
+            line += value_text(field, bytes, json);
+            bytes += field.width;
+        }
+        return json ? '[' + line + ']' : line;
+    }
+
+  private:
+    void read_header();
+    template <typename Number>
+    Number number(const char *bytes) const {
+        char stored[sizeof(Number)];
+        const bool reversed = big_endian_ != (std::endian::native == std::endian::big);
+        reversed ? std::reverse_copy(bytes, bytes + sizeof stored, stored)
+                 : std::copy(bytes, bytes + sizeof stored, stored);
+        Number value;
+        std::memcpy(&value, stored, sizeof value);
+        return value;
+    }
+    std::string value_text(const Field &field, const char *bytes, bool json) const;
+
+    Input input_;
+    const std::vector<Field> &format_;
+    std::string record_;
+    std::size_t number_ = 0;
+    bool big_endian_ = false;
 };
-using Handle = std::unique_ptr<FIO, CloseFio>;
 
-constexpr int32_t kHeaderSize = 16;
-
-Handle open(const std::string &file, uint32_t flags) {
-    Handle handle(fio_open(nullptr, file.c_str(), flags));
-    if (handle == nullptr) throw Failure{kFile, why_unreadable(file).text};
-    return handle;
-}
-
-// The library refuses floats and shorts of big-endian files one by one; here the whole file is.
-void check_order(FIO *handle, const std::string &file, const std::vector<Field> &format) {
-    char order[9] = "";
-    fio_seek(handle, kHeaderSize / 2, 0);
-    fio_fread(order, 1, 8, handle);
-    if (std::string_view(order) != "MOTOROLA") return;
-    for (const Field &field : format) {
+// The library takes what has one of two marks in its first half for a header.
+void Records::read_header() {
+    char header[kHeaderSize];
+    const std::size_t count = input_.read_whole(header, sizeof header);
+    const std::string_view all(header, count);
+    std::string_view mark = all.substr(0, kHeaderSize / 2);
+    mark = mark.substr(0, mark.find('\0'));
+    if (mark.find("@kv") == mark.npos && mark.find("1.1") == mark.npos) {
+        throw Failure{kFile,
+                      input_.name() + ": has no header; --no-header reads its values as little-endian"};
+    }
+    if (count < sizeof header) throw Failure{kFile, input_.name() + ": the header is cut off"};
+    big_endian_ = all.substr(kHeaderSize / 2) == "MOTOROLA";
+    if (!big_endian_) return;
+    // The library refuses floats and shorts of such files one by one; here the whole file is.
+    for (const Field &field : format_) {
         if (field.kind == Field::Kind::single || field.kind == Field::Kind::small) {
-            throw Failure{kFile, file + ": is big-endian; fields f and h cannot be read from such files"};
+            throw Failure{kFile,
+                          input_.name() + ": is big-endian; fields f and h cannot be read from such files"};
         }
     }
 }
 
-Handle open_with_header(const std::string &file, const std::vector<Field> &format) {
-    Handle handle = open(file, FIO_READ | FIO_HEADER);
-    const int32_t position = fio_tell(handle.get());
-    if (position <= 0) {
-        throw Failure{kFile, file + ": has no header; --no-header reads its values as little-endian"};
-    }
-    if (position < kHeaderSize) throw Failure{kFile, file + ": the header is cut off"};
-    check_order(handle.get(), file, format);
-    return handle;
-}
-
 template <typename Number>
-std::string text_of(Number value) {
+std::string number_text(Number value, bool json) {
+    if constexpr (std::is_floating_point_v<Number>) {
+        if (json) return json_number(value);
+    }
     char text[32];
     return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
-// A number of JSON is finite.
-template <typename Number>
-std::string number_text(Number value, bool json) {
-    std::string text = text_of(value);
-    const bool finite = text.find_first_of("in") == text.npos;
-    return json && !finite ? '"' + text + '"' : text;
-}
-
-template <typename Number>
-bool read_number(FIO *handle, int32_t (*get)(FIO *, Number *), bool json, std::string &text) {
-    Number value{};
-    if (get(handle, &value) != 0) return false;
-    if constexpr (std::is_floating_point_v<Number>) {
-        text = number_text(value, json);
-    } else {
-        text = text_of(value);
-    }
-    return true;
-}
-
-bool read_text(FIO *handle, const Field &field, bool json, std::string &text) {
-    std::string value(field.width, '\0');
-    const auto width = static_cast<uint32_t>(field.width);
-    if (fio_fread(value.data(), 1, width, handle) != width) return false;
-    // The blanks that fill a field are not its text's.
-    if (field.kind == Field::Kind::text) value.resize(value.find_last_not_of(' ') + 1);
-    text = json ? json_string(value) : quote(value);
-    return true;
-}
-
-bool read_field(FIO *handle, const Field &field, bool json, std::string &text) {
+std::string Records::value_text(const Field &field, const char *bytes, bool json) const {
     switch (field.kind) {
         case Field::Kind::real:
-            return read_number(handle, fio_getdouble, json, text);
+            return number_text(number<double>(bytes), json);
         case Field::Kind::whole:
-            return read_number(handle, fio_getlong, json, text);
+            return number_text(number<std::int32_t>(bytes), json);
         case Field::Kind::single:
-            return read_number(handle, fio_getfloat, json, text);
+            return number_text(number<float>(bytes), json);
         case Field::Kind::small:
-            return read_number(handle, fio_getshort, json, text);
+            return number_text(number<std::int16_t>(bytes), json);
         default:
-            return read_text(handle, field, json, text);
+            break;
     }
-}
-
-bool at_end(FIO *handle) {
-    std::FILE *stream = fio_fp(handle);
-    const int c = std::getc(stream);
-    if (c != EOF) std::ungetc(c, stream);
-    return c == EOF;
-}
-
-// False if the record ends too early.
-bool read_record(FIO *handle, const std::vector<Field> &format, bool json, std::string &line) {
-    line.clear();
-    for (const Field &field : format) {
-        std::string text;
-        if (!read_field(handle, field, json, text)) return false;
-        if (!line.empty()) line += json ? ", " : "\t";
-        line += text;
-    }
-    return true;
+    std::string_view text(bytes, field.width);
+    // The blanks that fill a field are not its text's.
+    if (field.kind == Field::Kind::text) text = text.substr(0, text.find_last_not_of(' ') + 1);
+    return json ? json_string(text) : for_terminal(quote(text));
 }
 
 int run_dump(std::string_view command, const Arguments &arguments) {
-    const std::string &file = arguments.operands()[0];
     const std::vector<Field> format = parse_format(command, arguments.operands()[1]);
-    const bool json = arguments.has("--json");
-    require_path(file);
-    const Handle handle =
-        arguments.has("--no-header") ? open(file, FIO_READ) : open_with_header(file, format);
-
-    std::size_t count = 0;
-    bool whole = true;
-    std::string line;
-    if (json) std::cout << '[';
-    while (whole && !at_end(handle.get())) {
-        whole = read_record(handle.get(), format, json, line);
-        if (!whole) break;
-        ++count;
-        if (json) {
-            std::cout << (count > 1 ? ",\n[" : "\n[") << line << ']';
-        } else {
-            std::cout << line << '\n';
-        }
+    if (!is_standard(arguments.operands()[0])) require_path(arguments.operands()[0]);
+    Records records(arguments.operands()[0], !arguments.has("--no-header"), format);
+    if (arguments.has("--json")) {
+        JsonArray array(std::cout);
+        while (records.next()) array.add(records.text(true));
+        return kDone;
     }
-    if (json) std::cout << "\n]\n";
-    if (std::ferror(fio_fp(handle.get())) != 0) throw Failure{kFile, file + ": cannot be read"};
-    if (!whole) throw Failure{kFile, file + ": record " + std::to_string(count + 1) + " is cut off"};
+    while (records.next()) std::cout << records.text(false) << '\n';
     return kDone;
 }
 
@@ -164,8 +149,9 @@ const Action kRecordDump = {
     "print the values of a file",
     R"(Prints the values, a record a line, with tabs between them. Texts are in double quotes, without the
 blanks that fill their fields; \" \\ \n \r \t and \xHH stand for characters that cannot stand there
-themselves. 'kv record write' reads such lines. In JSON a byte outside of ASCII is \u00 and its two
-digits, and numbers that are not finite are strings ("inf", "nan").
+themselves. 'kv record write' reads such lines. In JSON, an array of records, each an array of its
+values, a byte outside of ASCII is \u00 and its two digits, and numbers that are not finite are
+strings ("inf", "nan").
 
 A record that is cut off at the end of the file gives exit code 3, after the records before it.
 )",

@@ -3,12 +3,11 @@
 #include <bit>
 #include <charconv>
 #include <cstring>
-#include <iostream>
 #include <limits>
 
-#include "platform/platform.hpp"
 #include "tools/kv/failure.hpp"
 #include "tools/kv/files.hpp"
+#include "tools/kv/output.hpp"
 #include "tools/kv/quoting.hpp"
 #include "tools/kv/record/action.hpp"
 #include "tools/kv/record/format.hpp"
@@ -77,15 +76,14 @@ void append_record(std::string &bytes, const Place &place, std::span<const std::
 }
 
 void read_lines(std::string &bytes, const std::vector<Field> &format) {
+    Input input("-");
     std::string line;
-    for (std::size_t number = 1; std::getline(std::cin, line); ++number) {
+    for (std::size_t number = 1; input.line(line); ++number) {
         const Place place = "line " + std::to_string(number);
-        if (!line.empty() && line.back() == '\r') line.pop_back();
         const auto words = split_words(line);
         if (!words) fail(place, "a quoted text is not closed, or has something right behind it");
         if (!words->empty()) append_record(bytes, place, *words, format);
     }
-    if (std::cin.bad()) throw Failure{kFile, "standard input cannot be read"};
 }
 
 void read_operands(std::string &bytes, std::span<const std::string> values,
@@ -97,28 +95,17 @@ void read_operands(std::string &bytes, std::span<const std::string> values,
     }
 }
 
-// The file holds its old content or all of the new one.
-void save(const std::string &file, const std::string &bytes, bool header) {
-    kv::platform::clear_failure();
-    kv::platform::ReplacementFile replacement;
-    const bool saved = replacement.open(file.c_str()) &&
-                       (!header || replacement.write(kHeader.data(), kHeader.size())) &&
-                       replacement.write(bytes.data(), bytes.size()) && replacement.commit();
-    if (saved) return;
-    throw Failure{kFile, file + ": could not be saved: " + save_failure_reason(file)};
-}
-
 int run_write(std::string_view command, const Arguments &arguments) {
     const std::vector<std::string> &operands = arguments.operands();
     const std::vector<Field> format = parse_format(command, operands[1]);
-    require_path(operands[0]);
-    std::string bytes;
+    if (!is_standard(operands[0])) require_path(operands[0]);
+    std::string bytes(arguments.has("--no-header") ? "" : kHeader);
     if (operands.size() > 2) {
         read_operands(bytes, std::span(operands).subspan(2), format);
     } else {
         read_lines(bytes, format);
     }
-    save(operands[0], bytes, !arguments.has("--no-header"));
+    save_file(operands[0], bytes);
     return kDone;
 }
 
