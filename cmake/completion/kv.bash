@@ -26,16 +26,16 @@ _kv() {
         @files) compopt -o filenames 2>/dev/null; mapfile -t COMPREPLY < <(compgen -f -- "${word#--*=}"); return ;;
         @directories) compopt -o filenames 2>/dev/null; mapfile -t COMPREPLY < <(compgen -d -- "${word#--*=}"); return ;;
     esac
-    # Readline replaces what stands behind the last of its breaks only.
+    # Readline replaces what stands behind the last of its breaks only, but from an @ on.
     local breaks=${COMP_WORDBREAKS//[\"\' $'\t\n'><|&;(]/} keep=
     [[ -n $quote || $word != *[$breaks]* ]] || keep=${word%"${word##*[$breaks]}"}
+    keep=${keep%@}
     COMPREPLY=()
     for offer in "${offers[@]}"; do
         offer=${offer%%$'\t'*}
         offer=${offer#"$keep"}
         [[ -n $quote ]] || printf -v offer %q "$offer"
         COMPREPLY+=("$offer")
-        [[ ${offers[*]} != *@ || $offer != *@ ]] || compopt -o nospace 2>/dev/null
     done
 }
 

@@ -48,5 +48,6 @@ complete_words() {
 }
 [[ $(complete_words "env s") == "show set" ]]
 [[ $(complete_words "env get --de") == "--default --delimiter" ]]
+! command -v mandoc >/dev/null || [[ -z $(mandoc -Tlint "$page") ]]
 ! command -v man >/dev/null || [[ -z $(man --warnings -l "$page" 2>&1 >/dev/null) ]]
 echo "kv $version is found and works where it was moved to"

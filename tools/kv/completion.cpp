@@ -5,6 +5,7 @@
 
 #include "tools/kv/command_line.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
 
 namespace kvtool {
 
@@ -70,6 +71,18 @@ void offer_value(const Offers &offers, const Option &option, const CommandLine &
     if (option.choices.empty()) offer_kind(offers, option.value, line);
 }
 
+// A file may stand before the operands of an action that has --file.
+void offer_operand_of(const Offers &offers, const CommandLine &line) {
+    std::vector<std::string> kinds = operand_names(line.action->operands);
+    if (kinds.size() > 1 && line.action->operands.find("[FILE]") != std::string_view::npos) {
+        if (line.operands.empty() && !line.has("--file")) offer_kind(offers, kinds[0], line);
+        if (line.operands.empty() || line.has("--file") || !is_file(line.operands[0]))
+            kinds.erase(kinds.begin());
+    }
+    const std::size_t place = std::min(line.operands.size(), kinds.size() - 1);
+    if (!kinds.empty()) offer_kind(offers, kinds[place], line);
+}
+
 void offer_operand(const Offers &offers, const CommandLine &line) {
     if (line.names.empty()) {
         offer_subcommands(offers);
@@ -81,9 +94,7 @@ void offer_operand(const Offers &offers, const CommandLine &line) {
     } else if (line.table != nullptr && line.action == nullptr) {
         if (line.names.size() == 1) offer_actions(offers, *line.table);
     } else if (line.action != nullptr && line.operands.size() < line.action->most) {
-        const std::vector<std::string> kinds = operand_names(line.action->operands);
-        if (!kinds.empty())
-            offer_kind(offers, kinds[std::min(line.operands.size(), kinds.size() - 1)], line);
+        offer_operand_of(offers, line);
     }
 }
 
