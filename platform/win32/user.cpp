@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include "platform/platform.hpp"
+#include "platform/win32/handle.hpp"
 
 namespace kv::platform {
 
