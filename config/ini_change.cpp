@@ -6,7 +6,6 @@
 
 #include "config/ini_file.hpp"
 #include "config/ini_rewrite.hpp"
-#include "config/whole_file.hpp"
 
 namespace kv::config {
 
@@ -28,11 +27,12 @@ Outcome change(const char *path, const INI_EDIT &edit) {
     try {
         // A file in use is one that cannot be written; deleting has no other status for it.
         std::int32_t status = deletes ? INI_FAILED : INI_OK;
-        const std::int32_t saved = change_file(path, writes ? Old::may_be_missing : Old::needed,
-                                               [&](memory::String &bytes, memory::String &changed) {
-                                                   status = rewrite(edit, bytes, changed);
-                                                   return true;
-                                               });
+        const std::int32_t saved = status_of(
+            platform::change_file(path, writes ? platform::Old::may_be_missing : platform::Old::needed,
+                                  [&](memory::String &bytes, memory::String &changed) {
+                                      status = rewrite(edit, bytes, changed);
+                                      return true;
+                                  }));
         if (saved == INI_FAILED) return {INI_FAILED};
         return {status, saved};
     } catch (const std::bad_alloc &) {
@@ -52,17 +52,17 @@ std::int32_t change_all(const char *path, std::span<const INI_EDIT> edits, std::
     reached = 0;
     const bool writes = !edits.empty() && edits[0].operation == INI_EDIT_WRITE;
     std::int32_t status = INI_OK;
-    const std::int32_t saved =
-        change_file(path, writes ? Old::may_be_missing : Old::needed,
-                    [&](memory::String &bytes, memory::String &changed) {
-                        changed.swap(bytes);
-                        for (reached = 0; reached < edits.size(); ++reached) {
-                            bytes.swap(changed);
-                            status = rewrite(edits[reached], bytes, changed, LongLines::kept);
-                            if (status != INI_OK) return false;
-                        }
-                        return !edits.empty();
-                    });
+    const std::int32_t saved = status_of(
+        platform::change_file(path, writes ? platform::Old::may_be_missing : platform::Old::needed,
+                              [&](memory::String &bytes, memory::String &changed) {
+                                  changed.swap(bytes);
+                                  for (reached = 0; reached < edits.size(); ++reached) {
+                                      bytes.swap(changed);
+                                      status = rewrite(edits[reached], bytes, changed, LongLines::kept);
+                                      if (status != INI_OK) return false;
+                                  }
+                                  return !edits.empty();
+                              }));
     if (saved == INI_NOT_WRITABLE) reached = edits.size();  // also of a file in use
     return status == INI_OK ? saved : status;
 }

@@ -5,6 +5,7 @@
 
 #include "kv/ini.h"
 
+#include "platform/file_change.hpp"
 #include "platform/text_lines.hpp"
 
 namespace kv::config {
@@ -23,6 +24,22 @@ class Located {
     const char *path_ = nullptr;
     char main_file_[256];
 };
+
+/// The status that tells how saving went.
+inline std::int32_t status_of(platform::Saved saved) {
+    switch (saved) {
+        case platform::Saved::done:
+            return INI_OK;
+        case platform::Saved::not_writable:
+            return INI_NOT_WRITABLE;
+        case platform::Saved::failed:
+            return INI_WRITE_FAILED;
+        case platform::Saved::unreadable:
+        case platform::Saved::exhausted:
+            break;
+    }
+    return INI_FAILED;
+}
 
 /// Calls `function` with the lines of the file and gives its status; INI_FAILED if the file cannot be
 /// read so far.

@@ -7,7 +7,7 @@
 #include "kv/strings.h"
 
 #include "config/mini_cache.hpp"
-#include "config/whole_file.hpp"
+#include "platform/file_change.hpp"
 #include "platform/platform.hpp"
 
 namespace kv::mini {
@@ -76,14 +76,14 @@ memory::Owned<MINI> open(const char *dir, const char *name, std::int32_t flags) 
 bool update(MINI &cache) {
     const Path path(cache);
     const bool rewrites = (cache.flags & MINI_REWRITE) != 0;
-    const std::int32_t saved =
-        config::change_file(path.text(), rewrites ? config::Old::unread : config::Old::may_be_missing,
-                            [&](const memory::String &old, memory::String &text) {
-                                if (!rewrites) load_created(old, cache.sections);
-                                text = rewrites ? rewritten(cache.sections) : merged(old, cache.sections);
-                                return true;
-                            });
-    if (saved != INI_OK) return false;
+    const platform::Saved saved =
+        platform::change_file(path.text(), rewrites ? platform::Old::unread : platform::Old::may_be_missing,
+                              [&](const memory::String &old, memory::String &text) {
+                                  if (!rewrites) load_created(old, cache.sections);
+                                  text = rewrites ? rewritten(cache.sections) : merged(old, cache.sections);
+                                  return true;
+                              });
+    if (saved != platform::Saved::done) return false;
     mark_saved(cache.sections);
     return true;
 }
