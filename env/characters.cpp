@@ -8,6 +8,13 @@ constinit const std::array<bool, 256> Characters::kStops = [] {
     return stops;
 }();
 
+// Whether the carriage return that the source has just given is no part of the text.
+bool Characters::skips_carriage_return() const {
+    if (source_.skipped != CarriageReturns::before_line_feed)
+        return source_.skipped == CarriageReturns::all;
+    return source_.position != source_.end && *source_.position == '\n';
+}
+
 int Characters::source_character() {
     for (;;) {
         if (source_.position == source_.end && (ended_ || !source_.refill())) {
@@ -15,15 +22,18 @@ int Characters::source_character() {
             return kEnd;
         }
         const char c = *source_.position++;
-        if (c != '\r' || !source_.skips_carriage_returns) return static_cast<unsigned char>(c);
+        if (c != '\r' || !skips_carriage_return()) return static_cast<unsigned char>(c);
     }
 }
 
 // The next character of the text without comments. The place moves on with it.
 int Characters::raw() {
-    if (at_line_start_ && !(line_ == 1 && column_ == 0)) {
-        ++line_;
-        column_ = 0;
+    if (at_line_start_) {
+        if (line_ != 1 || column_ != 0) {
+            ++line_;
+            column_ = 0;
+        }
+        line_start_ = source_.position;
     }
     if (!ended_) ++column_;  // the end of the text stays in its place however often it is read
     int c = source_character();
@@ -49,9 +59,12 @@ int Characters::next_slowly() {
         queued_place_.line = 0;
         if (c != '\\') return c;
         const Place place{line_, column_};
+        const std::uint32_t offset = last_offset();
         const int kept = after_backslash();
         if (kept == kNone) continue;
         queued_place_ = place;
+        queued_offset_ = offset;
+        queued_last_offset_ = last_offset();
         return kept;
     }
 }
@@ -85,6 +98,7 @@ int Characters::after_backslash() {
 
 int Characters::queued() {
     ++queued_place_.column;
+    ++queued_offset_;
     if (queued_backslashes_ > 0) {
         --queued_backslashes_;
         return '\\';
@@ -94,6 +108,7 @@ int Characters::queued() {
         return ' ';
     }
     const int c = queued_last_;
+    queued_offset_ = queued_last_offset_;
     queued_last_ = kNone;
     return c;
 }

@@ -37,14 +37,19 @@ void copy_text(char *destination, std::string_view text) {
 }
 
 // An element that is an external holding null, with room for a text of `room` bytes.
-ElementPointer make_element(std::string_view name, std::size_t room) {
-    const std::size_t size = sizeof(Element) + name.size() + 1 + room;
+ElementPointer make_element(std::string_view name, std::size_t room, std::uint32_t span = kNoSpan) {
+    const std::size_t text_end = sizeof(Element) + name.size() + 1 + room;
+    const std::size_t size = text_end + (span != kNoSpan ? sizeof span : 0);
     if (size > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
     void *block = heap_malloc(static_cast<std::uint32_t>(size));
     if (block == nullptr) throw std::bad_alloc();
     auto *element = ::new (block) Element{};
     element->type = ENV_TYPE_EXTERNAL;
-    element->room = static_cast<std::uint16_t>(room);
+    element->room = static_cast<std::uint16_t>(room & 0x3FFF);
+    if (span != kNoSpan) {
+        element->has_span = 1;
+        std::memcpy(reinterpret_cast<char *>(element) + text_end, &span, sizeof span);
+    }
     element->name_length = static_cast<std::uint8_t>(std::min(name.size(), Element::kLongName));
     copy_text(element->name(), name);
     return ElementPointer(element);
@@ -64,6 +69,12 @@ void free_content(Element &element) {
 
 bool Element::is_named_at_length(std::string_view wanted) const {
     return std::strncmp(name(), wanted.data(), wanted.size()) == 0 && name()[wanted.size()] == '\0';
+}
+
+std::uint32_t Element::span() const {
+    std::uint32_t number;
+    std::memcpy(&number, name() + name_view().size() + 1 + room, sizeof number);
+    return number;
 }
 
 std::int32_t Element::status() const {
@@ -112,10 +123,12 @@ void clear_list(List &list) {
     list.first = list.last = nullptr;
 }
 
-ElementPointer make_data(std::string_view name, std::string_view text) {
-    ElementPointer element = make_element(name, text.size() < kLongestTextInside ? text.size() + 1 : 0);
+ElementPointer make_data(std::string_view name, std::string_view text, std::uint32_t span) {
+    ElementPointer element =
+        make_element(name, text.size() < kLongestTextInside ? text.size() + 1 : 0, span);
     if (element->room == 0) {
         set_text(*element, text);
+        element->changed = 0;
         return element;
     }
     element->type = ENV_TYPE_DATA;
@@ -124,8 +137,8 @@ ElementPointer make_data(std::string_view name, std::string_view text) {
     return element;
 }
 
-ElementPointer make_block(std::string_view name) {
-    ElementPointer element = make_element(name, 0);
+ElementPointer make_block(std::string_view name, std::uint32_t span) {
+    ElementPointer element = make_element(name, 0, span);
     element->type = ENV_TYPE_BLOCK;
     return element;
 }
@@ -145,9 +158,14 @@ bool make_list(Element &block) {
 }
 
 void set_text(Element &element, std::string_view text) {
-    if (element.type == ENV_TYPE_DATA && text.size() <= std::strlen(element.text)) {
-        copy_text(element.text, text);
-        return;
+    if (element.type == ENV_TYPE_DATA) {
+        const std::size_t length = std::strlen(element.text);
+        if (element.has_span != 0 && text == std::string_view(element.text, length)) return;
+        element.changed = 1;
+        if (text.size() <= length) {
+            copy_text(element.text, text);
+            return;
+        }
     }
     char *buffer = text.size() < element.room ? room_of(element) : allocate_text(text.size() + 1);
     copy_text(buffer, text);
@@ -155,6 +173,7 @@ void set_text(Element &element, std::string_view text) {
     // A text that was inside and grows within its room stays where it is.
     if (element.type != ENV_TYPE_DATA || element.text != buffer) free_content(element);
     element.type = ENV_TYPE_DATA;
+    element.changed = 1;
     element.text = buffer;
 }
 

@@ -42,8 +42,10 @@ struct Element {
         List *children;  // ENV_TYPE_BLOCK: null until the block receives a child
         void *external;  // ENV_TYPE_EXTERNAL: the application's
     };
-    std::uint32_t pins;  // sub-environments open on it: it must not be freed
-    std::uint16_t room;  // bytes for a text behind the name
+    std::uint32_t pins;          // reasons not to free it: sub-environments open on it
+    std::uint16_t room : 14;     // bytes for a text behind the name
+    std::uint16_t has_span : 1;  // the number of its span is behind that room, see spans.hpp
+    std::uint16_t changed : 1;   // the text is no longer that of the span
     std::uint8_t type;
     std::uint8_t name_length;  // kLongName: or more
 
@@ -58,6 +60,8 @@ struct Element {
     }
     bool is_named_at_length(std::string_view wanted) const;
     bool is_section() const { return parent->owner == nullptr; }
+    /// The number of its span, if it has one.
+    std::uint32_t span() const;
     /// The list of a block that has one; null for everything else.
     List *list() const { return type == ENV_TYPE_BLOCK ? children : nullptr; }
     /// ENV_DATA, ENV_BLOCK or ENV_EXTERNAL.
@@ -82,9 +86,12 @@ using ElementPointer = std::unique_ptr<Element, FreeElement>;
 /// Frees every element of a list and its index; the list is empty then.
 void clear_list(List &list);
 
+/// The number of no span.
+inline constexpr std::uint32_t kNoSpan = 0xFFFFFFFF;
+
 // New elements; each throws std::bad_alloc when the heap is exhausted.
-ElementPointer make_data(std::string_view name, std::string_view text);
-ElementPointer make_block(std::string_view name);
+ElementPointer make_data(std::string_view name, std::string_view text, std::uint32_t span = kNoSpan);
+ElementPointer make_block(std::string_view name, std::uint32_t span = kNoSpan);
 ElementPointer make_external(std::string_view name, void *external);
 /// Gives a block without a list an empty one. False when the heap is exhausted.
 bool make_list(Element &block);

@@ -28,7 +28,22 @@ void LineWriter::write(int level, std::initializer_list<std::string_view> pieces
     const bool plain = std::all_of(pieces.begin(), pieces.end(), [](std::string_view piece) {
         return piece.find('\\') == piece.npos && piece.find('\n') == piece.npos;
     });
-    plain ? write_broken(level, pieces) : write_carefully(level, pieces);
+    if (plain) {
+        write_broken(level, pieces);
+        return;
+    }
+    indent(level);
+    write_behind(static_cast<std::size_t>(level) - 1, pieces);
+}
+
+void LineWriter::write_behind(std::size_t column, std::initializer_list<std::string_view> pieces) {
+    write_carefully(column, pieces);
+    end_line();
+}
+
+bool LineWriter::write_unended(std::size_t column, std::string_view text) {
+    write_carefully(column, {text});
+    return protect_line_end();
 }
 
 // Writes the line if it needs neither a break nor care with backslashes; most lines do not.
@@ -80,11 +95,10 @@ void LineWriter::write_broken(int level, std::initializer_list<std::string_view>
     sink_.put_line(line, length);
 }
 
-void LineWriter::write_carefully(int level, std::initializer_list<std::string_view> pieces) {
-    indent(level);
+void LineWriter::write_carefully(std::size_t column, std::initializer_list<std::string_view> pieces) {
     pending_ = Pending::nothing;
     at_line_start_ = false;
-    std::size_t column = static_cast<std::size_t>(level) % kColumns;
+    column = (column + 1) % kColumns;
     bool break_due = false;
     for (const std::string_view piece : pieces) {
         for (const char c : piece) {
@@ -98,12 +112,11 @@ void LineWriter::write_carefully(int level, std::initializer_list<std::string_vi
             column = column + 1 < kColumns ? column + 1 : 0;
         }
     }
-    close_line();
 }
 
 void LineWriter::put(char c) {
     if (c == '\n') {  // inside a name
-        close_line();
+        end_line();
         at_line_start_ = true;
         return;
     }
@@ -124,17 +137,19 @@ void LineWriter::put(char c) {
     }
 }
 
-// Ends the line so that the reader sees what was written, and a line end. One backslash before it needs a
+// Lets the reader see what was written, and the line end that follows. One backslash before it needs a
 // second. Two of them, or spaces behind them, need a character of their own behind them: a tab, which the
-// reader removes with the blanks at the end of a value.
-void LineWriter::close_line() {
-    if (pending_ == Pending::backslash) {
-        sink_.put("\\", 1);
-    } else if (pending_ != Pending::nothing) {
-        sink_.put("\t", 1);
-    }
-    sink_.put("\n", 1);
+// reader removes with the blanks at the end of a value. False if nothing was needed.
+bool LineWriter::protect_line_end() {
+    if (pending_ == Pending::nothing) return false;
+    sink_.put(pending_ == Pending::backslash ? "\\" : "\t", 1);
     pending_ = Pending::nothing;
+    return true;
+}
+
+void LineWriter::end_line() {
+    protect_line_end();
+    sink_.put("\n", 1);
 }
 
 }  // namespace kv::env

@@ -14,6 +14,10 @@ class LineWriter {
 
     /// Writes one line, made of pieces, behind `level` - 1 spaces.
     void write(int level, std::initializer_list<std::string_view> pieces);
+    /// Writes the rest of a line that holds `column` bytes already.
+    void write_behind(std::size_t column, std::initializer_list<std::string_view> pieces);
+    /// The same without the line end. True if one has to follow, lest the text read as another.
+    bool write_unended(std::size_t column, std::string_view text);
 
   private:
     // What the reader has in hand when it comes to the next character. Behind one or two backslashes, and
@@ -23,9 +27,10 @@ class LineWriter {
     void indent(int level);
     bool write_plain(int level, std::initializer_list<std::string_view> pieces);
     void write_broken(int level, std::initializer_list<std::string_view> pieces);
-    void write_carefully(int level, std::initializer_list<std::string_view> pieces);
+    void write_carefully(std::size_t column, std::initializer_list<std::string_view> pieces);
     void put(char c);
-    void close_line();
+    bool protect_line_end();
+    void end_line();
 
     Sink &sink_;
     Pending pending_ = Pending::nothing;

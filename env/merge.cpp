@@ -1,4 +1,6 @@
 // Merging the data elements of one environment into another.
+#include "env/merge.hpp"
+
 #include <span>
 
 #include "kv/env.h"
@@ -24,7 +26,16 @@ Step step_to(const Element &element, std::int32_t index) {
 // matters.
 class Merge {
   public:
-    Merge(ENV *destination, std::int32_t mode) : destination_(destination), mode_(mode) {}
+    /// With `keeps_texts` a text that would have to become a block is ENV_DATA, but for ENV_SINK_REPLACE.
+    Merge(ENV *destination, std::int32_t mode, bool keeps_texts = false)
+        : destination_(destination), mode_(mode), keeps_texts_(keeps_texts && mode != ENV_SINK_REPLACE) {}
+
+    /// What is merged then are the elements of this block.
+    void enter_block(const char *section, std::span<const Step> steps) {
+        section_ = section;
+        start_ = start();
+        for (const Step &step : steps) enter_step(step);
+    }
 
     std::int32_t run(const List &top) {
         const Element *element = top.first;
@@ -68,8 +79,13 @@ class Merge {
             return;
         }
         if (steps_.empty() && start_ == nullptr) start_ = start();
-        steps_.push_back(step_to(block, occurrence(block)));
-        targets_.push_back(child(innermost(), steps_.back()));
+        enter_step(step_to(block, occurrence(block)));
+    }
+
+    void enter_step(const Step &step) {
+        Element *target = child(innermost(), step);
+        steps_.push_back(step);
+        targets_.push_back(target);
     }
 
     void leave_block(const Element &block) {
@@ -125,6 +141,7 @@ class Merge {
         std::size_t depth = targets_.size();
         while (depth > 0 && targets_[depth - 1] == nullptr) --depth;
         Element *from = depth > 0 ? targets_[depth - 1] : start_;
+        if (keeps_texts_ && from != nullptr && from->type == ENV_TYPE_DATA) return ENV_DATA;
         steps_.push_back(step);
         const std::span<const Step> steps(steps_);
         const Content content{leaf.text, nullptr};
@@ -137,6 +154,7 @@ class Merge {
 
     ENV *destination_;
     std::int32_t mode_;
+    bool keeps_texts_;
     const char *section_ = nullptr;
     Element *start_ = nullptr;           // where the paths begin in the destination; null: not there yet
     memory::Vector<Step> steps_;         // the blocks on the way down in the source ...
@@ -213,6 +231,20 @@ std::int32_t sink(ENV *destination, ENV *source, std::int32_t mode) {
 }
 
 }  // namespace
+
+std::int32_t merge_where_stored(ENV *destination, ENV *source, const char *section, const char *path,
+                                std::int32_t mode) {
+    Merge merge(destination, mode, true);
+    if (section == nullptr) return merge.run(source->sections);
+    const Lookup from = locate(source, section, path, true);
+    if (!from.found()) return from.status;
+    if (from.element->type != ENV_TYPE_BLOCK) return ENV_NOT_FOUND;
+    Path split;
+    if (path != nullptr) split.split(path);
+    merge.enter_block(section, split.steps());
+    const List *list = from.element->list();
+    return list != nullptr ? merge.run(*list) : std::int32_t{ENV_OK};
+}
 
 }  // namespace kv::env
 

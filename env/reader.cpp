@@ -21,7 +21,8 @@ enum class Token { name, equals, section, close, end };
 // need no stack: a list knows the block that owns it.
 class Parser {
   public:
-    explicit Parser(Source &source) : characters_(source) {}
+    /// With `spans`, what the elements' places are is noted there.
+    Parser(Source &source, Spans *spans) : text_(source.position), characters_(source), spans_(spans) {}
     ~Parser() { clear_list(sections_); }
     Parser(const Parser &) = delete;
     Parser &operator=(const Parser &) = delete;
@@ -38,10 +39,26 @@ class Parser {
     Element *parse_element(List &list);
     bool fail(const char *text, Place place);
 
+    // Notes about places, if there are to be any.
+    void note_token();
+    std::uint32_t note_section();
+    std::uint32_t note_element(int first);
+    void note_header_end(const Element &section, int terminator);
+    void note_text_end(const Element &data, int terminator);
+    void note_block_end(const Element &block);
+    void note_section_end(const Element &section);
+    std::uint32_t add_span(std::uint32_t value);
+    Span &span(const Element &element) { return spans_->elements[element.span()]; }
+    std::uint32_t line_end(std::uint32_t feed) const;
+
+    const char *text_;
     Characters characters_;
+    Spans *spans_;
     List sections_;
     Token token_ = Token::end;
     Place token_place_{1, 1};
+    std::uint32_t token_line_ = 0;  // the offset of the token's line, and its own
+    std::uint32_t token_begin_ = 0;
     memory::String name_;  // of the token, when it is a name
     memory::String value_;
     std::int32_t status_ = ENV_OK;
@@ -54,6 +71,7 @@ std::int32_t Parser::parse() {
     advance();
     while (token_ != Token::end && parse_section()) {
     }
+    if (spans_ != nullptr) spans_->last_line = characters_.line_offset();
     return status_;
 }
 
@@ -68,6 +86,7 @@ void Parser::advance() {
     int c = characters_.skip_blanks();
     while (c == '\n') c = characters_.skip_blanks();
     token_place_ = characters_.place();
+    note_token();
     switch (c) {
         case '=':
             token_ = Token::equals;
@@ -90,14 +109,18 @@ void Parser::advance() {
 // One section, appended when it is complete. False if the reading ends here.
 bool Parser::parse_section() {
     if (token_ != Token::section) return fail("Section waited", token_place_);
-    characters_.collect(characters_.skip_blanks(), ']', name_);
-    ElementPointer section = make_block(name_);
+    const std::uint32_t number = note_section();
+    const int terminator = characters_.collect(characters_.skip_blanks(), ']', name_);
+    ElementPointer section = make_block(name_, number);
     if (!make_list(*section)) {
+        if (spans_ != nullptr) throw std::bad_alloc();
         report("Was really error");
         return false;
     }
+    note_header_end(*section, terminator);
     advance();
     if (!parse_elements(*section)) return false;
+    note_section_end(*section);
     append(sections_, std::move(section));
     return true;
 }
@@ -113,6 +136,7 @@ bool Parser::parse_elements(Element &section) {
         }
         if (block == &section) return true;
         if (token_ != Token::close) return fail("Cbracesymbol waited", token_place_);
+        note_block_end(*block);
         block = block->parent->owner;
         advance();
     }
@@ -126,22 +150,93 @@ Element *Parser::parse_element(List &list) {
         return nullptr;
     }
     const int c = characters_.skip_blanks();
+    const std::uint32_t number = note_element(c);
     if (c == '{') {
-        ElementPointer block = make_block(name_);
+        ElementPointer block = make_block(name_, number);
         if (!make_list(*block)) throw std::bad_alloc();
         append(list, std::move(block));
         advance();
         return list.last;
     }
-    characters_.collect(c, '\n', value_);
-    append(list, make_data(name_, value_));
+    const int terminator = characters_.collect(c, '\n', value_);
+    append(list, make_data(name_, value_, number));
+    note_text_end(*list.last, terminator);
     advance();
     return nullptr;
 }
 
+void Parser::note_token() {
+    if (spans_ == nullptr) return;
+    token_line_ = characters_.line_offset();
+    token_begin_ = characters_.offset();
+}
+
+// Of both, the number of the span. The section begins, or the element's name stands, at the token.
+std::uint32_t Parser::note_section() {
+    return spans_ != nullptr ? add_span(0) : kNoSpan;
+}
+
+// What follows the "=" begins with `first`, which was just read.
+std::uint32_t Parser::note_element(int first) {
+    if (spans_ == nullptr) return kNoSpan;
+    const std::uint32_t at = characters_.offset();
+    return add_span(first == '\n' ? line_end(at) : at);
+}
+
+std::uint32_t Parser::add_span(std::uint32_t value) {
+    const auto number = static_cast<std::uint32_t>(spans_->elements.size());
+    spans_->elements.push_back({token_line_, token_begin_, value, 0, 0, number + 1});
+    return number;
+}
+
+// Where a line end begins whose line feed is at an offset.
+std::uint32_t Parser::line_end(std::uint32_t feed) const {
+    return feed > 0 && text_[feed - 1] == '\r' ? feed - 1 : feed;
+}
+
+void Parser::note_header_end(const Element &section, int terminator) {
+    if (spans_ == nullptr) return;
+    std::uint32_t end = characters_.offset();
+    if (terminator == Characters::kEnd) {
+        // A comment at the end is not in the name.
+        const std::uint32_t line = characters_.line_offset();
+        spans_->unclosed = line < end && text_[line] == ';' ? line : end;
+    } else {
+        ++end;
+    }
+    Span &noted = span(section);
+    noted.value = noted.tail = noted.end = end;
+}
+
+void Parser::note_text_end(const Element &data, int terminator) {
+    if (spans_ == nullptr) return;
+    Span &noted = span(data);
+    const std::uint32_t at = characters_.offset();
+    const bool line_ended = terminator == '\n';
+    noted.tail = line_ended ? line_end(at) : at;
+    noted.end = line_ended ? at + 1 : at;
+}
+
+void Parser::note_block_end(const Element &block) {
+    if (spans_ == nullptr) return;
+    Span &noted = span(block);
+    noted.tail = noted.end = token_begin_ + 1;
+    noted.next = static_cast<std::uint32_t>(spans_->elements.size());
+}
+
+void Parser::note_section_end(const Element &section) {
+    if (spans_ == nullptr) return;
+    Span &noted = span(section);
+    if (const Element *last = section.children->last; last != nullptr) {
+        noted.tail = span(*last).tail;
+        noted.end = span(*last).end;
+    }
+    noted.next = static_cast<std::uint32_t>(spans_->elements.size());
+}
+
 }  // namespace
 
-std::int32_t read_text(Source &source, ENV *env) {
+std::int32_t read_text(Source &source, ENV *env, Spans *spans) {
     if (env->is_subenv()) {
         report("can not read subenv");
         return ENV_ERROR;
@@ -151,7 +246,7 @@ std::int32_t read_text(Source &source, ENV *env) {
         report("can not read: sub-environments are open");
         return ENV_ERROR;
     }
-    Parser parser(source);
+    Parser parser(source, spans);
     std::int32_t status;
     {
         const Use use(env);

@@ -14,7 +14,7 @@ namespace {
 
 class StringSource : public kv::env::Source {
   public:
-    explicit StringSource(const char *text) : Source(true) {
+    explicit StringSource(const char *text) : Source(kv::env::CarriageReturns::all) {
         position = text;
         end = text + std::strlen(text);
     }

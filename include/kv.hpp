@@ -383,6 +383,76 @@ std::int32_t env::put(const text &section, const text &path, const T &value) {
     }
 }
 
+/// Edits of an environment file, collected first and then made in its text, all or none; what they do not
+/// change stays as it is, comments and layout too. See env_edit_file().
+class edit {
+  public:
+    /// Stores a text, or a value as env::put() stores it.
+    template <typename T>
+    edit &put(const text &section, const text &path, const T &value);
+    edit &make_section(const text &section) { return add({ENV_EDIT_PUT, keep(section)}); }
+    edit &make_block(const text &section, const text &path) {
+        return add({ENV_EDIT_MAKE_BLOCK, keep(section), keep(path)});
+    }
+    edit &erase(const text &section, const text &path = nullptr) {
+        return add({ENV_EDIT_DELETE, keep(section), keep(path)});
+    }
+    /// Without a path: a section before another one.
+    edit &insert_before(const text &section, const text &path, const text &name,
+                        const text &value = nullptr) {
+        return add({ENV_EDIT_INSERT, keep(section), keep(path), keep(value), keep(name)});
+    }
+    /// All of `source`, or with a section one of its blocks. `source` has to be there when the edits are
+    /// made.
+    edit &merge(const env &source, std::int32_t mode, const text &section = nullptr,
+                const text &path = nullptr) {
+        return add({ENV_EDIT_MERGE, keep(section), keep(path), nullptr, nullptr, source.get(), mode});
+    }
+
+    /// Makes the edits. `reached` receives the index of the one that failed, or their number.
+    std::int32_t save(const text &file, std::int32_t *reached = nullptr) const {
+        return env_edit_file(file.c_str(), edits_.data(), static_cast<std::int32_t>(edits_.size()),
+                             reached);
+    }
+
+  private:
+    struct step : ENV_EDIT {
+        step(std::int32_t what, const char *at, const char *below = nullptr, const char *content = nullptr,
+             const char *called = nullptr, ENV *from = nullptr, std::int32_t how = 0) noexcept
+            : ENV_EDIT{what, at, below, content, called, from, how} {}
+    };
+
+    edit &add(const step &made) {
+        edits_.push_back(made);
+        return *this;
+    }
+    const char *keep(const text &argument) {
+        if (argument.c_str() == nullptr) return nullptr;
+        const std::string_view view = argument.c_str();
+        texts_.push_back(std::make_unique<char[]>(view.size() + 1));
+        view.copy(texts_.back().get(), view.size());
+        return texts_.back().get();
+    }
+
+    std::vector<ENV_EDIT> edits_;
+    std::vector<std::unique_ptr<char[]>> texts_;  // that the edits point to
+};
+
+template <typename T>
+edit &edit::put(const text &section, const text &path, const T &value) {
+    if constexpr (std::is_convertible_v<const T &, text>) {
+        return add({ENV_EDIT_PUT, keep(section), keep(path), keep(value)});
+    } else if constexpr (std::is_convertible_v<const T &, std::string_view>) {
+        return add({ENV_EDIT_PUT, keep(section), keep(path), keep(text(value))});
+    } else {
+        static_assert(!std::is_pointer_v<T>, "a file holds no externals");
+        env numbers;
+        numbers.put("s", "n", value);
+        const result<std::string> stored = numbers.get<std::string>("s", "n");
+        return add({ENV_EDIT_PUT, keep(section), keep(path), stored ? keep(*stored) : nullptr});
+    }
+}
+
 // ---- INI files
 
 /// An INI file in memory. Closing it saves what was changed, unless it is MINI_READONLY.

@@ -575,8 +575,8 @@ KV_API int32_t KV_CALL env_create_array_path(int32_t size, char *out, const char
 
 /* The interface of old ends here; what follows is an addition. */
 
-/** Tells about the last syntax error that env_read(), env_read_file() or env_read_from_string() reported in
- *  this process.
+/** Tells about the last syntax error that env_read(), env_read_file(), env_read_from_string() or
+ *  env_edit_file() reported in this process.
  *
  *  @param line    receives the line, from 1; may be NIL
  *  @param column  receives the column in bytes, from 1; may be NIL
@@ -586,6 +586,76 @@ KV_API int32_t KV_CALL env_create_array_path(int32_t size, char *out, const char
  *  @retval ENV_NOT_FOUND  no syntax error yet; nothing is stored
  *  @retval ENV_TOO_SMALL  the text has size characters or more and is not stored; line and column are */
 KV_API int32_t KV_CALL env_get_error(int32_t *line, int32_t *column, int32_t size, char *text) KV_NOEXCEPT;
+
+/* ---- Addition: editing a file ------------------------------------------------------------------------ */
+
+/** What an ENV_EDIT does. Sections and paths are those of the functions named here. */
+enum {
+    /** env_put(): stores text. Without a path: makes the section if there is none. */
+    ENV_EDIT_PUT = 0,
+    /** Makes an empty block, as env_put() makes a text; a block that is there stays as it is. Without a
+     *  path: as ENV_EDIT_PUT. */
+    ENV_EDIT_MAKE_BLOCK = 1,
+    /** env_delete(). */
+    ENV_EDIT_DELETE = 2,
+    /** env_insert_before() with name, and stores text (NIL: the empty text) in the new element. Without a
+     *  path: an empty section. */
+    ENV_EDIT_INSERT = 3,
+    /** env_sink() from source with mode; with a section, env_copy_block() of source's block there. Other
+     *  than with these, nothing is made where no text is stored, and a text becomes a block only in the
+     *  mode ENV_SINK_REPLACE. */
+    ENV_EDIT_MERGE = 4
+};
+
+/** One of several edits. What an edit does not use is not read. */
+typedef struct ENV_EDIT {
+    int32_t operation; /**< one of the ENV_EDIT_ operations */
+    const char *section;
+    const char *path;
+    const char *text;
+    const char *name;
+    ENV *source;  /**< of ENV_EDIT_MERGE: a root environment, or with a section any environment */
+    int32_t mode; /**< of ENV_EDIT_MERGE: one of the ENV_SINK_ modes */
+} ENV_EDIT;
+
+/** Edits the text of a file: makes the changes of a tree in it, and leaves every byte as it is that is not
+ *  part of what they change. An addition of this library's own.
+ *
+ *  Reading the file then gives the tree that the functions which the edits stand for make of the tree that
+ *  was in the file. Comments, blank lines, indentation, the order, line ends, continued lines, what stands
+ *  before the first section and behind a Ctrl-Z stay. An edit that stores what is there already changes
+ *  nothing.
+ *
+ *  A new element stands behind the element before it, a new last section at the end of the file. It has the
+ *  indentation of its neighbours, else two blanks more than its block, and the line end of the file's first
+ *  line; long lines are broken as env_write_file() does. A deleted element takes its lines with it where
+ *  nothing else stands on them; the comments above it stay.
+ *
+ *  All edits are made, in their order, or none. The file is read and written once, with its lock held, as
+ *  ini_edit() does: edits by several processes or threads at once are made one after the other, also those
+ *  of one file under several names. The file holds either its old content or all of the new one. Other
+ *  environments can be used by other threads while this one waits for the file; while the edits are made,
+ *  they wait. Time and memory grow with the size of the file and of the edits.
+ *
+ *  @param file_name  the file. It need not exist if the first edit is ENV_EDIT_PUT or ENV_EDIT_MAKE_BLOCK.
+ *  @param edits      count edits; may be NIL if there are none, and then the file is read, and stays
+ *  @param count      the number of edits; 0 and less: none
+ *  @param reached    receives the index of the edit that failed, or count when all of them could be made;
+ *                    may be NIL
+ *  @retval ENV_OK         done. With every other code the file is unchanged.
+ *  @retval ENV_SYNTAX     the file breaks the format (reported; env_get_error() tells where); *reached is 0
+ *  @retval ENV_NOT_FOUND  there is no such element: to delete, to insert before, or in the source
+ *  @retval ENV_BAD_PATH   the path was rejected (reported)
+ *  @retval ENV_DATA       ENV_EDIT_MERGE: the source has a text below what is a text in the file
+ *  @retval ENV_ERROR      each of these is reported. With *reached less than count: the file cannot be
+ *                         read; the operation or the mode is unknown; something that is needed is NIL;
+ *                         env_put() would fail; or a text or a name cannot stand in a file: one with a line
+ *                         end or the byte 26, or with blanks around it, a text that begins with "{", an
+ *                         element's name that is empty, has a "=" or begins with "[" or "}", a section's
+ *                         name with a "]". With *reached equal to count: the file cannot be written or is
+ *                         in use. With either: the heap is exhausted. */
+KV_API int32_t env_edit_file(const char *file_name, const ENV_EDIT *edits, int32_t count,
+                             int32_t *reached) KV_NOEXCEPT;
 
 KV_END_DECLS
 

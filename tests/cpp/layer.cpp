@@ -115,6 +115,25 @@ TEST(Environment, RangesAreViews) {
     EXPECT_EQ(tree.erase("s", "a"), ENV_OK);
 }
 
+TEST(Environment, EditsOfAFile) {
+    write_file(drive_c() / "layer.env", "[s]\n; kept\n a =1\n b ={\n }\n");
+    kv::env more;
+    EXPECT_EQ(more.put("t", "x", "y"), ENV_OK);
+    kv::edit edits;
+    edits.put("s", "a", 2.5).put("s", "b@c", "text"sv).make_section("u"s).erase("s", "b@c");
+    edits.insert_before("s", "a", "n", std::string(100, '7'))
+        .merge(more, ENV_SINK_ADD)
+        .make_block("u", "v");
+    const kv::edit made = std::move(edits);
+    EXPECT_EQ(made.save("C:\\layer.env"), ENV_OK);
+    EXPECT_EQ(read_file(drive_c() / "layer.env"),
+              "[s]\n n =" + std::string(85, '7') + "\\\n" + std::string(15, '7') +
+                  "\n; kept\n a =2.5\n b ={\n }\n[u]\n  v ={\n  }\n[t]\n  x =y\n");
+    std::int32_t reached = 7;
+    EXPECT_EQ(kv::edit().erase("none").save("C:\\layer.env", &reached), ENV_NOT_FOUND);
+    EXPECT_EQ(reached, 0);
+}
+
 TEST(Handles, MoveAndLeaveNilBehind) {
     kv::env first(1);
     first.put("s", "a", 1);
