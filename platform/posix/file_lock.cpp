@@ -111,6 +111,7 @@ posix::Locked lock_for_change(int file, const posix::Deadline &deadline) {
 }  // namespace
 
 // A file that is replaced while one waits is another file then, and the wait begins anew at that one.
+// A child that was forked meanwhile has the descriptor too, so that closing it does not release the lock.
 bool FileLock::acquire(const char *path) {
     release();
     const posix::Deadline deadline;
@@ -141,11 +142,11 @@ bool FileLock::acquire(const char *path) {
             handle_ = file.release();
             return true;
         }
+        posix::unlock_byte(file.value(), posix::kChangeByte);
     } while (deadline.sleep());
     return false;
 }
 
-// A child that was forked meanwhile has the descriptor too, so that closing it would not be enough.
 void FileLock::release() {
     if (handle_ < 0) return;
     posix::unlock_byte(static_cast<int>(handle_), posix::kChangeByte);

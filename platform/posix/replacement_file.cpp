@@ -103,14 +103,17 @@ bool name_temporary(const posix::HostPath &target, std::size_t directory, int nu
 void remove_abandoned(const char *name) {
     constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
     const posix::Descriptor file(posix::open_descriptor(name, kFlags));
+    if (file.value() < 0 ||
+        posix::try_lock_byte(file.value(), F_WRLCK, posix::kChangeByte) != posix::Locked::done) {
+        return;
+    }
     struct stat here;
     struct stat there;
-    if (file.value() >= 0 &&
-        posix::try_lock_byte(file.value(), F_WRLCK, posix::kChangeByte) == posix::Locked::done &&
-        fstat(file.value(), &here) == 0 && S_ISREG(here.st_mode) && lstat(name, &there) == 0 &&
+    if (fstat(file.value(), &here) == 0 && S_ISREG(here.st_mode) && lstat(name, &there) == 0 &&
         posix::same_file(here, there)) {
         unlink(name);
     }
+    posix::unlock_byte(file.value(), posix::kChangeByte);
 }
 
 void remove_abandoned(const posix::HostPath &target, std::size_t directory) {
@@ -241,6 +244,8 @@ ReplacementFile::ReplacementFile() = default;
 ReplacementFile::~ReplacementFile() {
     if (paths_ == nullptr) return;
     if (paths_->temporary.text[0] != '\0') unlink(paths_->temporary.text);
+    // The temporary file may be the target by now, and a child that was forked meanwhile has it open, too.
+    if (handle_ >= 0) posix::unlock_byte(static_cast<int>(handle_), posix::kChangeByte);
     posix::close_descriptor(handle_);
     if (paths_->made) unlink(paths_->target.text);
 }
