@@ -161,6 +161,12 @@ bool overwrite(int descriptor, off_t old_size, const memory::Vector<char> &bytes
     return false;
 }
 
+bool write_to_device(const char *path, const memory::Vector<char> &bytes) {
+    posix::Descriptor device(posix::open_descriptor(path, O_WRONLY | O_NOCTTY));
+    return device.value() >= 0 && posix::write_all(device.value(), bytes.data(), bytes.size()) &&
+           device.close();
+}
+
 }  // namespace
 
 bool ReplacementFile::Paths::open_target(const char *host, bool leads_nowhere) {
@@ -318,25 +324,28 @@ bool ReplacementFile::commit_temporary() {
     return false;
 }
 
+// What somebody without a lock does to the file while readers are waited for counts, too.
 bool ReplacementFile::commit_in_place() {
+    constexpr int kMostAttempts = 10;
     Paths &paths = *paths_;
-    if (!paths.is_current(lock_)) {
-        overtaken_ = lock_ != nullptr;
-        if (overtaken_ || !own_lock_.acquire(paths.path.c_str()) || !paths.attach()) return false;
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+        if (!paths.is_current(lock_)) {
+            overtaken_ = lock_ != nullptr;
+            if (overtaken_ || !own_lock_.acquire(paths.path.c_str()) || !paths.attach()) return false;
+        }
+        if (!paths.exists) return false;
+        if (!paths.is_regular()) return write_to_device(paths.target.text, pending_);
+        const int file = paths.file.value();
+        if (posix::lock_for_overwriting(file) == posix::Locked::in_use) return false;
+        const bool current = paths.is_current(lock_);
+        struct stat status;
+        const bool done = current && fstat(file, &status) == 0 && overwrite(file, status.st_size, pending_);
+        posix::unlock_byte(file, posix::kContentByte);
+        if (!current) continue;
+        if (done) paths.made = false;
+        return paths.file.close() && done;
     }
-    if (!paths.exists) return false;
-    if (!paths.is_regular()) {
-        posix::Descriptor device(posix::open_descriptor(paths.target.text, O_WRONLY | O_NOCTTY));
-        return device.value() >= 0 && posix::write_all(device.value(), pending_.data(), pending_.size()) &&
-               device.close();
-    }
-    const int file = paths.file.value();
-    if (posix::lock_for_overwriting(file) == posix::Locked::in_use) return false;
-    struct stat status;
-    const bool done = fstat(file, &status) == 0 && overwrite(file, status.st_size, pending_);
-    posix::unlock_byte(file, posix::kContentByte);
-    if (done) paths.made = false;
-    return paths.file.close() && done;
+    return false;
 }
 
 }  // namespace kv::platform
