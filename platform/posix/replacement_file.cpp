@@ -35,7 +35,8 @@ struct ReplacementFile::Paths {
     std::size_t directory = 0;  // characters of the target's directory, with the slash
     bool exists = false;
     bool replaceable = false;    // a new file can stand for the target, as far as one can see
-    bool made = false;           // the target is empty, made through a link that led nowhere
+    bool made = false;           // the target is empty, made through a link that led nowhere, and locked
+    bool overtaken = false;      // attach() has met somebody who was making it, too
     posix::Descriptor file{-1};  // the target, if it is a file that exists
     struct stat status {};       // the target's
 
@@ -43,7 +44,12 @@ struct ReplacementFile::Paths {
 
     // Looks at the target. False if it cannot be written.
     bool attach();
+    // The same under the lock, which is taken anew.
+    bool attach(FileLock &lock);
+    // Removes what was made, unless something has become of it.
+    void unmake();
     bool open_target(const char *host, bool leads_nowhere);
+    bool lock_made(const char *host);
     // True if the target is what the lock found, or what attach() did.
     bool is_current(const FileLock *lock) const;
 
@@ -174,15 +180,37 @@ bool ReplacementFile::Paths::open_target(const char *host, bool leads_nowhere) {
     file.reset(posix::open_descriptor(host, O_RDWR | flags));
     if (file.value() < 0 && errno == EACCES) file.reset(posix::open_descriptor(host, O_WRONLY | flags));
     if (file.value() < 0 || fstat(file.value(), &status) != 0) return false;
-    made = leads_nowhere;
     exists = true;
-    return true;
+    return !leads_nowhere || lock_made(host);
+}
+
+// A file that was not there had no lock to wait for. The one that locks it first may change it; others, and
+// those who see that it has gone or has a content by now, begin anew.
+bool ReplacementFile::Paths::lock_made(const char *host) {
+    const posix::Locked locked = posix::try_lock_byte(file.value(), F_WRLCK, posix::kChangeByte);
+    struct stat now;
+    made = locked != posix::Locked::in_use && fstat(file.value(), &status) == 0 && status.st_size == 0 &&
+           stat(host, &now) == 0 && posix::same_file(now, status);
+    overtaken = !made;
+    if (overtaken) posix::unlock_byte(file.value(), posix::kChangeByte);
+    return made;
+}
+
+void ReplacementFile::Paths::unmake() {
+    if (!made) return;
+    made = false;
+    struct stat now;
+    if (lstat(target.text, &now) == 0 && posix::stamp_of(now) == posix::stamp_of(status))
+        unlink(target.text);
+    posix::unlock_byte(file.value(), posix::kChangeByte);
 }
 
 // It is the kernel that follows links when it opens the target, so that its protection of links in shared
 // directories holds; the path without links has to lead to the same file.
 bool ReplacementFile::Paths::attach() {
     posix::HostPath host;
+    unmake();
+    overtaken = false;
     file.reset(-1);
     if (!posix::map_path(path.c_str(), posix::Purpose::write, host)) return false;
     exists = stat(host.text, &status) == 0;
@@ -205,10 +233,22 @@ bool ReplacementFile::Paths::attach() {
     return true;
 }
 
+bool ReplacementFile::Paths::attach(FileLock &lock) {
+    constexpr int kMostAttempts = 10;
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+        unmake();  // or its lock would be waited for
+        if (!lock.acquire(path.c_str())) return false;
+        if (attach()) return true;
+        if (!overtaken) return false;
+    }
+    return false;
+}
+
 bool ReplacementFile::Paths::is_current(const FileLock *lock) const {
     struct stat now;
     const bool there = stat(target.text, &now) == 0;
-    if (lock != nullptr && !made) return (there ? posix::stamp_of(now) : FileStamp()) == lock->stamp();
+    if (made) return there && posix::stamp_of(now) == posix::stamp_of(status);
+    if (lock != nullptr) return (there ? posix::stamp_of(now) : FileStamp()) == lock->stamp();
     return there == exists && (!there || posix::same_file(now, status));
 }
 
@@ -253,13 +293,12 @@ ReplacementFile::~ReplacementFile() {
     // The temporary file may be the target by now, and a child that was forked meanwhile has it open, too.
     if (handle_ >= 0) posix::unlock_byte(static_cast<int>(handle_), posix::kChangeByte);
     posix::close_descriptor(handle_);
-    if (paths_->made) unlink(paths_->target.text);
+    paths_->unmake();
 }
 
 bool ReplacementFile::open(const char *path, const FileLock *lock) {
     failed_ = true;
     lock_ = lock;
-    if (lock == nullptr && !own_lock_.acquire(path)) return false;
     try {
         paths_ = memory::make_owned<Paths>();
         if (paths_ == nullptr) throw std::bad_alloc();
@@ -269,7 +308,10 @@ bool ReplacementFile::open(const char *path, const FileLock *lock) {
         return false;
     }
     paths_->temporary.text[0] = '\0';
-    if (!paths_->attach()) return false;
+    if (lock != nullptr ? !paths_->attach() : !paths_->attach(own_lock_)) {
+        overtaken_ = lock != nullptr && paths_->overtaken;
+        return false;
+    }
     if (paths_->replaceable) remove_abandoned(paths_->target, paths_->directory);
     const bool beside = paths_->replaceable && open_temporary();
     failed_ = !beside && !paths_->exists;
@@ -306,7 +348,7 @@ bool ReplacementFile::commit_temporary() {
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         if (!paths_->is_current(lock_)) {
             overtaken_ = lock_ != nullptr;
-            if (overtaken_ || !own_lock_.acquire(paths_->path.c_str()) || !paths_->attach()) return false;
+            if (overtaken_ || !paths_->attach(own_lock_)) return false;
         }
         switch (paths_->replace(new_file)) {
             case Paths::Outcome::done:
@@ -331,7 +373,7 @@ bool ReplacementFile::commit_in_place() {
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         if (!paths.is_current(lock_)) {
             overtaken_ = lock_ != nullptr;
-            if (overtaken_ || !own_lock_.acquire(paths.path.c_str()) || !paths.attach()) return false;
+            if (overtaken_ || !paths.attach(own_lock_)) return false;
         }
         if (!paths.exists) return false;
         if (!paths.is_regular()) return write_to_device(paths.target.text, pending_);
@@ -342,7 +384,10 @@ bool ReplacementFile::commit_in_place() {
         const bool done = current && fstat(file, &status) == 0 && overwrite(file, status.st_size, pending_);
         posix::unlock_byte(file, posix::kContentByte);
         if (!current) continue;
-        if (done) paths.made = false;
+        if (done && paths.made) {
+            posix::unlock_byte(file, posix::kChangeByte);
+            paths.made = false;
+        }
         return paths.file.close() && done;
     }
     return false;
