@@ -129,6 +129,17 @@ void remove_abandoned(const posix::HostPath &target, std::size_t directory) {
     }
 }
 
+// Locks a temporary file, which has this name or none. Until then, somebody who saves the same target may
+// take it for an abandoned one; the name is gone then, or another's, and the result false.
+bool lock_under_name(int descriptor, const char *name) {
+    const posix::Locked locked = posix::try_lock_byte(descriptor, F_WRLCK, posix::kChangeByte);
+    if (name == nullptr) return true;
+    struct stat here;
+    struct stat there;
+    return locked != posix::Locked::in_use && fstat(descriptor, &here) == 0 && lstat(name, &there) == 0 &&
+           posix::same_file(here, there);
+}
+
 // Gives a file without a name a name; false, with errno, if that fails or there is something of that name.
 bool link_file(int descriptor, const char *name) {
     char unnamed[32];
@@ -324,16 +335,18 @@ bool ReplacementFile::open_temporary() {
     if (can_link()) {
         handle_ = open_directory(paths.target, paths.directory, O_RDWR | O_TMPFILE, mode);
     }
-    for (int number = 0; number < kNames && handle_ < 0; ++number) {
+    if (handle_ >= 0) return lock_under_name(static_cast<int>(handle_), nullptr);
+    for (int number = 0; number < kNames; ++number) {
         if (!name_temporary(paths.target, paths.directory, number, paths.temporary)) return false;
         handle_ = posix::open_descriptor(paths.temporary.text, O_RDWR | O_CREAT | O_EXCL, mode);
-        if (handle_ >= 0) break;
+        if (handle_ >= 0 && lock_under_name(static_cast<int>(handle_), paths.temporary.text)) return true;
+        const bool taken = handle_ >= 0 || errno == EEXIST;
+        posix::close_descriptor(handle_);
+        handle_ = -1;
         paths.temporary.text[0] = '\0';
-        if (errno != EEXIST) return false;
+        if (!taken) return false;
     }
-    if (handle_ < 0) return false;
-    posix::try_lock_byte(static_cast<int>(handle_), F_WRLCK, posix::kChangeByte);
-    return true;
+    return false;
 }
 
 bool ReplacementFile::write_temporary(const char *bytes, std::size_t size) {
