@@ -25,6 +25,7 @@
 #include "platform/posix/entries.hpp"
 #include "platform/posix/file_access.hpp"
 #include "platform/posix/file_lock.hpp"
+#include "platform/posix/report_output.hpp"
 
 namespace kv::platform {
 
@@ -349,7 +350,9 @@ bool ReplacementFile::open_temporary() {
     return false;
 }
 
+// A file that may not grow so much, or a pipe that nobody reads, is a failed write, not the process's end.
 bool ReplacementFile::write_temporary(const char *bytes, std::size_t size) {
+    const posix::NoWriteSignals guard;
     return posix::write_all(static_cast<int>(handle_), bytes, size);
 }
 
@@ -381,6 +384,7 @@ bool ReplacementFile::commit_temporary() {
 
 // What somebody without a lock does to the file while readers are waited for counts, too.
 bool ReplacementFile::commit_in_place() {
+    const posix::NoWriteSignals guard;
     constexpr int kMostAttempts = 10;
     Paths &paths = *paths_;
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
