@@ -209,18 +209,25 @@ bool holds_lock(const char *process, const struct stat &file) {
     return false;
 }
 
-void find_holder(const struct stat &file, char *holder, std::size_t size) {
+// The first other process that has a lock. False if it is only this one.
+bool find_holder(const struct stat &file, char *holder, std::size_t size) {
+    bool own = false;
     const Directory processes(opendir("/proc"));
     while (const dirent *entry = processes != nullptr ? readdir(processes.get()) : nullptr) {
         if (!is_number(entry->d_name) || !holds_lock(entry->d_name, file)) continue;
+        if (std::strtol(entry->d_name, nullptr, 10) == getpid()) {
+            own = true;
+            continue;
+        }
         char path[64];
         char name[64];
         std::snprintf(path, sizeof path, "/proc/%.20s/comm", entry->d_name);
         read_text(path, name, sizeof name);
         name[std::strcspn(name, "\n")] = '\0';
         std::snprintf(holder, size, "%s (process %.20s)", name, entry->d_name);
-        return;
+        return true;
     }
+    return !own;
 }
 
 }  // namespace
@@ -238,8 +245,7 @@ LockState lock_state(const char *path, char *holder, std::size_t size) {
     lock.l_start = posix::kLockRange;
     lock.l_len = posix::kGateByte - posix::kLockRange + 1;
     if (fcntl(file.value(), F_OFD_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return LockState::free;
-    find_holder(status, holder, size);
-    return LockState::held;
+    return find_holder(status, holder, size) ? LockState::held : LockState::free;
 }
 
 }  // namespace kv::platform
