@@ -157,8 +157,8 @@ class FileLock {
 
 /// Whether somebody has a lock on a file that changes of it wait for.
 enum class LockState { free, held };
-/// Says whether a change of the file would have to wait, and, where the system tells it, for whom:
-/// "NAME (process 123)" goes into the buffer, or an empty text.
+/// Says whether a change of the file would have to wait for another process, and, where the system tells
+/// it, which: "NAME (process 123)" goes into the buffer, or an empty text.
 LockState lock_state(const char *path, char *holder, std::size_t size);
 
 /// A file that takes new content as a whole: after commit() it holds all that was written, and until
