@@ -4,7 +4,8 @@ namespace kv::platform {
 
 bool read_whole(const char *path, bool may_be_missing, memory::String &bytes) {
     InputFile file;
-    if (!file.open(path, InputFile::Content::consistent)) {
+    // Whoever takes the lock of the change is the only one who writes the file in place.
+    if (!file.open(path, InputFile::Content::any)) {
         // There is no file where a directory is; saving says that there will be none.
         const bool missing = file.missing() || file_kind(path) == FileKind::directory;
         return may_be_missing && missing;
@@ -28,7 +29,7 @@ Saved save_whole(const char *path, const FileLock &lock, const memory::String &b
     if (opened && file.write(bytes.data(), bytes.size()) && file.commit()) return Saved::done;
     overtaken = file.overtaken();
     if (file.exhausted()) return Saved::exhausted;
-    return opened ? Saved::failed : Saved::not_writable;
+    return opened && !file.in_use() ? Saved::failed : Saved::not_writable;
 }
 
 }  // namespace kv::platform

@@ -19,8 +19,8 @@ enum class Saved : std::uint8_t {
 /// What a change wants of the old content.
 enum class Old : std::uint8_t { needed, may_be_missing, unread };
 
-/// Reads a file. False if it cannot be read; one that is not there reads as empty where that is allowed.
-/// Throws std::bad_alloc.
+/// Reads a file that the caller has locked. False if it cannot be read; one that is not there reads as
+/// empty where that is allowed. Throws std::bad_alloc.
 bool read_whole(const char *path, bool may_be_missing, memory::String &bytes);
 
 /// Puts a new content in place of the file's, which the caller has locked; unless it is done, the file has

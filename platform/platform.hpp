@@ -185,6 +185,8 @@ class ReplacementFile {
     bool commit();
     /// True if what failed was the heap.
     bool exhausted() const { return exhausted_; }
+    /// True if commit() failed because readers did not let go of a file that is written in place.
+    bool in_use() const { return in_use_; }
     /// True if commit() failed because the file is not in the state any more in which the caller's lock
     /// found it: somebody has made, changed or replaced it without this lock. The change is to begin anew.
     bool overtaken() const { return overtaken_; }
@@ -205,6 +207,7 @@ class ReplacementFile {
     bool failed_ = false;
     bool exhausted_ = false;
     bool overtaken_ = false;
+    bool in_use_ = false;
 };
 
 /// A text for people on this machine, such as the log: appended to, or emptied first. Lines have the
@@ -442,6 +445,8 @@ void set_binary(std::FILE *stream, bool binary);
 
 /// Forgets what has failed before on this thread.
 void clear_failure();
+/// What is said of a lock that somebody else has.
+inline constexpr char kFileInUse[] = "The file is in use";
 /// Writes what the system says about the last failure on this thread since then, "Permission denied"; the
 /// empty text if it says nothing.
 void describe_failure(char *text, std::size_t size);

@@ -13,7 +13,8 @@ void clear_failure() {
 
 void describe_failure(char *text, std::size_t size) {
     const int code = errno;
-    std::snprintf(text, size, "%s", code != 0 ? std::strerror(code) : "");
+    const char *words = code == EAGAIN ? kFileInUse : std::strerror(code);
+    std::snprintf(text, size, "%s", code != 0 ? words : "");
 }
 
 }  // namespace kv::platform

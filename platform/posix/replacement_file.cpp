@@ -395,7 +395,8 @@ bool ReplacementFile::commit_in_place() {
         if (!paths.exists) return false;
         if (!paths.is_regular()) return write_to_device(paths.target.text, pending_);
         const int file = paths.file.value();
-        if (posix::lock_for_overwriting(file) == posix::Locked::in_use) return false;
+        in_use_ = posix::lock_for_overwriting(file) == posix::Locked::in_use;
+        if (in_use_) return false;
         const bool current = paths.is_current(lock_);
         struct stat status;
         const bool done = current && fstat(file, &status) == 0 && overwrite(file, status.st_size, pending_);
@@ -405,7 +406,7 @@ bool ReplacementFile::commit_in_place() {
             posix::unlock_byte(file, posix::kChangeByte);
             paths.made = false;
         }
-        return paths.file.close() && done;
+        return done;  // what it wrote is on the disk, whatever closing says
     }
     return false;
 }

@@ -23,7 +23,7 @@ const char *words_for(DWORD code) {
             return "Permission denied";
         case ERROR_SHARING_VIOLATION:
         case ERROR_LOCK_VIOLATION:
-            return "The file is in use";
+            return kFileInUse;
         case ERROR_WRITE_PROTECT:
             return "Read-only file system";
         case ERROR_DISK_FULL:

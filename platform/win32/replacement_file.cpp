@@ -295,7 +295,8 @@ bool ReplacementFile::commit_in_place() {
     if (GetFileType(handle) != FILE_TYPE_DISK) {
         return win32::write_all(handle, pending_.data(), pending_.size());
     }
-    if (!win32::lock_content(handle, true, waiting)) return false;
+    in_use_ = !win32::lock_content(handle, true, waiting);
+    if (in_use_) return false;
     overtaken_ = lock_ != nullptr && win32::stamp_of(handle) != paths_->expected;
     const bool done = !overtaken_ && overwrite(handle, pending_);
     if (!done) paths_->expected = win32::stamp_of(handle);

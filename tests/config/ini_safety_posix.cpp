@@ -222,7 +222,7 @@ TEST_F(IniSafety, LocksOfOthers) {
     fs::create_hard_link(file, directory / "link.ini");
     kv::platform::InputFile input;
     ASSERT_TRUE(input.open(file.c_str(), kv::platform::InputFile::Content::consistent));
-    EXPECT_EQ(ini_write_string(file.c_str(), "S", "a", "9"), INI_WRITE_FAILED);
+    EXPECT_EQ(ini_write_string(file.c_str(), "S", "a", "9"), INI_NOT_WRITABLE);
     fs::remove(directory / "link.ini");
     EXPECT_EQ(ini_write_string(file.c_str(), "S", "a", "9"), INI_OK);
     close(reader);

@@ -34,6 +34,8 @@ class ProgramTest : public testing::Test {
     /// Runs `kv` with the words in the test's directory: within this process, where the options do not need
     /// one of its own.
     Outcome run(const std::vector<std::string> &words, const RunOptions &options = {}) const;
+    /// The same in a process of its own.
+    Outcome run_process(const std::vector<std::string> &words, const RunOptions &options = {}) const;
     /// Runs `kv` and expects code and standard output, and the text somewhere in standard error (nothing at
     /// all there if the text is empty). `input` is standard input.
     void expect_run(const std::vector<std::string> &words, int code, const std::string &out,
@@ -47,8 +49,6 @@ class ProgramTest : public testing::Test {
     void write(const std::string &name, const std::string &content) const;
 
   private:
-    Outcome run_process(const std::vector<std::string> &words, const RunOptions &options) const;
-
     std::filesystem::path directory_;
     std::filesystem::path before_;
     std::string empty_;  // an empty file, outside of the directory

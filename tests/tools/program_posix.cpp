@@ -79,8 +79,8 @@ TEST_F(ProgramTest, NamesTheProcessThatHasAFileInUse) {
     setenv("KV_LOCK_TIMEOUT", "0.05", 1);
     const std::string reason = "could not be saved: it is in use by ";
     const std::string process = "(process " + std::to_string(getpid()) + ")";
-    for (const Outcome &outcome : {run({"ini", "set", "--file", "x.ini", "S", "a", "2"}),
-                                   run({"env", "set", "x.env", "s", "a", "2"})}) {
+    for (const Outcome &outcome : {run_process({"ini", "set", "--file", "x.ini", "S", "a", "2"}),
+                                   run_process({"env", "set", "x.env", "s", "a", "2"})}) {
         EXPECT_EQ(outcome.code, 3);
         EXPECT_NE(outcome.err.find(reason), std::string::npos) << outcome.err;
         EXPECT_NE(outcome.err.find(process), std::string::npos) << outcome.err;

@@ -39,10 +39,15 @@ std::string failure_reason(const std::string &file) {
 }
 
 std::string save_failure_reason(const std::string &file) {
-    std::string reason = failure_reason(file);
+    char text[200];
     char holder[100];
-    if (platform::lock_state(file.c_str(), holder, sizeof holder) == platform::LockState::free)
+    platform::describe_failure(text, sizeof text);
+    std::string reason = failure_reason(file);
+    // Something else may have failed while others have a lock.
+    if ((text[0] != '\0' && std::string_view(text) != platform::kFileInUse) ||
+        platform::lock_state(file.c_str(), holder, sizeof holder) == platform::LockState::free) {
         return reason;
+    }
     return std::string("it is in use") + (holder[0] != '\0' ? " by " : "") + holder;
 }
 

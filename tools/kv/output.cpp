@@ -19,10 +19,15 @@ namespace {
                   (name.empty() ? "''" : name) + ": could not be saved: " + save_failure_reason(name)};
 }
 
+// The system's own names of standard output, where a file behind it is to be added to, not to be replaced.
+bool is_standard_output(const std::string &name) {
+    return is_standard(name) || name == "/dev/stdout" || name == "/dev/fd/1" || name == "/proc/self/fd/1";
+}
+
 }  // namespace
 
 void save_file(const std::string &name, std::string_view bytes) {
-    if (is_standard(name)) {
+    if (is_standard_output(name)) {
         print_bytes(bytes);
         return;
     }
@@ -33,7 +38,7 @@ void save_file(const std::string &name, std::string_view bytes) {
 }
 
 void require_writable(const std::string &name) {
-    if (is_standard(name)) return;
+    if (is_standard_output(name)) return;
     platform::clear_failure();
     const bool existed = platform::is_entry(name.c_str());
     bool writable = false;
