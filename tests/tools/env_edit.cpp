@@ -1,4 +1,7 @@
 // `kv env set`, `delete`, `insert`, `edit` and `merge`: what the file holds then.
+#include <thread>
+
+#include "tests/support/support.hpp"
 #include "tests/tools/program.hpp"
 
 namespace kvtest {
@@ -82,14 +85,55 @@ TEST_F(EnvEdit, MakesSeveralEditsAtOnce) {
         {{"edit", "-e", "set s a 'it''s \"5\"'", "-e", "delete\ts b",
           "-e=insert s a@2 \"x \"\"y\"\"\" C:\\it's"},
          "[s]\r\n  a =it's \"5\"\r\n  x \"y\" =C:\\it's\r\n  a =3\r\n"},
-        {{"edit", "-e", "set s a ''", "-e", "set s a@new '2 3'"},
-         with(kSmall, "a =1", "a ={\r\n    new =2 3\r\n  }")},
+        {{"edit", "-e", "set s a ''", "-e", "set s a@new '2 3'", "-e", "block s b@c"},
+         with(with(kSmall, "a =1", "a ={\r\n    new =2 3\r\n  }"), "c =2", "c ={\r\n    }")},
     });
     write("small.env", kSmall);
     expect({"edit", "small.env", "-e", "delete s", "-e", "set t x 1", "--output", "other.env"}, 0, "");
     EXPECT_EQ(content("small.env"), kSmall);
     EXPECT_EQ(content("other.env"), "[t]\r\n  x =1\r\n");
     expect({"edit", "small.env", "-e", "delete s b", "--output", "-"}, 0, "[s]\r\n  a =1\r\n  a =3\r\n");
+    write("edits", "delete s b\n\nset s 'a' ''\n");
+    EXPECT_EQ(run({"env", "edit", "small.env"}, {.input = path("edits").string()}).code, 0);
+    EXPECT_EQ(content("small.env"), "[s]\r\n  a =\r\n  a =3\r\n");
+    EXPECT_EQ(run({"env", "edit", "-"}, {.input = path("edits").string()}).code, 2);
+}
+
+// The sample, which people have written comments into, changes in one line.
+TEST_F(EnvEdit, KeepsWhatPeopleWrote) {
+    const std::string site = read_file(std::filesystem::path(KV_TEST_EXAMPLES) / "site.env");
+    write("site.env", "title\r\n" + site + "\x1a rest");
+    const std::string warning =
+        "site.env:1:1: warning: text before the first section is not read; it stays";
+    expect({"set", "site.env", "press", "lubrication@interval", "90"}, 0, "", warning);
+    EXPECT_EQ(content("site.env"), "title\r\n" + with(site, "interval =120", "interval =90") + "\x1a rest");
+    write("copy.env", site);
+    expect({"merge", "site.env", "copy.env", "--mode=replace"}, 0, "", "a Ctrl-Z ends the text");
+    EXPECT_EQ(content("copy.env"), with(site, "interval =120", "interval =90"));
+    EXPECT_EQ(run({"env", "set", "-", "panel", "language", "de"}, {.input = path("copy.env").string()}).out,
+              with(content("copy.env"), "language =en", "language =de"));
+    expect({"format", "site.env", "-o", "-"}, 0, run({"env", "show", "copy.env", "--text"}).out,
+           "site.env:2: 3 lines of comments, of which this is the first, are dropped");
+    expect({"format", "site.env"}, 0, "",
+           "site.env:1: text before the first section is not read; it is dropped");
+    EXPECT_EQ(content("site.env"), run({"env", "show", "copy.env", "--text"}).out);
+}
+
+TEST_F(EnvEdit, ChangesOfSeveralProcessesAreAllThere) {
+    write("shared.env", "; shared\r\n[s]\r\n");
+    constexpr int kProcesses = 4, kChanges = 10;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kProcesses; ++i) {
+        threads.emplace_back([&, i] {
+            for (int k = 1; k <= kChanges; ++k) {
+                const std::string name = "p" + std::to_string(i) + "@" + std::to_string(k);
+                EXPECT_EQ(run({"env", "set", "shared.env", "s", name, "x"}).code, 0);
+            }
+        });
+    }
+    for (std::thread &thread : threads) thread.join();
+    expect({"count", "shared.env", "s"}, 0, std::to_string(kProcesses * kChanges) + "\n");
+    EXPECT_TRUE(content("shared.env").starts_with("; shared\r\n[s]\r\n"));
 }
 
 TEST_F(EnvEdit, RefusesAndLeavesTheFile) {
@@ -117,7 +161,6 @@ TEST_F(EnvEdit, RefusesAndLeavesTheFile) {
         {{"insert", "t", "x"}, 1, "[t] not found"},
         {{"delete", "s", "a@3"}, 1, "[s] a@3 not found"},
         {{"delete", "t"}, 1, "[t] not found"},
-        {{"edit"}, 2, "-e EDIT is missing"},
         {{"edit", "-e", " "}, 2, "an edit is empty"},
         {{"edit", "-e", "put s a 1"}, 2, "no edit 'put'"},
         {{"edit", "-e", "set s a 1 2"}, 2, "edit 1: set wants SECTION [PATH VALUE]"},
@@ -151,6 +194,8 @@ TEST_F(EnvEdit, MergesByMode) {
         expect(words, 0, "");
         EXPECT_EQ(content("to.env"), each.file);
     }
+    write("to.env", "[s]\n b =1\n");
+    expect({"merge", "from.env", "to.env"}, 1, "", "to.env: a text would have to become a block");
     write("to.env", base);
     expect({"merge", "from.env", "to.env", "t", "--output", "-"}, 0, base + "[t]\r\n  x =40\r\n");
     expect({"merge", "from.env", "to.env", "u"}, 1, "", "from.env: [u] is no block");

@@ -15,6 +15,8 @@ extern const Action kEnvInsert;
 extern const Action kEnvEdit;
 extern const Action kEnvMerge;
 extern const Action kEnvCheck;
+extern const Action kEnvDiff;
+extern const Action kEnvFormat;
 
 /// Options that several actions have.
 inline constexpr Option kAnyDepthOption = {"--any-depth", "",

@@ -1,32 +1,19 @@
 // `kv env set`, `delete`, `insert` and `edit`: changes of a file, all of a call or none.
 #include "tools/kv/env/action.hpp"
 #include "tools/kv/env/edits.hpp"
-#include "tools/kv/env/file.hpp"
+#include "tools/kv/env/in_place.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
 
 namespace kvtool {
 
 namespace {
 
-// Makes the edits in memory and saves once. `numbered`: messages tell which of the edits failed.
+// `numbered`: messages tell which of the edits failed.
 int change_file(const Arguments &arguments, const std::vector<Edit> &edits, bool numbered) {
-    const std::string &file = arguments.operands()[0];
-    const Tree tree = new_tree();
-    std::string problem;
-    const LoadResult result = try_load(file, tree.get(), problem);
-    const bool create = result == LoadResult::missing && arguments.has("--create");
-    if (result != LoadResult::done && !create) throw Failure{kFile, problem};
-    for (std::size_t i = 0; i < edits.size(); ++i) {
-        try {
-            apply(edits[i], tree.get());
-        } catch (const Failure &failure) {
-            const std::string which = numbered ? "edit " + std::to_string(i + 1) + ": " : "";
-            std::string text = file;
-            text.append(": ").append(which).append(failure.text).append("; nothing was saved");
-            throw Failure{failure.code, text};
-        }
-    }
-    save(tree.get(), arguments.value("--output", file));
+    change(arguments.operands()[0], arguments, [&](const std::string &file, const std::string &shown) {
+        edit_file(file, shown, edits, numbered);
+    });
     return kDone;
 }
 
@@ -38,10 +25,22 @@ int run_single(std::string_view command, const Arguments &arguments) {
         false);
 }
 
+// The edits of standard input, a line each.
+std::vector<std::string> read_edits() {
+    std::vector<std::string> edits;
+    Input input("-");
+    for (std::string line; input.line(line);) {
+        if (line.find_first_not_of(" \t") != line.npos) edits.push_back(line);
+    }
+    return edits;
+}
+
 int run_edit(std::string_view command, const Arguments &arguments) {
+    const std::vector<std::string> texts = arguments.values("--edit");
+    if (texts.empty() && is_standard(arguments.operands()[0]))
+        fail_usage(command, "the file and its edits cannot both be standard input");
     std::vector<Edit> edits;
-    for (const std::string &text : arguments.values("--edit")) edits.push_back(parse_edit(text));
-    if (edits.empty()) fail_usage(command, "-e EDIT is missing");
+    for (const std::string &text : texts.empty() ? read_edits() : texts) edits.push_back(parse_edit(text));
     return change_file(arguments, edits, true);
 }
 
@@ -69,8 +68,11 @@ digits behind a name is an index, so 'slot@7' is the seventh slot; 'slot@1@7' na
 
 Refused, with exit code 2, is what a file cannot carry: a text with a line end, that begins with
 a blank or "{", or ends with a blank; a name with "=" or a line end, or with blanks around it,
-or that begins with "[" or "}"; a section name with "]"; the byte 26. Comments of the file are
-not kept.
+or that begins with "[" or "}"; a section name with "]"; the byte 26.
+
+All bytes of FILE that are not part of what changes stay: comments, blank lines, indentation. A
+new element stands behind the others of its block, indented as they are. The file is locked, so
+that of the changes of several processes none is lost.
 )",
     kSetOptions,
     2,
@@ -109,12 +111,13 @@ const Action kEnvEdit = {
     "edit",
     "FILE",
     "make several edits at once",
-    R"(Makes edits in order and saves the file once, with all of them; if one fails, none is saved. An
-EDIT is
+    R"(Makes edits in order and saves the file once, with all of them; if one fails, none is saved.
+Without -e the edits are the lines of standard input, as 'kv env diff' prints them. An EDIT is
   set SECTION [PATH VALUE]
+  block SECTION [PATH]      make an empty block, or the section
   delete SECTION [PATH]
   insert SECTION [PATH] NAME [VALUE]
-with the meaning of the actions of these names. Its words are separated by blanks. A word that
+with the meaning of the actions of the same names. Its words are separated by blanks. A word that
 has blanks or is empty stands in '...' or "..."; the quote itself is written twice in it.
 Backslashes, and quotes inside of a word, are characters like others:
   kv env edit press.env -e "set press name 'Press 4'" -e 'delete press limits@max'

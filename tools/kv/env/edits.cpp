@@ -5,6 +5,7 @@
 #include "tools/kv/env/address.hpp"
 #include "tools/kv/env/file.hpp"
 #include "tools/kv/failure.hpp"
+#include "tools/kv/files.hpp"
 
 namespace kvtool {
 
@@ -34,77 +35,8 @@ std::string take_quoted(std::string_view &rest, const std::string &text) {
     fail_quoting(text);
 }
 
-[[noreturn]] void fail_not_found(const char *section, const char *path) {
-    throw Failure{kNotFound, describe(section, path) + " not found"};
-}
-
 const char *word(const Edit &edit, std::size_t n) {
     return n < edit.words.size() ? edit.words[n].c_str() : nullptr;
-}
-
-void put(ENV *env, const char *section, const char *path, const char *value) {
-    if (env_put(env, section, path, value) == ENV_OK) return;
-    throw Failure{kUsage, describe(section, path) + " cannot be made: an index is 0 in a block without " +
-                              "elements, or far beyond the elements that there are"};
-}
-
-void set(const Edit &edit, ENV *env) {
-    if (edit.words.size() == 2) throw Failure{kUsage, "set wants a value behind SECTION PATH"};
-    const char *section = word(edit, 0);
-    const char *path = word(edit, 1);
-    const char *value = word(edit, 2);
-    if (env_exist(env, section, nullptr, 1) == 0) check_section_name(section);
-    if (path == nullptr) {
-        put(env, section, nullptr, "");
-        return;
-    }
-    check_text(value);
-    const Path names(path);
-    if (env_exist(env, section, path, 1) == 0) {
-        for (const std::string &name : names.names()) check_element_name(name);
-    }
-    put(env, section, path, value);
-}
-
-void remove(const Edit &edit, ENV *env) {
-    const char *path = word(edit, 1);
-    if (path != nullptr) Path{path};
-    if (env_delete(env, word(edit, 0), path) != ENV_OK) fail_not_found(word(edit, 0), path);
-}
-
-// Gives the new element of a block its text. It is the one that has no text yet, since a file holds no
-// externals.
-void fill_inserted(ENV *block, const char *name, const char *value) {
-    int32_t occurrence = 0;
-    const char *met = "";
-    for (int32_t position = 1;; ++position) {
-        const int32_t type =
-            env_get_core(block, nullptr, nullptr, 1, position, nullptr, &met, nullptr, nullptr);
-        if (std::string_view(met) == name) ++occurrence;
-        if (type == ENV_EXTERNAL || type == ENV_NOT_FOUND) break;
-    }
-    const ChildPath path(name, occurrence);
-    put(block, nullptr, path.text(), value);
-}
-
-void insert(const Edit &edit, ENV *env) {
-    const char *section = word(edit, 0);
-    if (edit.words.size() == 2) {
-        check_section_name(edit.words[1]);
-        if (env_insert_before(env, section, nullptr, word(edit, 1)) != ENV_OK)
-            fail_not_found(section, nullptr);
-        return;
-    }
-    const char *path = word(edit, 1);
-    const char *name = word(edit, 2);
-    const char *value = edit.words.size() > 3 ? word(edit, 3) : "";
-    const std::string parent = Path(path).parent();
-    check_element_name(name);
-    check_text(value);
-    if (env_insert_before(env, section, path, name) != ENV_OK) fail_not_found(section, path);
-    const Tree block(env_open_subenv(env, section, parent.empty() ? nullptr : parent.c_str(), 1));
-    if (block == nullptr) fail_not_found(section, path);
-    fill_inserted(block.get(), name, value);
 }
 
 struct Verb {
@@ -112,14 +44,57 @@ struct Verb {
     std::string_view words;
     std::size_t least;
     std::size_t most;
-    void (*apply)(const Edit &edit, ENV *env);
+    int32_t operation;
 };
 
 constexpr Verb kVerbs[] = {
-    {"set", "SECTION [PATH VALUE]", 1, 3, set},
-    {"delete", "SECTION [PATH]", 1, 2, remove},
-    {"insert", "SECTION [PATH] NAME [VALUE]", 2, 4, insert},
+    {"set", "SECTION [PATH VALUE]", 1, 3, ENV_EDIT_PUT},
+    {"block", "SECTION [PATH]", 1, 2, ENV_EDIT_MAKE_BLOCK},
+    {"delete", "SECTION [PATH]", 1, 2, ENV_EDIT_DELETE},
+    {"insert", "SECTION [PATH] NAME [VALUE]", 2, 4, ENV_EDIT_INSERT},
 };
+
+// The library's form of an edit, which points into it.
+ENV_EDIT library_edit(const Edit &edit) {
+    const Verb *verb = std::begin(kVerbs);
+    while (verb != std::end(kVerbs) && verb->name != edit.verb) ++verb;
+    if (verb == std::end(kVerbs))
+        throw Failure{kUsage, "no edit '" + edit.verb + "', see 'kv env edit --help'"};
+    if (edit.words.size() < verb->least || edit.words.size() > verb->most) {
+        throw Failure{kUsage, edit.verb + " wants " + std::string(verb->words)};
+    }
+    const bool puts = verb->operation == ENV_EDIT_PUT;
+    if (puts && edit.words.size() == 2) throw Failure{kUsage, "set wants a value behind SECTION PATH"};
+    ENV_EDIT made{verb->operation, word(edit, 0), word(edit, 1), nullptr, nullptr, nullptr, 0};
+    if (puts) made.text = word(edit, 2);
+    if (verb->operation == ENV_EDIT_INSERT) {
+        const bool section = edit.words.size() == 2;
+        if (section) made.path = nullptr;
+        made.name = word(edit, section ? 1 : 2);
+        made.text = section ? nullptr : word(edit, 3);
+    }
+    return made;
+}
+
+// Why the library did not make an edit. Throws Failure.
+[[noreturn]] void explain(const ENV_EDIT &edit, int32_t status) {
+    if (edit.path != nullptr) Path{edit.path};
+    const std::string where = describe(edit.section, edit.path);
+    if (status == ENV_NOT_FOUND) throw Failure{kNotFound, where + " not found"};
+    const bool inserts = edit.operation == ENV_EDIT_INSERT;
+    if (inserts) {
+        edit.path != nullptr ? check_element_name(edit.name) : check_section_name(edit.name);
+    } else {
+        check_section_name(edit.section);
+    }
+    if (edit.text != nullptr) check_text(edit.text);
+    if (edit.path != nullptr && !inserts) {
+        for (const std::string &name : Path(edit.path).names()) check_element_name(name);
+    }
+    throw Failure{kUsage, where +
+                              " cannot be made: an index is 0 in a block without elements, or far "
+                              "beyond the elements that there are"};
+}
 
 }  // namespace
 
@@ -143,15 +118,51 @@ Edit parse_edit(const std::string &text) {
     return edit;
 }
 
-void apply(const Edit &edit, ENV *env) {
-    const Verb *verb = std::begin(kVerbs);
-    while (verb != std::end(kVerbs) && verb->name != edit.verb) ++verb;
-    if (verb == std::end(kVerbs))
-        throw Failure{kUsage, "no edit '" + edit.verb + "', see 'kv env edit --help'"};
-    if (edit.words.size() < verb->least || edit.words.size() > verb->most) {
-        throw Failure{kUsage, edit.verb + " wants " + std::string(verb->words)};
+std::string edit_text(const Edit &edit) {
+    std::string text = edit.verb;
+    for (const std::string &word : edit.words) {
+        const bool plain =
+            !word.empty() && word[0] != '\'' && word[0] != '"' && word.find_first_of(kBlanks) == word.npos;
+        text += ' ';
+        if (plain) {
+            text += word;
+            continue;
+        }
+        text += '\'';
+        for (const char c : word) text.append(c == '\'' ? 2 : 1, c);
+        text += '\'';
     }
-    verb->apply(edit, env);
+    return text;
+}
+
+void edit_file(const std::string &file, const std::string &shown, const std::vector<Edit> &edits,
+               bool numbered) {
+    std::vector<ENV_EDIT> made;
+    const auto fail = [&](const Failure &failure) {
+        std::string text = shown + ": ";
+        if (numbered) text += "edit " + std::to_string(made.size() + 1) + ": ";
+        throw Failure{failure.code, text + failure.text + "; nothing was saved"};
+    };
+    try {
+        for (const Edit &edit : edits) made.push_back(library_edit(edit));
+    } catch (const Failure &failure) {
+        fail(failure);
+    }
+    int32_t reached = 0;
+    const int32_t status =
+        env_edit_file(file.c_str(), made.data(), static_cast<int32_t>(made.size()), &reached);
+    if (status == ENV_OK) return;
+    if (status == ENV_SYNTAX) throw Failure{kFile, syntax_problem(shown)};
+    const auto number = static_cast<std::size_t>(reached);
+    if (number == made.size())
+        throw Failure{kFile, shown + ": could not be saved: " + save_failure_reason(file)};
+    try {
+        const ENV_EDIT edit = made[number];
+        made.resize(number);
+        explain(edit, status);
+    } catch (const Failure &failure) {
+        fail(failure);
+    }
 }
 
 }  // namespace kvtool

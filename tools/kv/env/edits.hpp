@@ -1,4 +1,4 @@
-// Single edits of a tree, and their form as text.
+// Single edits of a file, and their form as text.
 #pragma once
 
 #include <string>
@@ -19,9 +19,13 @@ struct Edit {
 /// the same quote again, blanks included; in it the quote is written twice. Nothing else is special. Throws
 /// Failure (kUsage).
 Edit parse_edit(const std::string &text);
+/// The text that is taken apart to this edit.
+std::string edit_text(const Edit &edit);
 
-/// Makes the edit. Throws Failure: kUsage for an unknown verb, a wrong number of words, a bad path and what
-/// a file cannot carry; kNotFound.
-void apply(const Edit &edit, ENV *env);
+/// Makes the edits in a file, all or none. Throws Failure, whose text begins with `shown`, the name of the
+/// file: kUsage for an unknown verb, a wrong number of words, a bad path and what a file cannot carry;
+/// kNotFound; kFile. `numbered`: it tells which of the edits failed.
+void edit_file(const std::string &file, const std::string &shown, const std::vector<Edit> &edits,
+               bool numbered);
 
 }  // namespace kvtool

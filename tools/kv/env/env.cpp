@@ -13,8 +13,8 @@ namespace kvtool {
 
 namespace {
 
-const Action *const kActions[] = {&kEnvShow,   &kEnvGet,    &kEnvNames, &kEnvCount, &kEnvSet,
-                                  &kEnvDelete, &kEnvInsert, &kEnvEdit,  &kEnvMerge, &kEnvCheck};
+const Action *const kActions[] = {&kEnvShow,   &kEnvGet,  &kEnvNames, &kEnvCount, &kEnvSet,  &kEnvDelete,
+                                  &kEnvInsert, &kEnvEdit, &kEnvMerge, &kEnvCheck, &kEnvDiff, &kEnvFormat};
 
 constexpr Option kOptions[] = {
     {"--delimiter", "TEXT", "the characters that separate the names of a PATH (default @)"},

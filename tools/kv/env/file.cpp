@@ -6,7 +6,6 @@
 
 #include "tools/kv/failure.hpp"
 #include "tools/kv/files.hpp"
-#include "tools/kv/output.hpp"
 
 namespace kvtool {
 
@@ -42,12 +41,7 @@ void put_character(int32_t c, void *stream) {
     }
 }
 
-// Whether the text holds all of the tree that it was made of.
-bool reads_back(const std::string &text) {
-    const Tree copy = new_tree();
-    TextSource source{text, 0};
-    return env_read(next_character, &source, copy.get()) == ENV_OK && text_of(copy.get()) == text;
-}
+}  // namespace
 
 std::string syntax_problem(const std::string &file) {
     struct Wording {
@@ -69,8 +63,6 @@ std::string syntax_problem(const std::string &file) {
     }
     return file + ":" + std::to_string(line) + ":" + std::to_string(column) + ": " + std::string(words);
 }
-
-}  // namespace
 
 Tree new_tree(int32_t id, ENV *default_env) {
     Tree tree(env_open(id, default_env));
@@ -125,14 +117,6 @@ std::string file_text(const std::string &text) {
         converted += c;
     }
     return converted;
-}
-
-void save(ENV *env, const std::string &file) {
-    const std::string text = text_of(env);
-    if (!reads_back(text)) {
-        throw Failure{kUsage, file + ": not saved: a text or a name in it cannot be written to a file"};
-    }
-    save_file(file, file_text(text));
 }
 
 }  // namespace kvtool

@@ -26,14 +26,13 @@ LoadResult try_load(const std::string &file, ENV *env, std::string &problem);
 /// The same; throws Failure (kFile), and tells on standard error what is not read.
 void load(const std::string &file, ENV *env);
 
+/// What the last syntax error was, which was one of this file: "FILE:LINE:COLUMN: ...".
+std::string syntax_problem(const std::string &file);
+
 /// The canonical text with line feeds at the line ends.
 std::string text_of(ENV *env);
 
 /// The same text with the line ends of a file, CR LF.
 std::string file_text(const std::string &text);
-
-/// Writes the tree to a file, "-" being standard output. Throws Failure: kUsage, before anything is
-/// written, if the text would not read back as the tree; kFile if the file does not hold the text then.
-void save(ENV *env, const std::string &file);
 
 }  // namespace kvtool
