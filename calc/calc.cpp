@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The calculator's interface: the setting, the evaluation, how it ended.
 #include "kv/calc.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Evaluates one expression.
 #pragma once
 

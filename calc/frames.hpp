@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What waits while an operand is evaluated, innermost last: the stack of the evaluation.
 #pragma once
 

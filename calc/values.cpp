@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calc/values.hpp"
 
 #include <cmath>

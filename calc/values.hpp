@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The words of the calculator, and what its operators and functions compute.
 #pragma once
 

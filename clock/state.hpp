@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the clock keeps for the whole process.
 #pragma once
 

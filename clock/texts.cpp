@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "clock/texts.hpp"
 
 #include <cstdio>

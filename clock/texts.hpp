@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dates and times as German texts.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stop-watch timers and their report.
 #include <cstdarg>
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The time as a number and as a record.
 #include <cstdint>
 #include <ctime>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The options that every target of the project is compiled with.
 add_library(kv_options INTERFACE)
 target_compile_options(kv_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wcast-qual

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # kv_export_only(target def_file): the shared library `target` exports the names that the module
 # definition file lists, and no others. The same file serves the Windows linker as it is; for ELF it
 # becomes a version script.

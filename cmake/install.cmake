@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What `cmake --install` puts where: headers, libraries, the program with its page and completion, a CMake package and a
 # pkg-config file, all of which may be moved together; and what `cpack` packs of it.
 include(CMakePackageConfigHelpers)

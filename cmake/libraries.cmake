@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The libraries: kv, the shared one, and kv_static. Both are built, or, if BUILD_SHARED_LIBS is set, the one that it asks for; in
 # another project, those that are linked. Applications know them as kv::kv and kv::kv_static, there as from the package.
 add_library(kv SHARED)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # kv_unity(TARGET [ALONE SOURCE...]): with CMAKE_UNITY_BUILD, which halves the time of a build and more, the sources of
 # a folder are compiled as one. Those behind ALONE, which share a name in their unnamed namespace with another
 # source of their folder, are compiled by themselves.

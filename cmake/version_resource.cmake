@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # kv_version_resource(target name type description): on Windows, the target tells its version to the system.
 if(WIN32)
   enable_language(RC)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A value into the caller's buffer.
 #pragma once
 

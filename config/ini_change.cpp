@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changes of INI files on the disk. The file is locked from before it is read until the new content is in
 // place, so that changes of several processes at once are made one after the other.
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config/ini_file.hpp"
 
 #include "kv/config.h"

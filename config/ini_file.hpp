@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // INI files on the disk: which one is meant, and its lines.
 #pragma once
 

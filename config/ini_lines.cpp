@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config/ini_lines.hpp"
 
 #include "kv/frame.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lines of an INI file and what they mean. Readers and rewriters see a file through this.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers and lists of numbers in INI files.
 #include <cstdint>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading texts and key lists. A read stops at its hit and copies nothing but the result.
 #include "config/ini_read.hpp"
 

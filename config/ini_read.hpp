@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading in an INI file whose lines are given.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The five changes.
 #include "config/ini_rewrite.hpp"
 

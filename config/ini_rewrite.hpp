@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changing an INI file: from the bytes of the old file to those of the new one.
 //
 // Up to the place of the change a file comes out in normal form: lines without the white space around

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config/ini_rewrite.hpp"
 
 namespace kv::config {

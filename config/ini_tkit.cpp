@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sound settings.
 #include "kv/ini.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config/mini_cache.hpp"
 
 #include "kv/fio.h"

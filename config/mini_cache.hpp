@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A cache: what the functions of the family share.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Deleting and renaming: in the cache what is loaded, else in the file.
 #include <string_view>
 

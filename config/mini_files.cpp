@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Caches and their files: opening, updating, unloading, closing.
 #include <cstring>
 #include <new>

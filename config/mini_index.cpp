@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config/mini_index.hpp"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The names of a long list: a hash table from a name to the nodes that have it.
 //
 // A place is one word: the address of a node, and in the 16 bits that addresses leave free a part of the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config/mini_list.hpp"
 
 #include <cstring>

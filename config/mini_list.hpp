@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lists of named nodes, in order, with an index of the names once they are long.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From the lines of a file to sections in memory.
 #include "kv/frame.h"
 

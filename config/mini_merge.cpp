@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From sections in memory back to the bytes of the file.
 #include "kv/frame.h"
 

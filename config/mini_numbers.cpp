@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers and lists of numbers in a cache.
 #include "kv/strings.h"
 

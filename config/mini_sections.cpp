@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config/mini_sections.hpp"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sections of one INI file in memory: the records, and how they come to be.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading and writing texts in a cache.
 #include "config/mini_values.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finding values in a cache.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A list of names as the key lists have it: each with its terminator, and one more zero byte at the end.
 #pragma once
 

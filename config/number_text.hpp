@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers and lists of numbers as the texts of values.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The search for the main configuration file and the files beside it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the configuration search keeps for the whole process.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The singly linked chain that stacks and queues are made of.
 #pragma once
 

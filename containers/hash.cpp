@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hash tables with open addressing.
 //
 // Removing a key leaves a hole without a mark, and a lookup does not stop at one, so that by the rules a

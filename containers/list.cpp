@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Doubly linked lists of elements that begin with their links.
 #include "kv/containers.h"
 #include "kv/frame.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Queues: a chain that grows at its tail.
 #include "kv/containers.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sorting by a whole-number key, digit by digit from the lowest, which compares nothing.
 #pragma once
 

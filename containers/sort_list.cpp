@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sorting lists: short ones by insertion, long ones by merging.
 //
 // The order is defined as that of an insertion from the front: an element goes in front of the first one

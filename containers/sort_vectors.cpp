@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sorting vectors of numbers, in place or through pointers, and the runtime library's quicksort.
 #include <algorithm>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stacks: a chain whose first node is the top.
 #include "kv/containers.h"
 

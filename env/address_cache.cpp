@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/address_cache.hpp"
 
 #include <cstring>

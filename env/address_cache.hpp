@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The addresses that were looked up lately in an environment, each with the element that it led to.
 //
 // A deep path in a large tree is searched for in several tables, one after the other, and each of them

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Arrays: one text with commas between the items.
 #include <algorithm>
 #include <new>

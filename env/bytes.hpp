@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Short texts, word by word: names are compared and hashed without a call and almost without branches.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/characters.hpp"
 
 namespace kv::env {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The characters of a text as its grammar sees them: without comments, with continued lines joined.
 #pragma once
 

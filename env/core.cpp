@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two operations that storing and getting are made of, and the delimiter.
 #include <algorithm>
 #include <cstdio>

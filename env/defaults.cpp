@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Default chains.
 #include "kv/env.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Inserting and deleting elements and sections.
 #include "env/handle.hpp"
 #include "env/list.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edits of a file, from reading it to the new content in its place.
 #include <cstdint>
 #include <new>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/edits.hpp"
 
 #include <algorithm>
@@ -21,10 +22,6 @@ namespace {
 
 // Line ends in names can be written only as they were read; who gives a name anew meant something else.
 enum class Origin { caller, tree };
-
-bool is_blank(char c) {
-    return c == ' ' || c == '\t';
-}
 
 // Whether a line end can stand behind a part of a name.
 bool can_end_line(std::string_view part) {

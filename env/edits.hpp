@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edits of the text of a file.
 #pragma once
 

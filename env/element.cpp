@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/element.hpp"
 
 #include <algorithm>

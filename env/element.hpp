@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The records of the tree: elements and the lists that hold them.
 #pragma once
 

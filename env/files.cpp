@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Environments in text files.
 #include <algorithm>
 #include <limits>

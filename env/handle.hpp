@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Handles: environments and sub-environments, and the entry that every function on one begins with.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opening and closing environments and sub-environments.
 #include "env/handle.hpp"
 #include "env/list.hpp"

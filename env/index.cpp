@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/index.hpp"
 
 namespace kv::env {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The index of a long list: finds its elements by name and by position without walking it.
 //
 // Results are exactly those of walking the list. The index is built by the first search that profits from

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/line_writer.hpp"
 
 #include <algorithm>

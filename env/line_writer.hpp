@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines of the text format, broken before their 90th column.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/list.hpp"
 
 #include <new>

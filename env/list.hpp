@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Linking and searching in the lists of the tree. Every search costs about the same in a list of a hundred
 // thousand elements as in one of a hundred.
 #pragma once

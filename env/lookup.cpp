@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/lookup.hpp"
 
 #include "env/handle.hpp"

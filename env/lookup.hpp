@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finding elements: the one place where addresses are resolved.
 #pragma once
 

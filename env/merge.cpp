@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Merging the data elements of one environment into another.
 #include "env/merge.hpp"
 

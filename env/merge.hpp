@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Merging, as edits of a file do it.
 #pragma once
 

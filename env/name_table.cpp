@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/name_table.hpp"
 
 #include <cstring>

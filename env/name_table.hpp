@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The names of a long list: a hash table from a name to the elements that have it.
 //
 // A random lookup in a large list costs what its cache misses cost, so that the table is small: a place

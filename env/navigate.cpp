@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Elements by position, and the iteration over a block.
 #include <cstring>
 

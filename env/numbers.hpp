@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The grammar of numbers in stored texts, and numbers as stored.
 //
 //   blank    space or tab

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/ordered.hpp"
 
 #include <algorithm>

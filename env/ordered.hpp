@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The order of the elements of a list, for finding an element's position and the element at a position.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/patch.hpp"
 
 #include <algorithm>
@@ -8,10 +9,6 @@
 namespace kv::env {
 
 namespace {
-
-bool is_blank(char c) {
-    return c == ' ' || c == '\t';
-}
 
 /// The new text, as it grows.
 class Output : public Sink {

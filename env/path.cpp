@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/path.hpp"
 
 #include <algorithm>

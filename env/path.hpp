@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Paths: names and occurrence indices between delimiters.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Paths made of names.
 #include <cstdarg>
 #include <cstring>

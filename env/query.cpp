@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Existence, counting, and lists of names.
 #include <cstring>
 #include <string_view>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/reader.hpp"
 
 #include <string_view>

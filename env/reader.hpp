@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading the text format.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reports of the environment tree, by the source that they are attributed to.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the elements of a text stand in it: what the reader notes when the text is going to be edited.
 #pragma once
 

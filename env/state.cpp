@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/state.hpp"
 
 #include "kv/frame.h"

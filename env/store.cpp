@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/store.hpp"
 
 #include "env/handle.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Storing: replacing an element's content, and creating what an address lacks.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Environments in texts in memory.
 #include <algorithm>
 #include <cstring>

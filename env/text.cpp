@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text format over the caller's character functions, and where its last syntax error was.
 #include <algorithm>
 #include <cstring>

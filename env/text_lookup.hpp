@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The getters of texts, numbers and arrays have this in common.
 #pragma once
 

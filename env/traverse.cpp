@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Traversals with callbacks.
 #include "env/traverse.hpp"
 

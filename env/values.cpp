@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Single values: texts, numbers, externals, by path.
 #include <cstdio>
 #include <cstring>

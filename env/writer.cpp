@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "env/writer.hpp"
 
 #include "env/handle.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writing the text format.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Finds the lightest profile for the girder of a crane, and prints the check of its bending and deflection.
  *
  *     beam_check MACHINE-FILE

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Writes the strokes of a press, a record file of either byte order, in the byte order that is asked for.
  *
  *     byte_order big|little FROM TO

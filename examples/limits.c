@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Prints the travel limits of a machine's axes: those that the site has set where it has set any, those of
  * the machine's maker elsewhere.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tells what a site has set otherwise than the maker, looks a beam up, and keeps what was calculated with
 // it: the environment tree, a table of profiles, the calculator and an INI file by the layer for C++.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The byte order of values in files.
 #pragma once
 

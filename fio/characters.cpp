@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Characters, string fields, lines.
 #include <algorithm>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The switch in the main configuration file for an application's free-space checks.
 #include <cstdint>
 

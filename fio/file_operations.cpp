@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copying, renaming and removing files; making and removing directories; free space.
 #include <cstdio>
 

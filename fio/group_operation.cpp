@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copying, moving and deleting groups of files and directories.
 #include "kv/fio.h"
 #include "kv/frame.h"

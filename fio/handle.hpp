@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The file handle.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The current directory and the current drive, which this family calls the host.
 #include "kv/fio.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Listing a directory.
 #include <algorithm>
 #include <cstring>

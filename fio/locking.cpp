@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locking the bytes of an open file.
 #include "kv/fio.h"
 

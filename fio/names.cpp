@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // File names: the extension, and the test against the 8.3 rules of DOS.
 #include <cstring>
 #include <string_view>

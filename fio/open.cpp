@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opening and closing, with the identification header of binary files.
 #include <cerrno>
 #include <cstring>

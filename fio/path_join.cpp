@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fio/path_join.hpp"
 
 #include <algorithm>

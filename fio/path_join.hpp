@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Joining and splitting paths without writing beyond the 256 bytes of the family's buffers.
 #pragma once
 

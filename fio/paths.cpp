@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Joining paths, taking them apart, making them absolute.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Position, length, flushing.
 #include <limits>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is there, and what may be done with it.
 #include "kv/fio.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Names for temporary files.
 #include <cstring>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Binary values and blocks.
 #include <bit>
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions that run before the process ends.
 #include "kv/frame.h"
 #include "kv/memory.h"

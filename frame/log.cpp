@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "frame/log.hpp"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One entry of the log "c:\kv.err".
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Environment variables, the beep, and the kind of platform.
 #include "kv/frame.h"
 #include "kv/strings.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The reports: error, message, fatal exit, bad switch value.
 #include <cstdio>
 #include <cstdlib>

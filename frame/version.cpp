@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kv/version.h"
 
 const char *kv_version(void) noexcept {

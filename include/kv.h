@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* kv: the one header that an application includes.
  *
  * Conventions that hold everywhere, so that a function's description states only what is its own:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // kv for C++20: handles that close themselves, texts as std::string_view, results that say why there is
 // none, and ranges. A thin layer over the C interface, which it never leaves; the headers in kv/ say what
 // each function does, and everything here may be mixed with calls of them: get() of a handle gives what

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The seam at which tests make allocations fail. Nothing else uses it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The exported allocation wrappers over the runtime library's heap.
 #include <cstdlib>
 

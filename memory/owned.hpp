@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // RAII over the allocation wrappers: an owning pointer, and an allocator for the standard containers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pool heaps.
 //
 // The documented rule is that the first block of the chain with more bytes left than the piece needs

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The seam at which tests make system calls on files fail. Nothing else uses it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A change of a whole file: its bytes read, made new, and saved, all under its lock.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/lock_timeout.hpp"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How long one waits for somebody else's lock on a file.
 #pragma once
 

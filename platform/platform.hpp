@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All that the families ask of the operating system. platform/posix and platform/win32 implement it;
 // the families include nothing else of the system.
 //

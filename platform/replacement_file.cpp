@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a file that takes its new content as a whole does alike on every system.
 #include <new>
 

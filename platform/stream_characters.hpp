@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One character of a stream, without a call: the functions of the C library that do not lock.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines of a text file where they stand in memory: no byte is copied but those at the end of a block.
 #pragma once
 

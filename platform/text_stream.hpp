@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text files as they travel between machines: CR LF on disk, a line feed in memory, and the end at a
 // Ctrl-Z.
 #pragma once

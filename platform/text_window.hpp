@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The characters of a text file with their positions on disk, in a large buffer that moves over the file.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/wildcards.hpp"
 
 #include <bitset>

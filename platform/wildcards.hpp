@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // File name patterns as DOS understands them.
 #pragma once
 

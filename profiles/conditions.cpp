@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "profiles/conditions.hpp"
 
 #include <algorithm>

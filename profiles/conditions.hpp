@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The conditions of a search.
 #pragma once
 

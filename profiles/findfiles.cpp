@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The search over all tables of the profile directory.
 #include <cstring>
 #include <new>

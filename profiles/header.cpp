@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The columns of a table, and those that the application wants.
 #include <algorithm>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Characters, fields and lines, and the numbering of lines that stepping back relies on.
 #include <algorithm>
 #include <array>

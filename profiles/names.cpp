@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Parts of full names, and the units of the usual columns.
 #include <cstring>
 #include <string_view>

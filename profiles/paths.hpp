@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where tables are.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Patterns:
 //
 //     pattern    = letters rest

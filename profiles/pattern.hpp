@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Patterns for the names of entries.
 #pragma once
 

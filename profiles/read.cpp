@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One entry after the other, forwards and backwards.
 #include <cstring>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The searches in one table.
 #include <new>
 

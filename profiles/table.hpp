@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The handle of a table, and the steps by which it is read.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The values of fields.
 #include <algorithm>
 #include <cfloat>

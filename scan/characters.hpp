@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the scanner knows of single characters: classes, folding, symbols.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The index of the keywords.
 #include <algorithm>
 #include <cstring>

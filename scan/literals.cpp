@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Literals: the value of long numbers, and tokens in quotes.
 #include <charconv>
 #include <cstring>

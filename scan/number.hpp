@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The value of a decimal number that is read digit by digit, of any length in constant memory.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The characters of one call, one at a time; what carries over to the next call is written back to the
 // handle.
 #pragma once

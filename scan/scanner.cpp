@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Scanners: opening, closing, and single characters.
 #include "scan/scanner.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The handle of a scanner, and its keywords: an index of the caller's table, in the order of the texts.
 #pragma once
 

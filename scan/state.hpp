@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All process-wide state of the scanner: the trace that all tracing scanners share.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tokens: the first character decides what is read.
 //
 // The reader of a call stays in registers as long as its address does not leave scan_token(); that is why

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The trace of tokens in the file "trc".
 #include <cstdarg>
 #include <cstdio>

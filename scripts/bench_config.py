@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The tables of kv_bench_config: INI files."""
 
 # Of each group: title, its rows with this library's own first, and what it may take at most, as a multiple of

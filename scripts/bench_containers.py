@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Tables of kv_bench_containers."""
 
 from bench_goals import print_group

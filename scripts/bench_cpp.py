@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The tables of kv_bench_cpp: the C++ layer beside the C interface that it stands for."""
 
 from bench_goals import print_group

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The tables of kv_bench_env: the environment tree."""
 
 PEERS = ["GKeyFile", "libconfig", "PropertyTree"]

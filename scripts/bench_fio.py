@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The tables of kv_bench_fio: record files and lines."""
 
 # Of each group: title, its rows with this library's own first, and how fast it has to be at least, as a part of

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A table of this library beside its peers, with goals as shares of a peer's time."""
 
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The tables of kv_bench_profiles: searching and walking tables of profiles."""
 
 from bench_goals import print_group

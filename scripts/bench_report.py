@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes what the benchmarks have measured as a page, with plots of how the times grow."""
 
 import datetime

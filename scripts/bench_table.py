@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Prints the measurements of the benchmarks as tables, each goal beside what was measured.
 
 usage: bench_table.py [--report <directory>] <JSON file of kv_bench_NAME>...

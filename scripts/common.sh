@@ -1,9 +1,10 @@
+# SPDX-License-Identifier: MIT
 # What the scripts share; they source it with their own arguments.
 
 # --help prints the comment at the head of the script, and does nothing else.
 case ${1-} in
     -h | --help)
-        sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"
+        sed -n '/^# SPDX/d; 2,/^[^#]/s/^# \{0,1\}//p' "$0"
         exit 0
         ;;
 esac

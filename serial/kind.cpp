@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where port names lead to; plot files through the sibling library, on the platform that has no other way.
 #include <cstdint>
 #include <cstdio>

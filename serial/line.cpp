@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "serial/line.hpp"
 
 #include <cstdint>

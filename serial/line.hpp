@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opening a port and setting up its line.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ports that the application writes to, and plot files to a port that the library drives itself.
 #include <cstdint>
 

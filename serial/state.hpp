@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the serial output keeps for the whole process.
 #pragma once
 

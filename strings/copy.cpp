@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copying and joining. Lengths are known before anything is written, so texts may overlap.
 #include <cstddef>
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Backslash escapes.
 #include <array>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers: as text, the same in every locale; rounding, signs, and trigonometry in degrees.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All process-wide state of the strings.
 #pragma once
 

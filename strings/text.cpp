@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts: comparing, searching, changing in place, taking apart. Only the ASCII letters have case, in every
 // locale.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Expressions, parsed and evaluated each time.
 #include <algorithm>
 #include <array>

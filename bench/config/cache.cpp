@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values got from a file that is in memory, in random order; how that grows with the file; and loading it.
 #include <algorithm>
 #include <array>

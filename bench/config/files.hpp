@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The files that all libraries work on, in a directory of the process.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Benchmarks of the configuration files beside comparable libraries.
 #include <benchmark/benchmark.h>
 #include <cstdlib>

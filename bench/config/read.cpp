@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One value read from a file that is opened for it: 50 sections of 20 entries, the value in the middle.
 #include <benchmark/benchmark.h>
 #include <cstdio>

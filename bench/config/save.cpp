@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One value changed in a file and saved, the file flushed to the disk. What the disk takes is most of it.
 #include <benchmark/benchmark.h>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hash tables: storing and finding keys, with the same hash function of the caller for all.
 #include <benchmark/benchmark.h>
 #include <cstring>

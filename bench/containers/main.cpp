@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Benchmarks of the containers beside comparable libraries.
 #include <benchmark/benchmark.h>
 

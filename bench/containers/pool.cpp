@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pool heaps: pieces of mixed small sizes, then everything released at once.
 #include <apr_general.h>
 #include <apr_pools.h>

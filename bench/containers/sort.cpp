@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sorting numbers and lists.
 #include <algorithm>
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What include/kv.hpp costs beside the calls of the C interface that it stands for. Both sides of a pair do
 // the same work and check the same result.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bench/env/dataset.hpp"
 
 #include <algorithm>

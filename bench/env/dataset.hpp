@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The data that every format is measured with: 10,000 leaves in 100 sections, the same for all.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One value changed in a file of 1 MB and saved: loaded, changed, written, flushed to the disk. In time of
 // the clock.
 #include <cstdio>

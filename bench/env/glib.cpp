@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // GLib's GKeyFile on the common data. It has no blocks: a leaf of a block is the key "block.name".
 #include <glib.h>
 #include <memory>

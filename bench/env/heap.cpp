@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bench/env/heap.hpp"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The heap that parsed data occupies.
 #pragma once
 

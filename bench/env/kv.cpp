@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The environment tree on the common data.
 #include <cstdio>
 #include <cstring>

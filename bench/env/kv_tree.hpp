@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Environments for the measurements.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // libconfig on the common data: sections and blocks are groups, lists are arrays of floats.
 #include <cstdio>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Benchmarks of the environment tree beside comparable libraries.
 #include <benchmark/benchmark.h>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The loops that the formats share, so that each is measured in the same way.
 //
 // Times are given per item: a leaf, a lookup, an element. What is parsed comes as an owning pointer.

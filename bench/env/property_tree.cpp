@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Boost.PropertyTree and its INFO format on the common data.
 #include <boost/property_tree/info_parser.hpp>
 #include <boost/property_tree/ptree.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the environment tree's operations grow with the number of elements in one block.
 #include <array>
 #include <charconv>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Benchmarks of records and lines beside the C library's streams on the same files.
 //
 // Each iteration opens a file, writes or reads 20,000 records, and closes it. A record is what a

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Benchmarks of tables: the search for an entry beside a loop written by hand, awk and an SQLite table, and
 // walking forwards and backwards.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The generated scanners: the same tokens, the same record filled.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Scanners over the same text of one megabyte.
 #include <benchmark/benchmark.h>
 #include <glib.h>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Linux for the CMAKE_SYSTEM_PROCESSOR that is set.
 set(triple ${CMAKE_SYSTEM_PROCESSOR}-linux-gnu)
 set(CMAKE_SYSTEM_NAME Linux)

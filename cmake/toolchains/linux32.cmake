@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # 32-bit Linux on a 64-bit x86 system, with g++ and its multilib.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR i686)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Windows, for the CMAKE_SYSTEM_PROCESSOR that is set, with the mingw-w64 compilers whose threads are those of POSIX.
 set(prefix ${CMAKE_SYSTEM_PROCESSOR}-w64-mingw32)
 set(CMAKE_SYSTEM_NAME Windows)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Linux with the C library musl, static programs. Debian has no C++ library for it; that of LLVM, which was built for glibc, is
 # made to serve: it is told that this is musl, and musl/missing.c has the few functions that it wants of glibc. Its streams
 # cannot format numbers with a point then, which is enough for tests that pass, and for no application.

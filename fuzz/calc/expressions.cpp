@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any text as an expression; one that has a value has the same one inside others. And the expression that
 // the bytes choose, beside a plain evaluator.
 #include <cmath>

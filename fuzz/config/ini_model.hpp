@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // INI files as a plain list of sections, read in the most direct way: the measure for the fuzz targets.
 #pragma once
 

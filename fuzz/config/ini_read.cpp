@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading INI files: every value, key list and section list is what the plain model finds.
 // Input: the section, the key and the capacity of lists as texts, then the file.
 #include "config/ini_read.hpp"

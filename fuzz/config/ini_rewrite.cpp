@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changing INI files: what reads after a change is what the plain model makes of the change, comments and
 // what stands behind the text are kept, and the status is the model's.
 // Input: the operation, then section, entry and text, then the file.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A cache beside a plain model of it: the sections of a text, random calls, lookups with and without room
 // for an index. The merged file gives the same values when it is loaded again, and merging once more
 // changes nothing.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The configuration search over any registry and any main configuration file: whatever they hold, a result
 // is a file that is there, and no buffer of 256 bytes overflows.
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Operations on a table, its parent and its grandparent, against slots that are walked by the rules.
 #include "tests/models/hash.hpp"
 

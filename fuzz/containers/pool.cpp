@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pieces of random sizes, each where walking the chain of blocks puts it.
 #include "tests/models/pool.hpp"
 

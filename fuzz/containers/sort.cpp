@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lists of keys with ties, and short ones with pairs that compare in no order: the order that inserting
 // from the front gives.
 #include "kv.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edits of a text: reading what comes out gives what the functions make of the tree that was read before.
 #include <algorithm>
 #include <array>

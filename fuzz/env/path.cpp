@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Paths: storing, deleting and looking up under any path gives in any tree what a plain model of it gives.
 #include "fuzz/env/support.hpp"
 #include "tests/models/env_tree.hpp"

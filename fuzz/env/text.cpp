@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text format: whatever a text holds, what was read of it is written and read again as the same tree.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The grammar of numbers: what is accepted has the value that the C library gives it, and is accepted in
 // every form that the getters know.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The test of names beside the rule written out plainly.
 #include "kv/fio.h"
 

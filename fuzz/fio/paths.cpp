@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Joining, splitting and full paths beside a plain model; every buffer has exactly the size that is
 // promised. The lines of the input are the base, the directory and the name.
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Handles on any content, checked against plain models: the header and typed values of binary files, and
 // reading, writing and positions of text files.
 #include <algorithm>

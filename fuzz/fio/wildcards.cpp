@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Patterns beside a model that tries every way to match. The lines of the input are the pattern and the
 // name.
 #include "platform/wildcards.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Conditions with any operator, column and values: the operator's text loses its blanks, and the entries
 // found are those for which the conditions hold.
 #include <cmath>

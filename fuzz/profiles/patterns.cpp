@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Patterns, beside a matcher that follows their grammar by recursion.
 #include <cmath>
 #include <cstring>

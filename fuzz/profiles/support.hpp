@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A table that the targets fill anew for every input.
 #pragma once
 

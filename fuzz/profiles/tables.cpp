@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables of any content with random calls: what is read forwards and backwards and by conditions is what
 // the plain model reads, and no search goes on for ever.
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any text with any options: tokens end, hold what they say, and come again in the same way.
 #include <cstring>
 

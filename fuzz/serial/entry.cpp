@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Port entries: as mode texts beside a plain model, and now and then as the entry of a port in
 // WIN.INI that is opened.
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Escapes: what str_etos() writes str_stoe() reads back, in place as into a buffer. Every buffer has
 // exactly the size that is needed, so that a sanitizer sees one byte too many.
 #include <algorithm>

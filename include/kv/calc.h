@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Expression calculator: the value of an arithmetic and logical expression.
  *
  * Operators, those that bind tightest first; all but "^" and "? :" group from the left:

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Clock and timers: the time, German date and time texts, time records, and stop-watch timers.
  *
  * A time is the number of seconds since 1 January 1970, 00:00 UTC, in 32 bits: it reaches from 1970 to

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Configuration search: the main configuration file "kv3.ini" and the files that it names.
  *
  * What steers the search:

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Containers: doubly linked lists of the caller's elements; stacks, queues and hash tables of values.
  *
  * A list links elements that the caller allocates and owns. The other containers own their nodes and

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Environment tree: sections, blocks, text values and application pointers, addressed by paths.
  *
  * The tree. A root environment holds an ordered list of sections. A section is a block; a block holds
@@ -654,8 +655,8 @@ typedef struct ENV_EDIT {
  *                         element's name that is empty, has a "=" or begins with "[" or "}", a section's
  *                         name with a "]". With *reached equal to count: the file cannot be written or is
  *                         in use. With either: the heap is exhausted. */
-KV_API int32_t env_edit_file(const char *file_name, const ENV_EDIT *edits, int32_t count,
-                             int32_t *reached) KV_NOEXCEPT;
+KV_API int32_t KV_CALL env_edit_file(const char *file_name, const ENV_EDIT *edits, int32_t count,
+                                     int32_t *reached) KV_NOEXCEPT;
 
 KV_END_DECLS
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* File I/O: file handles with binary records, paths and names, file system operations, free space.
  *
  * Files are named by a directory and a name (and sometimes a base before them), which fio_makepath()

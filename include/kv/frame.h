@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Runtime frame: reports with a call trace, exit handlers, and small process helpers.
  *
  * Reports go to the log file "c:\kv.err", which holds the reports of one calendar day: the first

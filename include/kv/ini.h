@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* INI files: read and rewritten directly on disk.
  *
  * Every call is complete in itself: it opens the file, does its work and closes it; nothing is kept

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Memory: the allocation wrappers that every block of the library comes from, and pool heaps.
  *
  * Blocks that the library hands out for the caller to free (str_alloc(), env_write_to_string(), ...)

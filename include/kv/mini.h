@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* In-memory INI: the sections of one INI file kept in memory.
  *
  * A cache is opened on a file, whether it exists yet or not. Its sections are loaded all at once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Numeric helpers: rounding to powers of ten, signs, and trigonometry in degrees.
  *
  * Every function takes every argument, reports nothing, keeps no state, and may be called from any

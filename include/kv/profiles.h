@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Tables of profiles (cross-sections) and of mats: reading, stepping forwards and backwards, searching.
  *
  * A table is a text file (CR LF or LF; it ends at a Ctrl-Z). Its first line, which needs a line end, names

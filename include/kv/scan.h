@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Scanner: splits a stream of characters into tokens.
  *
  * The characters come from a function of the caller, one at a time; a scanner looks one character ahead.

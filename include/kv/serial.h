@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Serial output: plot files, or any bytes, to a plotter on a serial port.
  *
  * Ports. A port is named "COM1" to "COM256"; the case of the letters matters to WinCommPortCheck() and to

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Sorting: vectors of numbers, the runtime library's quicksort, and lists.
  *
  * Vectors and lists belong to one thread while they are sorted. Nothing here reports anything; where the

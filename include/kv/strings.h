@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Strings: the string toolkit, conversions between numbers and text, and DOS text.
  *
  * Texts are 8-bit and end with a zero byte. Destination buffers belong to the caller, who makes them

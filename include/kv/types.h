@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Types and macros that every family's header uses. */
 #ifndef KV_TYPES_H
 #define KV_TYPES_H

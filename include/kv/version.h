@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The version of the library.
  *
  * What a change of each number promises to applications: CONTRIBUTING.md. An application that was built
@@ -9,7 +10,7 @@
 
 /* The version of these headers. It stands here alone: the build takes it from these lines. */
 #define KV_VERSION_MAJOR 1
-#define KV_VERSION_MINOR 0
+#define KV_VERSION_MINOR 1
 #define KV_VERSION_PATCH 0
 
 /** The version as one number, to compare: 10203 is version 1.2.3. */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copying the content of a file.
 #include <cerrno>
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // File descriptors: calls that a signal interrupted are repeated.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Searching a directory for names that match a pattern.
 #include <cerrno>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The drives: where each one is in the file system, which one is current, and where one is on each.
 #pragma once
 

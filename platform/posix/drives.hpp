@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From the families' paths to those of the file system.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Single entries of directories, named by paths of the file system.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a file is to whom, and what else it has beside its content.
 //
 // Access lists are extended attributes to the kernel, so they need no care of their own. What the system

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a file is to whom, and what else it has beside its content.
 #pragma once
 

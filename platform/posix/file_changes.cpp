@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Renaming, removing and making single files and directories; the free space of a drive.
 #include <cerrno>
 #include <cstdio>

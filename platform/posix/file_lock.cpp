@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locks on files that changes and reads of them agree on.
 #include "platform/posix/file_lock.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locks on files that changes and reads of them agree on.
 //
 // They are locks of the open file, not of the process, on single bytes far behind any content: so they

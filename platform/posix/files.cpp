@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading files, and their status.
 #include <cerrno>
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a fork does with the locks: the child has one thread, and nobody who would release what another
 // thread of the parent held.
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/posix/mode_text.hpp"
 
 #include <charconv>

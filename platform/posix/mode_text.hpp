@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text that describes the settings of a serial port, as the command "mode" and the system call behind
 // it take it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers as text in the "C" locale, whatever the application's locale is; powers.
 #include <cmath>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A path of the file system, and its growth piece by piece.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sibling library of the serial output: there is none here.
 #include "platform/platform.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The process: its environment, its local time, the kind of platform.
 #include <algorithm>
 #include <csignal>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locks on the bytes of a file, between processes and between streams.
 //
 // They are those of the open file, not of the process: a lock of the process would end as soon as

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The registry: a text file that the environment variable KV_REGISTRY names. "[key]" begins the values of a
 // key, "@=text" is its default value; lines that begin with ";" are comments.
 #include <algorithm>

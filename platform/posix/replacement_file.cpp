@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A file that takes its new content as a whole.
 //
 // The usual way: a file without a name in the target's directory takes the content, is flushed to the disk,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The log, and what a debugger gets, which is a file or standard error.
 #include "platform/posix/report_output.hpp"
 

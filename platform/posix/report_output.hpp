@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writing reports: what takes them may be a pipe that nobody reads, a terminal that has been stopped, a
 // file that has its largest size. A report neither waits for that nor ends the process.
 #pragma once

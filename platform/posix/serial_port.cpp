@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Serial ports as terminal devices.
 //
 // The descriptor does not block: writing waits in poll(), so that a limit can be put on it. The port is

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/posix/serial_settings.hpp"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The settings of a serial port as a terminal device has them.
 #pragma once
 

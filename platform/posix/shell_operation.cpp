@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the desktop's shell does with groups of files.
 #include <cerrno>
 #include <cstdio>

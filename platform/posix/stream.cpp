@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Streams of the C library. Binary ones are its own; text streams are its streams over a layer that
 // translates line ends.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An entry in the trash is files/NAME and beside it info/NAME.trashinfo, which says where it was. The
 // information is written first: whoever creates it owns the name.
 #include "platform/posix/trash.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The desktop's trash, as freedesktop.org's Trash specification 1.0 describes it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Directories with all that is in them. Nothing recurses, and links are never followed. Everything throws
 // std::bad_alloc.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Telling the user: message text, beep.
 #include <cerrno>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/win32/content_lock.hpp"
 
 namespace kv::platform::win32 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lock on the content of a file between those who know it: exclusive for who writes in place, shared
 // for who reads. It is on bytes that no file reaches, so that nobody else meets it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copying the content of a file.
 #include "platform/platform.hpp"
 #include "platform/win32/handle.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Searching a directory for names that match a pattern. The system lists all; what matches is decided here,
 // since its own search also finds names by their short forms ("LONGNA~1.PRO").
 #include <cstring>

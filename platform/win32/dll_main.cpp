@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The entry function of the DLL, which the static library has no need of.
 #include <cstddef>
 #include <windows.h>

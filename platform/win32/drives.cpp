@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drives and current directories. The system keeps the current directory of each drive in the variable
 // "=C:" of the process; its own change of the directory does not, so that it is done here, as the C library
 // does it.

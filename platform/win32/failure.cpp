@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Why a call failed.
 #include <cstdio>
 #include <windows.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Renaming, removing and making single files and directories.
 #include <cstdio>
 #include <cstring>

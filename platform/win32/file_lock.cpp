@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lock on changes of a file: a mutex of the system whose name says the file. The system ends it with
 // its owner, nothing is left behind, and the file itself stays free for everybody. It keeps order among the
 // programs of one computer; a change made on another one shows in the file's stamp.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a path names and what may be done with it.
 #include "platform/platform.hpp"
 #include "platform/win32/handle.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The processes that have a file open.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading files, their status, and the log.
 #include "platform/failpoint.hpp"
 #include "platform/platform.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Handles of files. Everything the system is asked for goes through its functions for 8-bit texts, so that
 // names are passed on as the bytes they are.
 #pragma once

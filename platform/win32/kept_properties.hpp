@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a new file takes over from the one in whose place it is put, beside the name: attributes, age,
 // owner, rights, compression and encryption.
 #pragma once

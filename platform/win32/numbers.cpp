@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers as text in the "C" locale, whatever the application's locale is; powers.
 //
 // The formatting is that of the compiler's library, which follows the standard ("1e+10", where the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Paths of the system, as long as it lets them be.
 #pragma once
 

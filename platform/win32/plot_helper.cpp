@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sibling library of the serial output, which exists for Win32s alone.
 #include <windows.h>
 

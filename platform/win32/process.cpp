@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The process: its environment, its locks and the kind of platform.
 #include <cstdlib>
 #include <windows.h>

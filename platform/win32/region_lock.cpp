@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locks on the bytes of a file, between processes and between streams. The system keeps others from reading
 // and writing what is locked.
 #include <algorithm>

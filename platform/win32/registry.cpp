@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The registry.
 #include <cstring>
 #include <windows.h>

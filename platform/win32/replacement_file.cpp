@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A file that takes its new content as a whole.
 //
 // The new content is written to a temporary file beside the target. It is marked for removal from the first

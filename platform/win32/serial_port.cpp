@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Serial ports and their control block.
 #include <algorithm>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the shell does with groups of files.
 //
 // The shell gets whole paths, and a new path for each: patterns, and directories whose new place exists,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Streams of the C library, which translates text streams itself.
 //
 // What the C library tells as the position of a text stream supposes that every line ends with CR LF, and

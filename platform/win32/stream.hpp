@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the platform's own code asks of a stream.
 #pragma once
 

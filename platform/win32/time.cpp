@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The time and the calendar, with the time zone of the system and the rules that it has for each year.
 #include <chrono>
 

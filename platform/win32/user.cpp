@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Telling the user: message boxes, debugger output, beep.
 #include <algorithm>
 #include <cerrno>

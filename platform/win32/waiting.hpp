@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Waiting for what others have: a file, or a lock on it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Expressions: one row each, with the value, or the error and its place; random ones beside a plain
 // evaluator.
 #include <cmath>

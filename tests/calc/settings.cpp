@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The calculator's settings in the main configuration file.
 #include <gtest/gtest.h>
 #include <tuple>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks the headers as Microsoft's compilers see them, for 32 and 64 bit: functions and the types of callbacks are __cdecl,
 whatever an application takes by default.
 

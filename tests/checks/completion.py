@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Completes command lines of kv in real shells, each at a terminal of its own, and compares the words that the shell
 makes of what stands there then. A shell that is not installed is passed over, with a message.
 

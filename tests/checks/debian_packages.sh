@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Looks at the Debian packages in a directory, installs them into an empty system of their own, builds and runs an application
 # and the program there, and removes them again.
 #

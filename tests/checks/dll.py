@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks what kv.dll wants of the machine it is put on: libraries of the system and no others, and that it tells its
 version.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Follows a document as its reader does: writes the files that it shows, types its commands into one shell, with an empty
 home, and compares what comes with what is shown.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs the programs of examples/ with the files there, and compares what they print and write.
 
 usage: examples.py <directory of the programs> <examples directory> [<emulator of another system>...]

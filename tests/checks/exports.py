@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks that exported = listed = declared = documented = tested, that the layer for C++ is tested, and that the
 documents name no function that is not there. What is missing is named.
 

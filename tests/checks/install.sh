@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs the build into an empty directory, moves that, and builds and runs applications from there: one in C that
 # pkg-config helps to find it, and in C and in C++ those that CMake does, with the shared library and with the static one.
 #

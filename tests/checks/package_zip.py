@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Packs the build for Windows and looks into the archive: the DLL, the program, and what applications are built with.
 
 usage: package_zip.py <cpack> <build directory> <version> <objdump>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Sends a plot file with the Windows program to a serial port, which is a pseudo-terminal of this machine that Wine calls
 COM1, and checks what arrives.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks the tables of examples/profiles: what follows from the dimensions is computed anew, so that no figure is
 mistyped.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks that every test and fuzz source is named in its folder's CMakeLists.txt and holds something to run.
 
 usage: registered_tests.py <project directory>

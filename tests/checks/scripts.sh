@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Asks every script for its help: it tells how the script is called, and does nothing else.
 #
 #   tests/checks/scripts.sh PROJECT-DIRECTORY

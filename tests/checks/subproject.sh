@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds and runs applications in C and in C++ that have this project in their own, with either library. What they install is
 # their own alone.
 #

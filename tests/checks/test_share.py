@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks that the tests do not outgrow the code: their lines in C and C++ without the blank ones, by those of everything else.
 
 usage: test_share.py <project directory>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Timers and their report. Timers cannot be closed: the tests stand in the order in which they fill the
 // table.
 #include <cstddef>

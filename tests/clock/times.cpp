@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Times as numbers, texts and records, around the changes of daylight saving and at the ends of the range.
 #include <cstddef>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The time zone that a process sets itself, as POSIX lets it.
 #include <gtest/gtest.h>
 

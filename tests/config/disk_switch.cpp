@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The switch for free-space checks in the main configuration file.
 #include <gtest/gtest.h>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Saving on a disk that is really full: nothing is cut, nothing is left behind, and the same change
 // succeeds once there is room.
 #include <gtest/gtest.h>

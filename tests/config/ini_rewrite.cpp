@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What changes make of an INI file, byte for byte.
 #include <cstdint>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What becomes of an INI file when a change fails, is killed, or meets another one.
 #include "tests/config/ini_safety.hpp"
 

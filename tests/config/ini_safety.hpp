@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A file to be changed, and every kind of change.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What becomes of an INI file when a change is killed, has no rights, or meets another process. On POSIX
 // alone: the tests fork, lower the limits of a process, and set rights that Windows does not have.
 #include <chrono>

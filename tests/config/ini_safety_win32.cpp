@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What becomes of an INI file when a change is killed, or meets other processes, as Windows has them: those
 // that are started here are this program again.
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sound settings, which only the library's own state shows.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A cache that finds no memory ends the process. On POSIX alone: the test forks for each end.
 #include <cstdio>
 #include <functional>

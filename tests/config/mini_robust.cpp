@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Caches in adverse conditions: long lists, an exhausted heap, failing file operations. What calls make of
 // a cache and its file, the model of the fuzz target says.
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an update makes of the file, byte for byte; deleting and renaming.
 #include <string>
 #include <vector>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What only caches have: statuses for NIL, and values that are given without a copy.
 #include <vector>
 

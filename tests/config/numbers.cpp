@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers and lists of them in INI files, on disk and through caches.
 #include <vector>
 

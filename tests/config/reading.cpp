@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading INI files, by each call and through caches: the format, buffers, lists of keys.
 #include <optional>
 

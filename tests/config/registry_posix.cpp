@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The file that is the registry on POSIX, as users write it.
 #include <gtest/gtest.h>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The configuration search: the order of the places, the reports, and what a hostile file can do.
 #include <filesystem>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The configuration search where the system does not tell the current directory. On POSIX alone: elsewhere
 // the current directory cannot be removed.
 #include <filesystem>

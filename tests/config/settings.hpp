@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One INI file as both families read and write it: with every call, or through a cache.
 #pragma once
 

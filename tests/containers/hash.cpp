@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hash tables, against a model that walks the slots as the interface describes it.
 #include "tests/models/hash.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Doubly linked lists: the links after every operation, bounds of searches, callbacks that free.
 #include <cstddef>
 #include <gtest/gtest.h>

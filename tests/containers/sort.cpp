@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sorting vectors and lists.
 #include "kv/sort.h"
 

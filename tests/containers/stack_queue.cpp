@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stacks and queues. What is left in them when they are closed is for the leak check.
 #include <algorithm>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The layer for C++ over the C interface.
 #include <filesystem>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Default chains: lookups along them, attaching, detaching, rings, and sub-environments' copies of them.
 #include "tests/env/trees.hpp"
 

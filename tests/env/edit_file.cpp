@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edits of files: the tree that is read then is the one that the functions make, and all else stays.
 #include <random>
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* What an application does with environments, in plain C. */
 #include <stdio.h>
 #include <string.h>

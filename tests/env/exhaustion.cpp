@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The heap is exhausted at every allocation in turn: the failure is reported, and the tree is as it was or
 // wholly changed.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files and strings: line ends, times, and what happens to a file that cannot be read or written.
 #include "platform/failpoint.hpp"
 #include "tests/env/trees.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Environment files and the rights, the links and the limits of the system. On POSIX alone: the tests fork,
 // and set what Windows does not have.
 #include <sys/wait.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Handles: opening, closing, users, and what the random model does not know of sub-environments and
 // editing.
 #include "tests/env/trees.hpp"

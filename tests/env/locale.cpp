@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The application's locale has a decimal comma: numbers keep their point.
 #include <clocale>
 

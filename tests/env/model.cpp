@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Random operations on environments and on a plain model of them.
 #include <random>
 #include <thread>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The buffers of positions, iteration, existence, and lists of names. Which element is at a position, and
 // how many there are, is for the random model.
 #include "tests/env/trees.hpp"

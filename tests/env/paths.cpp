@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Paths: what the random model does not reach: indices beyond every list, reports, limits, the delimiter,
 // and the addresses that are kept.
 #include "tests/env/trees.hpp"

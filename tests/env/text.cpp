@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text format: golden pairs, errors with their places, continuation, what survives, and large texts.
 #include <random>
 

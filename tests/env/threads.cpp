@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Eight threads at once, each with an environment of its own and all with one in common.
 #include <atomic>
 #include <thread>

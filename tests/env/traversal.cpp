@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Traversals, the four modes of merging, copies of blocks, and changes of the tree on the way.
 #include "tests/env/trees.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the tests of the environment tree share: handles that close themselves, trees from texts and back.
 #pragma once
 

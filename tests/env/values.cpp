@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Typed values: the grammar of numbers, arrays, texts, formats, and the two builders of paths.
 #include <cmath>
 

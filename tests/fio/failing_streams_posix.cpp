@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Streams whose device or disk fails, as Windows does not let a test have it.
 #include <fcntl.h>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copying, renaming and removing single files; directories; names for temporary files; free space.
 #include <filesystem>
 #include <fstream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Single files and directories where rights, devices and names of POSIX come in, which Windows does not
 // have.
 #include <filesystem>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Groups of files and directories; the trash.
 #include "tests/fio/groups.hpp"
 

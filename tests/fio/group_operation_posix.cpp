@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Groups of files where links, the desktop's trash and long paths come in: as POSIX has them.
 #include <cstdlib>
 #include <regex>

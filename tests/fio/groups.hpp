@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A directory "g" on drive C with files to be copied, moved and deleted.
 #pragma once
 

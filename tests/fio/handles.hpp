@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Handles that close themselves, and files to open.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drives with current directories of their own, and where paths lead from there.
 #include "tests/fio/hosts.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the process is, as the interface tells it.
 #pragma once
 

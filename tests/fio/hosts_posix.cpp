@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drives that are directories of the host, its current directory, and what its rights allow: what Windows
 // does not have.
 #include <filesystem>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Listing directories.
 #include <filesystem>
 #include <fstream>

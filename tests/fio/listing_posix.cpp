@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Listing what POSIX alone has: links, and names that hide a file.
 #include <filesystem>
 #include <gtest/gtest.h>

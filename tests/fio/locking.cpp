@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locks between processes and between handles.
 #include "tests/fio/locking.hpp"
 

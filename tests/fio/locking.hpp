@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locks of other processes.
 #pragma once
 

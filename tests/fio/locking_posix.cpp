@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locks of other processes, and of files that have no positions.
 #include <gtest/gtest.h>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locks of other processes: the one that lock_elsewhere() starts is this program again.
 #include <string>
 

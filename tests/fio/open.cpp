@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opening: flags, the header, what fails.
 #include <cerrno>
 #include <filesystem>

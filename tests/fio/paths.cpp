@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Joining, splitting and full paths; the test of names. The models of the fuzz targets compare many more.
 #include <cstring>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Positions and lengths, also those that 32 bits cannot say.
 #include <cstdio>
 #include <filesystem>

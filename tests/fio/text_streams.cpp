@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading and writing text: lines, delimiters, CR LF, Ctrl-Z. The model of the fuzz target has many more
 // texts, and their positions.
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Binary values, string fields, blocks; the files of each byte order.
 #include <cstring>
 #include <tuple>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Exit functions.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The end of a process, whose message is a box that its user dismisses; on POSIX it is on standard error.
 #include <gtest/gtest.h>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Children that are forked while other threads are inside the library; other systems do not fork.
 #include <atomic>
 #include <functional>

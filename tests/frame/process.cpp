@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Environment variables and the kind of platform.
 #include <cstdio>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reports and the call trace. Each test runs in a process of its own, with the state of a fresh start.
 #include <cerrno>
 #include <ctime>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a debugger gets, which on POSIX is a file; what takes no report, which would block or end a process
 // there; and the end of a process, whose message is on standard error.
 #include <csignal>

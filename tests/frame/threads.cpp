@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reports of several threads at once.
 #include <atomic>
 #include <gtest/gtest.h>

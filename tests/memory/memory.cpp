@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The allocation wrappers, and pool heaps against their model.
 #include <algorithm>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A plain evaluator of expressions that walks a tree. Random trees are written as text, with no more
 // parentheses than they need.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An environment tree as the interface describes it: nested vectors, walked from the front.
 #pragma once
 

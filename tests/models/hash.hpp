@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A hash table as the interface describes it: slots that are walked by its rules.
 #pragma once
 

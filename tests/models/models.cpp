@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The models of the fuzz targets, which compare the library with plain code: over the inputs that fuzzing
 // has kept, and over random variations of them, the same ones each time.
 #include <algorithm>

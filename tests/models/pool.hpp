@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A model of pool heaps that walks the chain of blocks as the interface describes it.
 #pragma once
 

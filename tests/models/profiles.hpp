@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A plain model of tables: it reads the file character by character and, to step back into an earlier
 // block, reads it again from the beginning.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A scanner over a text, for the tests and the fuzz target.
 #pragma once
 

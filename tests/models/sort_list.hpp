@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sorting a list as the interface describes it: inserting its elements from the front.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Paths as the families write them, and the files that they reach.
 #include "platform/posix/drives.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Mode texts, and the settings that a device gets from them.
 #include "platform/posix/mode_text.hpp"
 

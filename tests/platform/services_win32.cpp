@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The services of Windows itself: message boxes, debugger output, the registry, the recycle bin, drives.
 #include <atomic>
 #include <filesystem>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Patterns as DOS understands them.
 #include "platform/wildcards.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables that change under their reader. On POSIX alone: elsewhere an open table cannot be cut.
 #include "tests/profiles/tables.hpp"
 

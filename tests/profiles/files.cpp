@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where tables are: names, directories, the configuration, and the search over all files.
 #include <cstring>
 #include <filesystem>

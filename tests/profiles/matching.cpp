@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Patterns, a row for every rule.
 #include <sstream>
 

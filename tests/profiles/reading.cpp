@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Headers, columns, factors, fields, one entry after the other.
 #include <cmath>
 #include <cstring>

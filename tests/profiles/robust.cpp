@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An exhausted heap, long lines, hostile bytes, and no table that makes a walk go on for ever.
 #include <random>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Searches: what they deliver, where they begin, and where they leave the handle.
 #include "tests/profiles/tables.hpp"
 

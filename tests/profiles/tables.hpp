@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables on drive C, and handles that close themselves.
 #pragma once
 

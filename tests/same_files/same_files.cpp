@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The files that the library writes, with numbers above all, are the same on every platform, byte for byte:
 // each build compares them with the same text, expected.txt, in which bytes that are not printable are
 // escaped. What this build has written stands in "actual.txt" in the current directory, which ctest makes

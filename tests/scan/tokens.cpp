@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tokens and characters: one row per text, with what it gives.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The trace of tokens.
 #include <filesystem>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Port entries, the file for the sibling library, and port kinds.
 #include <cstring>
 #include <gtest/gtest.h>

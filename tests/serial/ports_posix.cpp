@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ports that are opened, set up and written to. On POSIX alone: the other side is a pseudo-terminal, which
 // keeps all settings but data bits and the switch for parity.
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // WIN.INI of the test's drive C.
 #pragma once
 

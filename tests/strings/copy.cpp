@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copying, joining and escapes: bounds, overlap, an exhausted heap.
 #include <algorithm>
 #include <climits>

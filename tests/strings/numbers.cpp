@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers: as text, in every locale; rounded, and in degrees.
 #include <cfloat>
 #include <clocale>

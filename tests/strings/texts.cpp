@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts: comparing, searching, changing in place, taking apart.
 #include <gtest/gtest.h>
 #include <string>

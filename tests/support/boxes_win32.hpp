@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The message boxes that the tests meet.
 #pragma once
 

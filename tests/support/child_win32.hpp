@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Functions of a test that run in a process of their own: this program is started again for them.
 #pragma once
 

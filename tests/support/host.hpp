@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the tests need of the system that runs them; host_posix.cpp and host_win32.cpp.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A user without the rights of root, for the tests of what permissions forbid.
 #pragma once
 

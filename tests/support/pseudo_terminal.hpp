@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A pseudo-terminal: its one side is the port COM1, the test has the other.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A largest size of files, as a full disk has it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A disk with little room, for the tests of what happens when it is full.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A thread with little stack, for inputs that must not cost any.
 #pragma once
 

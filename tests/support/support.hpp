@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the tests share: the temporary drive C, the log, files, failing allocations.
 #pragma once
 

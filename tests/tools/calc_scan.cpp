@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv calc` and `kv scan`.
 #include "tests/tools/program.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env check` and `kv env diff`: what is said of a file, and of two.
 #include <random>
 

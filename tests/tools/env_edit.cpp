@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env set`, `delete`, `insert`, `edit` and `merge`: what the file holds then.
 #include <thread>
 

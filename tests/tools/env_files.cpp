@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env` and the file system: missing, broken, unwritable and large files, and the real samples.
 #include "tests/tools/program.hpp"
 

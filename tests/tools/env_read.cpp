@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env` where it only reads: show, get, names, count, check, and the command line itself.
 #include <algorithm>
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What holds for every action of the program: how command lines are read, what is said about wrong ones,
 // the exit codes.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv ini`: reading and changing INI files from the shell.
 #include "tests/tools/program.hpp"
 

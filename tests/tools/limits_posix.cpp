@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program `kv` where disks are full, rights are missing and commands are those of the shell. On POSIX
 // alone: Windows has no such devices, rights and commands.
 #include <map>

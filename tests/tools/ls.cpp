@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv ls`.
 #include "tests/support/support.hpp"
 #include "tests/tools/program.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv plot`.
 #include "tests/serial/win_ini.hpp"
 #include "tests/support/pseudo_terminal.hpp"

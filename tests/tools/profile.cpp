@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv profile` and `kv mat`, on the tables of the examples and on a small one.
 #include <algorithm>
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the program `kv` in a directory of the test's own.
 #pragma once
 

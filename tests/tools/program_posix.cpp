@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A process of its own for the program, with what POSIX can limit.
 #include <cstdlib>
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The prompt of `kv calc` at a terminal, with libedit.
 #include <chrono>
 #include <csignal>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv record`: dumping and writing record files.
 #include "tests/support/support.hpp"
 #include "tests/tools/program.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv where` and `kv timer`.
 #include "tests/support/support.hpp"
 #include "tests/tools/program.hpp"

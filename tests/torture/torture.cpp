@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Processes times threads that change, read and kill each other on one file, for every kind of file that is
 // saved in a way of its own. Afterwards nothing is lost, torn, seen by others or left behind.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables that the program is made of: subcommands, their actions, the options of these. The parser, the
 // help, the completion and the manual page all read them.
 #pragma once

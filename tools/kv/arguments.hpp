@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The options and operands of a command.
 #pragma once
 

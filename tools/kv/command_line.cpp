@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/kv/command_line.hpp"
 
 #include <algorithm>

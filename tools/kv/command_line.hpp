@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The words of a command line, told apart by the tables.
 #pragma once
 

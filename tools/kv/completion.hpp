@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What could stand next in a command line, for the completion of shells.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Standard output and standard error at a console that has characters of its own, as that of Windows.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the program ends, and the one way in which its parts give up.
 #pragma once
 

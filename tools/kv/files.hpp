@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading files and standard input. Every path of the program goes through the library, which knows drives
 // and names in another case, and every failure comes with the system's reason.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The help, made from the tables.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // JSON as the program prints it: an array with an element a line. Bytes and numbers follow one convention
 // everywhere.
 #pragma once

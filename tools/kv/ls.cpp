@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv ls`: directories as the library lists them.
 #include <algorithm>
 #include <iomanip>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program `kv`.
 #include <csignal>
 #include <iostream>

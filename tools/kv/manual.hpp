@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The manual page, made from the tables.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Saving files.
 #pragma once
 

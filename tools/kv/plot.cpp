@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv plot`: a plot file to a plotter on a serial port.
 #include <array>
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program `kv`: finds the action that the command line names, and tells what could not be done.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts of single bytes as they stand in the program's output.
 #pragma once
 

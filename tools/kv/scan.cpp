@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv scan`: a file as a table of tokens.
 #include "kv/scan.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The subcommands of the program; each has a file or a folder of its own name.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a person at a terminal sees more than a script: colours and progress.
 #pragma once
 

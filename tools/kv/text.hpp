@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts of bytes whose code page nobody tells.
 #pragma once
 

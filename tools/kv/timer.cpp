@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv timer`: times commands with the library's stop-watches.
 #include <csignal>
 #include <iostream>

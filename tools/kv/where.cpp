@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv where`: which file the configuration search finds, and every place it looks at.
 #include <algorithm>
 #include <iomanip>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* What LLVM's C++ library wants of glibc and musl does not have. The locale is always "C". */
 #define _GNU_SOURCE
 #include <locale.h>

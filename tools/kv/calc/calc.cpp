@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv calc`: the values of expressions and of sheets of formulas.
 #include <algorithm>
 #include <charconv>

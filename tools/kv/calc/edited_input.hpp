@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines typed at a terminal, edited by libedit.
 #pragma once
 

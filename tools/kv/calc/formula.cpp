@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/kv/calc/formula.hpp"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A line of `kv calc`: an expression of the library's language in which names and {paths} stand for
 // numbers, perhaps assigned to a name.
 #pragma once

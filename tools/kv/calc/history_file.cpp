@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/kv/calc/history_file.hpp"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lines typed at a prompt, kept between calls of the program.
 #pragma once
 

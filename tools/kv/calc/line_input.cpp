@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/kv/calc/line_input.hpp"
 
 #include <algorithm>

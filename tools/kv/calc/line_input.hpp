@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines from standard input or a file; at a terminal with a prompt, editing and a history.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values as decimal texts.
 #pragma once
 

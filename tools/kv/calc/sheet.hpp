@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The formulas of `kv calc` one after the other, with the names that they give to values.
 #pragma once
 

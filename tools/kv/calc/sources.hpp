@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What {path} and {ini:Section/Key} stand for.
 #pragma once
 

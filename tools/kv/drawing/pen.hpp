@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What draws on a page: as an SVG picture, or as a plot file. Points are millimetres from the lower left
 // corner of the page.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drawing as a plot file: HP-GL, in units of a fortieth of a millimetre.
 #include <cmath>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drawing as an SVG picture.
 #include <cmath>
 #include <cstdio>

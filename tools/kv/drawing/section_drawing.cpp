@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/kv/drawing/section_drawing.hpp"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A page with cross-sections, their axes and their dimensions.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The outlines of cross-sections, in millimetres; x to the right and y up from the lower left corner of the
 // rectangle around the section.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the actions of `kv env` share. Each file defines the actions of one group.
 #pragma once
 

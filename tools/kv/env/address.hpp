@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Addresses on the command line, and addresses of elements that are met on the way through a tree.
 #pragma once
 

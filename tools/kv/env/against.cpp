@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What of a site's file is not as in the maker's, which names everything that a site may set.
 #include <algorithm>
 #include <cstdlib>

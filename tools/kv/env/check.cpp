@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env check`: whether files follow the format, mean what they say, and fit the maker's file.
 #include <algorithm>
 #include <iostream>

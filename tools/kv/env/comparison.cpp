@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/kv/env/comparison.hpp"
 
 #include <algorithm>

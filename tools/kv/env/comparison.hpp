@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What differs between the trees of two files, and the edits that make one of the other.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env diff`: what differs between two files, as edits or as a drawing.
 #include <iostream>
 
@@ -13,9 +14,9 @@ namespace kvtool {
 namespace {
 
 // Draws the elements that differ, with the blocks that they are in.
-class Drawing {
+class DiffDrawing {
   public:
-    Drawing(const EnvDocument &before, const EnvDocument &after) : before_(before), after_(after) {}
+    DiffDrawing(const EnvDocument &before, const EnvDocument &after) : before_(before), after_(after) {}
 
     void draw(const TreeComparison &comparison) {
         for (const Difference &difference : comparison.differences()) {
@@ -84,7 +85,7 @@ int run_diff(std::string_view, const Arguments &arguments) {
     const EnvDocument after(arguments.operands()[1]);
     const TreeComparison comparison(before, after);
     if (arguments.has("--tree")) {
-        Drawing(before, after).draw(comparison);
+        DiffDrawing(before, after).draw(comparison);
     } else {
         for (const Edit &edit : comparison.edits()) std::cout << edit_text(edit) << '\n';
     }

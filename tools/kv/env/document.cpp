@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/kv/env/document.hpp"
 
 #include <unordered_map>
@@ -14,7 +15,10 @@
 namespace kvtool {
 
 EnvDocument::EnvDocument(const std::string &file, std::string name)
-    : name_(std::move(name)), bytes_(read_all(file)), text_(kv::platform::before_ctrl_z(bytes_)), tree_(new_tree()) {
+    : name_(std::move(name)),
+      bytes_(read_all(file)),
+      text_(kv::platform::before_ctrl_z(bytes_)),
+      tree_(new_tree()) {
     text_oddities(name_, bytes_.substr(0, 2), "");  // refuses a text in UTF-16
     const kv::env::Lock lock;
     if (text_.size() >= kNone) throw Failure{kFile, name_ + ": is too large: 4 GB and more"};

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An environment file as its elements and the places where they stand, for what tells people about them.
 #pragma once
 

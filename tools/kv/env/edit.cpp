@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env set`, `delete`, `insert` and `edit`: changes of a file, all of a call or none.
 #include "tools/kv/env/action.hpp"
 #include "tools/kv/env/edits.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Single edits of a file, and their form as text.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env`: the table of actions, and their help.
 #include "kv/env.h"
 

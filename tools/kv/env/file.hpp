@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Environment trees of the program: from a file and back to it, nothing lost unnoticed.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What checks of an environment file have to say of it.
 #pragma once
 

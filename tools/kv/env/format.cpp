@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env format`: the canonical form of a file.
 #include <algorithm>
 #include <iostream>

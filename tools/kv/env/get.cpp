@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env get`: one value, as text or checked to be a number or a list, from a file and its defaults.
 #include <charconv>
 #include <iostream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/kv/env/in_place.hpp"
 
 #include <iostream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changing a file that people edit: where it stands, or from one name to another.
 #pragma once
 

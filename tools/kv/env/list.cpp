@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env names` and `kv env count`: what a block holds.
 #include <iostream>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env merge`: the texts of one file into another.
 #include "tools/kv/env/action.hpp"
 #include "tools/kv/env/address.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a tree does not have, and what it has instead.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the format accepts in a file and nobody means.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv env show`: a tree as a drawing, as its text, or as JSON.
 #include <iostream>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A way through a tree, in file order, that needs no more stack for a deep tree than for a flat one.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the actions of `kv ini` share. Each file defines the actions of one group.
 #pragma once
 

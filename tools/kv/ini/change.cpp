@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv ini set`, `delete`, `rename` and `edit`: changes of a file, all of a call or none.
 #include <iostream>
 

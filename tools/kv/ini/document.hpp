@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an INI file says, read once and by the library's own rules.
 #pragma once
 

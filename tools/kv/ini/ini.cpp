@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv ini`: the table of actions, and their help.
 #include "kv/config.h"
 

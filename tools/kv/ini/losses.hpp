@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a change of an INI file cost beyond what was asked for.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv ini get`, `sections`, `keys` and `list`: what a file holds.
 #include <charconv>
 #include <iostream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the actions of `kv profile` and `kv mat` share. Each has a file of its own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The action compare: entries side by side.
 #include <algorithm>
 #include <iterator>

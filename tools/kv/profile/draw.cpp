@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The action draw: a cross-section as a picture.
 #include "tools/kv/failure.hpp"
 #include "tools/kv/profile/action.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The action find: entries that meet conditions.
 #include <algorithm>
 #include <charconv>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The actions list and get: the tables, their entries, one entry.
 #include <iostream>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the completion offers: tables, the names of their entries, their columns.
 #include <unordered_set>
 

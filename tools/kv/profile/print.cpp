@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Entries of tables as text and as JSON.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv profile` and `kv mat`: the tables of actions, and their help.
 #include <string>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the entries of tables look like.
 #pragma once
 

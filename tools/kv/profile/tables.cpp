@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/kv/profile/tables.hpp"
 
 #include <algorithm>

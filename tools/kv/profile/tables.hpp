@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables of profiles and mats as the program's actions see them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Units of the columns of tables.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The actions of `kv record`; each has a file of its name.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv record dump`: the values of a record file, a record a line.
 #include <algorithm>
 #include <bit>

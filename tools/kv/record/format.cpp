@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/kv/record/format.hpp"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The FORMAT of the records of a file: which values follow one another.
 #pragma once
 

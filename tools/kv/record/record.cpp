@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv record`: record files. The table of actions, and their help.
 #include <string>
 

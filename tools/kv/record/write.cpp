@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kv record write`: a record file from values.
 #include <algorithm>
 #include <bit>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* An application in C, found by pkg-config. */
 #include <kv.h>
 #include <stdio.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An application in C++, found by CMake.
 #include <cstdio>
 #include <kv.h>
