@@ -23,7 +23,7 @@ constexpr Option kOptions[] = {
 
 constexpr std::string_view kOverview = R"(
 Addresses. SECTION is the name in brackets. PATH is the names from the section down to the
-element, separated by @. A name followed by digits is the so many-th element of that name:
+element, separated by @. Digits after a name count the elements of that name:
 axis@2@limits is "limits" in the second "axis"; without digits it is the first. 0 is the first
 element of the block, whatever its name. Digits behind a name are always an index: an element
 that is itself named 7, in the block slot, is slot@1@7. Where a name has an @, choose another
