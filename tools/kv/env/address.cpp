@@ -2,15 +2,13 @@
 #include "tools/kv/env/address.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "tools/kv/failure.hpp"
 
 namespace kvtool {
 
 namespace {
-
-constexpr std::size_t kLongestPath = 1023;
-constexpr std::ptrdiff_t kMostDelimiters = 97;
 
 bool is_index(std::string_view part) {
     return std::all_of(part.begin(), part.end(), [](char c) { return c >= '0' && c <= '9'; });
@@ -41,7 +39,7 @@ Path::Path(std::string_view path) {
     const std::string text(path);
     if (path.size() > kLongestPath) throw Failure{kUsage, "a path has at most 1023 characters"};
     const auto is_delimiter = [&](char c) { return delimiters.find(c) != delimiters.npos; };
-    if (std::count_if(path.begin(), path.end(), is_delimiter) > kMostDelimiters) {
+    if (std::cmp_greater(std::count_if(path.begin(), path.end(), is_delimiter), kMostDelimiters)) {
         throw Failure{kUsage, "the path '" + text + "' has more than 97 delimiters"};
     }
     while (!path.empty()) {

@@ -2,6 +2,7 @@
 // Addresses on the command line, and addresses of elements that are met on the way through a tree.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,10 @@
 #include "kv/env.h"
 
 namespace kvtool {
+
+// What the library takes as a path.
+inline constexpr std::size_t kLongestPath = 1023;
+inline constexpr std::size_t kMostDelimiters = 97;
 
 /// A path taken apart at the delimiter. Throws Failure (kUsage) if the library would reject it.
 class Path {

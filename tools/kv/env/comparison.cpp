@@ -8,6 +8,8 @@
 
 #include "kv/env.h"
 
+#include "tools/kv/env/address.hpp"
+
 namespace kvtool {
 
 namespace {
@@ -235,8 +237,6 @@ class TreeComparison::Comparer {
     }
 
     Address step(const Address &block, std::string_view name, std::int32_t occurrence) const {
-        constexpr std::size_t kLongestPath = 1023;
-        constexpr std::size_t kMostDelimiters = 97;
         Address address = block;
         address.named = block.named && can_name(name);
         if (!address.named) return {{}, false, false, 0};
