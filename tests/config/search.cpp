@@ -87,9 +87,8 @@ TEST_F(Search, MainFileInOrder) {
     expect({
         {"", nullptr, nullptr, "C:\\work\\kv3.ini"},
         {"-work/kv3.ini", nullptr, nullptr, "C:\\kv\\kv3.ini"},
-        {"KV=C:/kv/", nullptr, nullptr, "C:\\kv\\kv3.ini"},
         {"KV=", nullptr, nullptr, "C:\\kv3.ini"},
-        {"KV=C:\\kv", nullptr, nullptr, "C:\\kv\\kv3.ini"},
+        {"KV=C:/kv/", nullptr, nullptr, "C:\\kv\\kv3.ini"},
         {"-kv/kv3.ini", nullptr, nullptr, "C:\\kv3.ini"},
         {"-kv3.ini", nullptr, nullptr, "C:\\a\\other.ini"},
         {"-a/other.ini", nullptr, nullptr, kUntouched, {"File C:\\kv3.ini not found"}},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Sorting vectors and lists.
+// Sorting vectors. Lists are for the model of the fuzz target.
 #include "kv/sort.h"
 
 #include <algorithm>
@@ -12,7 +12,6 @@
 #include <type_traits>
 #include <vector>
 
-#include "tests/models/sort_list.hpp"
 #include "tests/support/support.hpp"
 
 namespace {
@@ -95,54 +94,6 @@ TEST(Sort, Quick) {
     sort_quick(values, 4, sizeof *values, descending);
     EXPECT_TRUE(std::is_sorted(std::rbegin(values), std::rend(values)));
     sort_quick(nullptr, 0, 8, descending);
-}
-
-struct Record {
-    LIST_ELEM links;
-    int32_t key;
-};
-
-int32_t key_of(LIST_ELEM *element) {
-    return reinterpret_cast<Record *>(element)->key;
-}
-
-int32_t compare_keys(LIST_ELEM *earlier, LIST_ELEM *later) {
-    const int32_t a = key_of(earlier), b = key_of(later);
-    if (a == b) return a % 2 == 0 ? 0 : 77;  // neither
-    return a < b ? 1 : 2;
-}
-
-// Two keys compare only if one divides the other.
-int32_t compare_divisors(LIST_ELEM *earlier, LIST_ELEM *later) {
-    const int32_t a = key_of(earlier) + 1, b = key_of(later) + 1;
-    return b % a == 0 ? 1 : a % b == 0 ? 2 : 0;
-}
-
-// The long list is sorted in another way, which tells no order from a comparison that gives none.
-TEST(SortList, OrdersAsInsertingDoes) {
-    std::mt19937 random(9);
-    for (const std::size_t count : std::initializer_list<std::size_t>{0, 1, 2, 3, 7, 64, 65, 1000}) {
-        for (const int32_t mode : {1, 2, 0, -7}) {
-            for (const auto compare : {compare_keys, compare_divisors}) {
-                std::vector<Record> records(count);
-                LIST list;
-                list_init(&list);
-                for (Record &record : records) {
-                    record.key = static_cast<int32_t>(random() % (count / 3 + 1));
-                    list_insert_after(&list, nullptr, &record.links);
-                }
-                const auto input = kvmodel::elements_of(list);
-                auto expected = kvmodel::inserted(input, mode, compare);
-                sort_list(&list, mode, compare);
-                auto output = kvmodel::elements_of(list);
-                if (count > 64 && compare == compare_divisors) {
-                    std::sort(output.begin(), output.end());
-                    std::sort(expected.begin(), expected.end());
-                }
-                EXPECT_EQ(output, expected) << count << " in mode " << mode;
-            }
-        }
-    }
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "kv/env.h"
 #include "kv/fio.h"
 
 #include "tests/support/support.hpp"
@@ -68,15 +67,6 @@ TEST_F(Hosts, EveryDriveKeepsItsDirectory) {
     EXPECT_EQ(fio_chdir("c:.."), 0);
     EXPECT_EQ(fio_exist("", "file.txt"), 1);
     EXPECT_EQ(fio_exist("", "\\work\\file.txt"), 1);
-}
-
-TEST_F(Hosts, TheWholeLibraryWorksThere) {
-    EXPECT_EQ(fio_chdir("c:\\Work"), 0);
-    ENV *env = env_open(0, nullptr);
-    env_put_string(env, "a", "b", "c");
-    env_write_file("here.env", env);
-    env_close(env, 0);
-    EXPECT_NE(kvtest::read_file(kvtest::drive_c() / "Work/here.env"), "");
 }
 
 TEST_F(Hosts, FailuresChangeNothing) {

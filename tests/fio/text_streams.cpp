@@ -12,38 +12,25 @@ namespace {
 using namespace kvtest;
 using namespace std::string_view_literals;
 
-TEST(TextStreams, LinesAndDelimiters) {
-    constexpr uint32_t B = FIO_READ;
-    constexpr uint32_t T = FIO_READ | FIO_TEXT;
+// Of text files the model has them.
+TEST(TextStreams, LinesAndDelimitersOfBinaryFiles) {
     static constexpr struct {
         std::string_view content;
-        uint32_t flags;
         int32_t max;
         const char *delims;  // null: fio_getstring()
         int32_t result;
         std::string_view text;
         int32_t position;
     } cases[] = {
-        {"abcdef\n", B, 3, nullptr, 0, "abc", 3},
-        {"ab\r\nc", B, 9, nullptr, 0, "ab\r", 4},
-        {"ab\r\nc", T, 2, nullptr, 0, "ab", 2},
-        {"\nab", B, 9, nullptr, 0, "", 1},
-        {"ab\0cd"sv, B, 9, nullptr, 0, "ab", 3},
-        {"", B, 9, nullptr, -1, "", 0},
-        {"ab", B, -3, nullptr, -1, "~", 0},
-        {"a\x1A\n", B, 9, nullptr, 0, "a\x1A", 3},
-        {"a\x1A\n", T, 9, nullptr, 0, "a", 1},
-        {"\x1A\n", T, 9, nullptr, -1, "", 0},
-        {"12,34", B, 10, ",;", 0, "12,", 3},
-        {"12,34", B, 2, ",;", 0, "12", 2},
-        {"12\0,"sv, B, 10, ",;", 0, "12", 3},
-        {"1\r\n2", B, 10, "\n", 0, "1\r", 3},  // a line feed is never stored
-        {"12,34", B, 10, nullptr, 0, "12,34", 5},
-        {"12,34", B, 0, ",", -1, "", 0},
+        {"ab\r\nc", 9, nullptr, 0, "ab\r", 4}, {"ab\0cd"sv, 9, nullptr, 0, "ab", 3},
+        {"ab", -3, nullptr, -1, "~", 0},       {"a\x1A\n", 9, nullptr, 0, "a\x1A", 3},
+        {"12,34", 10, ",;", 0, "12,", 3},      {"12,34", 2, ",;", 0, "12", 2},
+        {"1\r\n2", 10, "\n", 0, "1\r", 3},  // a line feed is never stored
+        {"12,34", 0, ",", -1, "", 0},
     };
     for (const auto &each : cases) {
         SCOPED_TRACE(each.content);
-        const File file = open_content(std::string(each.content), each.flags);
+        const File file = open_content(std::string(each.content), FIO_READ);
         char buffer[16] = "~";
         EXPECT_EQ(each.delims != nullptr ? fio_getstringdel(file.get(), each.max, each.delims, buffer)
                                          : fio_getstring(file.get(), each.max, buffer),
@@ -102,31 +89,12 @@ TEST(TextStreams, Updating) {
     EXPECT_EQ(written_content(), "ab\r\nc\r\n");
 }
 
-// More lines than any buffer holds, and line ends at every place around the ends of those: 4096 and 8192
-// characters, 16384 bytes.
-TEST(TextStreams, LongTexts) {
-    std::string text, on_disk;
-    while (text.size() < 40'000) {
-        const std::string line(text.size() % 97, static_cast<char>('a' + text.size() % 26));
-        text += line + "\n";
-        on_disk += line + "\r\n";
-    }
-    File file = open_file("t.dat", FIO_WRITE | FIO_TEXT);
-    EXPECT_EQ(fio_putstring(file.get(), text.c_str(), 0), 0);
-    EXPECT_EQ(fio_tell(file.get()), on_disk.size());
-    file = open_file("t.dat", FIO_READ | FIO_TEXT);
-    EXPECT_TRUE(written_content() == on_disk);
-    int32_t offset = 0;
-    for (const char c : text) {
-        ASSERT_EQ(fio_tell(file.get()), offset);
-        ASSERT_EQ(fio_getchar(file.get(), nullptr), c);
-        offset += c == '\n' ? 2 : 1;
-    }
-    EXPECT_EQ(fio_getchar(file.get(), nullptr), -1);
+// Line ends at every place around the ends of the buffers: 4096 and 8192 characters, 16384 bytes.
+TEST(TextStreams, LineEndsAcrossBuffers) {
     for (const std::size_t border : {4096U, 8192U, 16384U, 32768U}) {
         for (const std::size_t before : {0U, 1U, 2U}) {
             const std::string plain(border - before, 'a');
-            file = open_content(plain + "\r\nb\r\r\n\x1Az", FIO_READ | FIO_TEXT);
+            const File file = open_content(plain + "\r\nb\r\r\n\x1Az", FIO_READ | FIO_TEXT);
             std::string read(plain.size() + 9, '~');
             EXPECT_EQ(fio_fread(read.data(), 1, static_cast<uint32_t>(read.size()), file.get()),
                       plain.size() + 4);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Mode texts, and the settings that a device gets from them.
+// Mode texts, of which the fuzz target has a model but for the flow control, and the settings that a device
+// gets from them.
 #include "platform/posix/mode_text.hpp"
 
 #include <gtest/gtest.h>
@@ -39,8 +40,7 @@ TEST(ModeText, HasTwoForms) {
     for (const auto &[text, settings] :
          {Row{"96,n,8,1", "9600 n 8 1  11"}, Row{"19,E,5,1.5,X", "19200 e 5 1.5 x 11"},
           Row{" 11 , s , 6 , 1 , p ", "110 s 6 2 cd hh"}, Row{"115200", "115200 m 7 1.5  11"},
-          Row{"60,,,2,", "600 m 7 2  11"}, Row{"2147483647,a,8,1,z", "2147483647 m 8 1  11"},
-          Row{"1,A,8,1,Z", "1 m 8 1  11"},
+          Row{"2147483647,a,8,1,z", "2147483647 m 8 1  11"},
           // The newer form.
           Row{"baud=9600 parity=n data=8 stop=1", "9600 n 8 1  11"},
           Row{" \tSTOP=2  BAUD=24 DTR=hs RTS=tg to=ON ", "2400 m 7 2  ht"},
@@ -49,18 +49,8 @@ TEST(ModeText, HasTwoForms) {
           Row{"baud=110 stop=1", "110 m 7 2  11"}}) {
         EXPECT_EQ(applied(text), settings) << text;
     }
-    const char *const shortened[] = {"11=110",  "15=150",  "30=300",  "60=600",  "12=1200",
-                                     "24=2400", "48=4800", "96=9600", "19=19200"};
-    for (const std::string each : shortened) {
-        EXPECT_EQ(applied(each.substr(0, 2) + ",n,8,2"), each.substr(3) + " n 8 2  11");
-    }
-    for (const char *text :
-         {"", ",n,8,1", "0", "-96", "9600x", "2147483648", "9600 n 8 1", "9600,even,8,1", "9600,1,8,1",
-          "9600,@,8,1", "9600,[,8,1", "9600,`,8,1", "9600,{,8,1", "9600,n,4,1", "9600,n,9,1",
-          "9600,n,8,1,p,x", "9600,n,8,1.", "9600,n,8,1,px", "9600,n,8,1,p,",
-          // The newer form.
-          "COM1:9600,n,8,1", "=", "baud =9600", "baud=9600,n", "baud=9600 n", "parity=q", "dtr=tg",
-          "speed=9600"}) {
+    for (const char *text : {"", "0", "9600x", "2147483648", "9600,even,8,1", "9600,n,4,1",
+                             "9600,n,8,1,p,x", "baud=9600 n", "dtr=tg", "speed=9600"}) {
         EXPECT_EQ(applied(text), "-") << text;
     }
 }

@@ -4,39 +4,24 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 
 namespace {
 
+// What matches is for the model of the fuzz target; here stand its rules, and lengths that it does not try.
 TEST(Wildcards, MatchAsInDos) {
     const std::string longest(255, 'n');
-    struct Row {
-        std::string pattern, matching, other;  // names with blanks between them
-    };
-    for (const auto &[pattern, matching, other] :
-         {Row{"*.*", "press press.env . .. .hidden", ""}, Row{"*", "press press.env .hidden", ""},
-          Row{"*.env", "PRESS.ENV .env a.b.env", "press press.env.old env"},
-          Row{"*.old", "press.env.old", ""}, Row{"*.", "press press.", "press.env a.b"},
-          Row{"*.?", "a press.e a.b.c a.b", "a.b.cd press.env"}, Row{"*.?*", "a a.b a.b.c", ""},
-          Row{"press.*", "press press.env press.a.b", "pressure"}, Row{"p*.*", "press p.a", "a.p"},
-          Row{"press?", "press press4", "press42"}, Row{"p?ess", "press", "pess"},
-          // Points, and the case of letters.
-          Row{"????.txt", "ab.txt", "abcde.txt"}, Row{"?", "a", "."}, Row{"a?b", "axb", "a.b"},
-          Row{"press", "Press", "press4"}, Row{"press.", "press press.", "press.e"},
-          Row{"a*b*c", "aXbXbc", "aXbXb"}, Row{"[a]", "[A]", "a"}, Row{"@AZ[`az{", "@az[`AZ{", "`az{@AZ["},
-          Row{"\xE4*", "\xE4x", "\xC4x"}, Row{"", "", "a"},
-          Row{"*********************a", longest + "a", longest}, Row{longest, longest, ""},
-          Row{longest + "n", "", longest}}) {
-        for (const bool matches : {true, false}) {
-            std::string names = matches ? matching : other;
-            for (std::size_t end; !names.empty(); names.erase(0, end == names.npos ? end : end + 1)) {
-                end = names.find(' ');
-                const std::string name = names.substr(0, end);
-                EXPECT_EQ(kv::platform::matches_pattern(pattern.c_str(), name.c_str()), matches)
-                    << pattern << " and " << name;
-            }
-        }
+    using Row = std::tuple<std::string, std::string, bool>;
+    for (const auto &[pattern, name, matches] :
+         {Row{"*.*", "press", true}, Row{"*.env", "PRESS.ENV", true}, Row{"*.env", "press.env.old", false},
+          Row{"*.", "press", true}, Row{"*.", "a.b", false}, Row{"*.?", "a.b.c", true},
+          Row{"*.?", "a.b.cd", false}, Row{"????.txt", "ab.txt", true}, Row{"p?ess", "pess", false},
+          Row{"\xE4*", "\xC4x", false}, Row{"**", "", true}, Row{longest, longest, true},
+          Row{"*********************a", longest + "a", true}, Row{"*********************a", longest, false},
+          Row{longest + "n", longest, false}}) {
+        EXPECT_EQ(kv::platform::matches_pattern(pattern.c_str(), name.c_str()), matches)
+            << pattern << " and " << name;
     }
-    EXPECT_TRUE(kv::platform::matches_pattern("**", ""));
     EXPECT_TRUE(kv::platform::has_wildcards("a*") && kv::platform::has_wildcards("?"));
     EXPECT_FALSE(kv::platform::has_wildcards("a.b"));
 }

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-// An exhausted heap, long lines, hostile bytes, and no table that makes a walk go on for ever.
-#include <random>
-
+// An exhausted heap, and long lines. Hostile bytes are for the fuzz target, which runs as a model, too.
 #include "tests/profiles/tables.hpp"
 
 namespace {
@@ -86,27 +84,6 @@ TEST(ProfilesRobust, LongLines) {
     EXPECT_EQ(next(open_table("T S A\nHEB" + std::string(1 << 20, ' ') + "1 2\n", {"A"}), 1), "HEB 1: 2");
     EXPECT_EQ(open_table(megabyte), nullptr);
     EXPECT_EQ(next(open_table("T " + megabyte + "\n1 2\n", {megabyte.c_str()}), 1), "1 2: -1");
-}
-
-TEST(ProfilesRobust, RandomBytes) {
-    std::mt19937 random(4713);
-    using namespace std::string_view_literals;
-    constexpr std::string_view kBytes = "\n\n\r\t   ab1.nil\0\xff\x1a"sv;
-    for (int round = 0; round < 300; ++round) {
-        std::string text = round % 2 == 0 ? "T S A\n" : "";
-        for (std::size_t size = random() % 300; size > 0; --size) text += kBytes[random() % kBytes.size()];
-        const Table table = open_table(text, {"A"});
-        if (table == nullptr) continue;
-        double value;
-        char name[PROFIL_NAME_SIZE];
-        int entries = 0;
-        while (profil_next(table.get(), &value, name) == 0) ASSERT_LT(++entries, 300);
-        for (int step = 0; step < 50; ++step) {
-            profil_prev(table.get(), &value, name);
-            if (random() % 3 == 0) profil_next(table.get(), &value, name);
-            profil_search_next(table.get(), nullptr, 0, random() % 2 == 0 ? "a" : "", &value, name);
-        }
-    }
 }
 
 }  // namespace
