@@ -19,27 +19,14 @@ fs::path in_c(const char *name) {
     return kvtest::drive_c() / name;
 }
 
-// Runs a check in a child process without the rights of root; the number of things that are wrong.
-template <typename Check>
-int wrong_as_nobody(Check check) {
-    fs::permissions(kvtest::drive_c(), fs::perms{0777});
-    const pid_t child = fork();
-    if (child == 0) {
-        if (geteuid() == 0 && seteuid(kvtest::kNobody) != 0) _exit(99);
-        _exit(check());
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 99;
-}
-
 TEST(Remove, ReadOnlyDirectoriesKeepTheirFiles) {
     if (!kvtest::has_other_user()) GTEST_SKIP() << kvtest::kNoOtherUser;
     fs::create_directories(in_c("closed"));
     kvtest::write_file(in_c("closed/file"), "x");
     fs::permissions(in_c("closed"), fs::perms{0555});
+    fs::permissions(kvtest::drive_c(), fs::perms{0777});
     EXPECT_EQ(
-        wrong_as_nobody([] {
+        kvtest::as_nobody([] {
             return (fio_purge("c:\\closed", "file") != -1) + (fio_purge_ex("c:\\closed", "file", 1) != -1) +
                    (fio_rename("c:\\closed", "file", "new") != -1) + (fio_mkdir("c:\\closed\\d") != -1) +
                    (fio_copy("c:\\closed", "file", "c:\\closed", "new") != FIO_COPY_NO_DESTINATION);

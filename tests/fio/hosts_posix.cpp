@@ -3,7 +3,6 @@
 // does not have.
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "kv/fio.h"
@@ -69,11 +68,9 @@ TEST(Access, IsWhatTheRightsAllow) {
     kvtest::write_file(kvtest::drive_c() / "Work/file.txt", "x");
     const fs::path file = kvtest::drive_c() / "Work/file.txt";
     fs::permissions(kvtest::drive_c(), fs::perms{0755});
-    const pid_t child = fork();
-    if (child == 0) {  // root would be let through everywhere
-        using kvtest::kNobody;
-        if (geteuid() == 0 && (chown(file.c_str(), kNobody, kNobody) != 0 || seteuid(kNobody) != 0))
-            _exit(99);
+    // Root would be let through everywhere.
+    ASSERT_TRUE(geteuid() != 0 || chown(file.c_str(), kvtest::kNobody, kvtest::kNobody) == 0);
+    const int wrong_answers = kvtest::as_nobody([&] {
         int wrong = 0;
         const struct {
             int permissions;
@@ -85,11 +82,9 @@ TEST(Access, IsWhatTheRightsAllow) {
                 wrong += fio_access("c:\\work", "FILE.TXT", mode * 2) != row.allowed[mode];
             }
         }
-        _exit(wrong);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+        return wrong;
+    });
+    EXPECT_EQ(wrong_answers, 0);
 }
 
 }  // namespace
