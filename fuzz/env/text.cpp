@@ -23,6 +23,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         KV_REQUIRE(column >= 1 && column <= static_cast<int32_t>(text.size()) + 1);
     }
 
+    // And what the functions store: every text that the format can hold, deep in the tree as well.
+    const std::string line = text.substr(0, text.find('\n'));
+    if (line.find_first_of(" \t{") != 0 && (line.empty() || line.find_last_of(" \t") != line.size() - 1)) {
+        KV_REQUIRE(env_put(first, "stored", "v", line.c_str()) == ENV_OK);
+        KV_REQUIRE(env_put(first, "stored", "b@b@b@v", line.c_str()) == ENV_OK);
+    }
+
     const std::string canonical = kvfuzz::written(first);
     kvfuzz::Environment second;
     KV_REQUIRE(kvfuzz::read(canonical, second) == ENV_OK);

@@ -101,12 +101,9 @@ TEST(Calc, LongExpressions) {
         for (const auto &[expression, value, code, column] :
              {Row{repeated("(", 4 * kMany) + "7" + repeated(")", 4 * kMany), 7, 0, 8 * kMany + 1},
               Row{repeated("-", 4 * kMany) + "7", 7, 0, 4 * kMany + 1},
-              Row{repeated("NOT ", kMany) + "7", 1, 0, 4 * kMany + 1},
               Row{repeated("1+", 2 * kMany) + "1", 2 * kMany + 1, 0, 4 * kMany + 1},
-              Row{repeated("1^", 2 * kMany) + "1", 1, 0, 4 * kMany + 1},
               Row{repeated("0?1:", kMany) + "7", 7, 0, 4 * kMany + 1},
               Row{repeated("1?", kMany) + "7" + repeated(":1", kMany), 7, 0, 4 * kMany + 1},
-              Row{repeated("ABS(", kMany) + "7" + repeated(")", kMany), 7, 0, 5 * kMany + 1},
               Row{repeated("MAX(1,", kMany) + "7" + repeated(")", kMany), 7, 0, 7 * kMany + 1},
               Row{"MAX(7" + repeated(",1", 2 * kMany) + ")", 7, 0, 4 * kMany + 6},
               Row{repeated("1+2*3^4<5 AND ", kMany) + "1", 0, 0, 14 * kMany + 1},
@@ -114,10 +111,8 @@ TEST(Calc, LongExpressions) {
               Row{megabyte, kInfinity, 0, 1'000'000},
               Row{"." + std::string(1'000'000, '0') + "7e1000001", 7, 0, 1'000'010},
               Row{repeated("(", 4 * kMany), 0, CALC_SYNTAX, 4 * kMany},
-              Row{repeated("2^(", kMany), 0, CALC_SYNTAX, 3 * kMany},
               Row{repeated("1?", kMany) + "1", 0, CALC_NO_ALTERNATIVE, 2 * kMany + 1},
               Row{repeated("SIN(", kMany) + "1", 0, CALC_UNCLOSED, 4 * kMany + 1},
-              Row{"1+" + std::string(1'000'000, 'x'), 0, CALC_SYNTAX, 2},
               Row{"1+\"" + megabyte, 0, CALC_SYNTAX, 2}}) {
             const Evaluation result(expression);
             EXPECT_EQ(result.code, code) << expression.substr(0, 20);

@@ -85,7 +85,6 @@ TEST(IniWrite, AddsAnEntryAtTheEndOfItsSection) {
         {";c\n", write("", "a", "1"), ";c\na=1\n"},
         {";c\n[S]\n\n b=1\n", write("", "a", "1"), ";c\na=1\n\n[S]\n\n b=1\n"},
         {"[S]\nb=1\n;c\n\n[T]\n\nb = 2", write("S", "a", "1"), "[S]\nb=1\n;c\na=1\n\n[T]\n\nb = 2"},
-        {"x=1\n[S] \nb=1\n[ T ] ;t", write("S", "a", "1"), "x=1\n\n[S]\nb=1\na=1\n\n[T]\n"},
         {"bad\n[S]\n", write("", "a", "1"), "a=1\n\n[S]\n", INI_OK, 1},
     });
 }
@@ -122,7 +121,6 @@ TEST(IniDelete, Entries) {
 TEST(IniDelete, Sections) {
     expect({
         {"[S]\na=1\n;c\n\n[T]\n\n b = 1", delete_section("S"), "[T]\n\n b = 1"},
-        {"x = 1\n;mine\n[S]\na=1\n[T] t\n", delete_section("S"), "x = 1\n;mine\n\n[T]\n"},
         {"[R]\n[S]\nbad\n[S]\nb=1", delete_section("S"), "[R]\n\n[S]\nb=1"},
         {";c\n[R]\n\n[S]", delete_section("S"), ";c\n[R]\n"},
         {"a=1\n ;c\nbad\n\n[S]\n\nb=1", delete_section(""), ";c\n\n[S]\n\nb=1"},
@@ -133,7 +131,6 @@ TEST(IniDelete, Sections) {
 TEST(IniRename, Sections) {
     const std::string long_name(90, 'n');
     expect({
-        {"[S]\n\na = 1", rename_section("S", "T"), "[T]\n\na = 1"},
         {"[S] x\na=1\n[S]\n", rename_section(" S ", " T T "), "[T T]\na=1\n[S]\n"},
         {"[S]\n", rename_section("S", long_name.c_str()), "[" + long_name.substr(0, 79) + "]\n"},
         {"", rename_section("", "T"), "[T]\n"},

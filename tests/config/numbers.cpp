@@ -14,8 +14,7 @@ constexpr int32_t kFamilies[] = {Settings::kNoCache, 0};
 TEST(Numbers, AreReadAsTextsBegin) {
     Settings::use("l= 12abc\nn=none\nbig=99999999999\nd= 1.5e3x\nempty=\n");
     const struct {
-        const char *section;
-        const char *entry;
+        const char *section, *entry;
         int32_t status;
         int32_t whole;
         double real;

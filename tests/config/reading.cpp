@@ -15,8 +15,7 @@ constexpr int32_t kReaders[] = {Settings::kNoCache, MINI_READONLY, MINI_READONLY
 
 struct Case {
     std::string file;
-    const char *section;
-    const char *entry;
+    const char *section, *entry;
     std::string value;
     std::optional<std::string> in_cache = {};  // what a cache gives, if that is another value
 };

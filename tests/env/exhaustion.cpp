@@ -97,24 +97,19 @@ int32_t look_up_often(ENV *env) {
 
 TEST(Exhaustion, Operations) {
     const Env source = tree(kTree), base = tree("[s]\n  far ={\n    deep =7\n  }\n", 9);
-    const std::vector<int32_t> longs(3000, -1234567);
     const std::vector<double> doubles(3000, 0.125);
     const std::vector<const char *> texts(3000, "text");
     const auto count = [](ENV *, const char *, const char *, void *calls) { ++*static_cast<int *>(calls); };
     const Operation operations[] = {
-        {"put longer", [](ENV *e) { return env_put(e, "s", "a", "a longer text"); }},
         {"put to a block", [](ENV *e) { return env_put(e, "s", "b", "a text"); }},
-        {"put far below", [](ENV *e) { return env_put(e, "new", "p@3@q@2@r", "v"); }},
         {"put below data", [](ENV *e) { return env_put(e, "s", "a@p@q@2", "v"); }},
         {"put into an index", [](ENV *e) { return env_put(e, "s5", "n3@4", "v"); }},
         {"put many", [](ENV *e) { return env_put(e, "s5", "many@100", "v"); }},
         {"put a section", [](ENV *e) { return env_put(e, "new", nullptr, "v"); }},
         {"put an external", [](ENV *e) { return env_put_external(e, "s", "new@e", nullptr); }},
-        {"put longs", [&](ENV *e) { return env_put_longs(e, "s", "l", 3000, longs.data()); }},
         {"put doubles", [&](ENV *e) { return env_put_doubles(e, "s", "d", 3000, doubles.data()); }},
         {"put strings", [&](ENV *e) { return env_put_strings(e, "s", "t", 3000, texts.data()); }},
         {"put a format", [](ENV *e) { return env_put_format(e, "s", "f", "%0500d", 1); }},
-        {"insert", [](ENV *e) { return env_insert_before(e, "s", "b@x", "new"); }},
         {"insert into an index", [](ENV *e) { return env_insert_before(e, "s5", "n4@2", "n4"); }},
         {"insert a section", [](ENV *e) { return env_insert_before(e, "t", nullptr, "new"); }},
         {"create a sub", [](ENV *e) { return close_sub(env_create_subenv(e, "new", "p@2@q")); }, false},
@@ -122,7 +117,6 @@ TEST(Exhaustion, Operations) {
         {"open", [](ENV *e) { return close_sub(env_open(1, e)); }},
         {"search", [](ENV *e) { return done(env_data_length(e, "s", "z", 0) == 1); }},
         {"look up often", look_up_often},
-        {"check", [](ENV *e) { return done(env_check(e, "s", "z", 0) == ENV_DATA); }},
         {"count", [](ENV *e) { return done(env_count_elements(e, "s", "y", 0) == 1); }},
         {"count path", [](ENV *e) { return done(env_count_path(e, "s5", "n3", 0) == 2); }},
         {"get by position",
@@ -162,9 +156,7 @@ TEST(Exhaustion, Operations) {
              env_detach_default_chain(e);
              return done(found);
          }},
-        {"add", [&](ENV *e) { return env_sink(e, source.get(), ENV_SINK_ADD); }, false},
         {"append", [&](ENV *e) { return env_sink(e, source.get(), ENV_SINK_APPEND); }, false},
-        {"replace", [&](ENV *e) { return env_sink(e, source.get(), ENV_SINK_REPLACE); }, false},
         {"append itself", [](ENV *e) { return env_sink(e, e, ENV_SINK_APPEND); }, false},
         {"copy", [&](ENV *e) { return env_copy_block(e, source.get(), "s", "b", ENV_SINK_APPEND); }, false},
     };

@@ -13,9 +13,7 @@
 namespace {
 
 namespace fs = std::filesystem;
-using kvtest::cwd;
-using kvtest::full;
-using kvtest::host;
+using namespace kvtest;
 
 std::string cwd_of(const char *host) {
     char text[256] = "#";

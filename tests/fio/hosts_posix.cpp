@@ -14,9 +14,7 @@
 namespace {
 
 namespace fs = std::filesystem;
-using kvtest::cwd;
-using kvtest::full;
-using kvtest::host;
+using namespace kvtest;
 
 std::string with_backslashes(std::string path) {
     for (char &c : path) c = c == '/' ? '\\' : c;

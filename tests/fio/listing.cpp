@@ -54,8 +54,7 @@ class Listing : public testing::Test {
 TEST_F(Listing, PatternsChoose) {
     const std::string all = ". .. Sub a.PRO b.pro noext ";
     const struct {
-        const char *dir;
-        const char *pattern;
+        const char *dir, *pattern;
         std::string found;
     } cases[] = {
         {"c:\\list", nullptr, all},

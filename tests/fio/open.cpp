@@ -15,8 +15,7 @@ using namespace std::string_literals;
 TEST(Open, Flags) {
     struct Case {
         uint32_t flags;
-        bool opens;
-        bool opens_missing;
+        bool opens, opens_missing;
         const char *after;  // the content after an attempt to write "x\n" at the start
         bool reads;
     };

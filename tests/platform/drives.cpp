@@ -31,8 +31,7 @@ TEST(Drives, PathsReachTheirFiles) {
     std::string backslashes = c + "/Data/Press.ENV";
     for (char &character : backslashes) character = character == '/' ? '\\' : character;
     const struct {
-        std::string path;
-        std::string host;
+        std::string path, host;
     } cases[] = {
         {"c:\\Data\\Press.ENV", c + "/Data/Press.ENV"},
         {"C:/data/PRESS.env", c + "/Data/Press.ENV"},

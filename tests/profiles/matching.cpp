@@ -6,9 +6,7 @@
 
 namespace {
 
-using kvtest::get;
-using kvtest::open_table;
-using kvtest::Table;
+using namespace kvtest;
 
 void expect(const std::string &pattern, const std::string &name, bool found, kvtest::GetFunction search) {
     const Table table = open_table("T S\n" + name + "\n", {});

@@ -10,11 +10,7 @@
 
 namespace {
 
-using kvtest::kHeb;
-using kvtest::next;
-using kvtest::open_table;
-using kvtest::prev;
-using kvtest::Table;
+using namespace kvtest;
 
 // The names of a header with a "|" after each.
 std::string items(const Table &table) {

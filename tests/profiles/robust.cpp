@@ -4,9 +4,7 @@
 
 namespace {
 
-using kvtest::next;
-using kvtest::open_table;
-using kvtest::Table;
+using namespace kvtest;
 
 // Runs `body` with a table that could be opened, for every allocation that may fail first.
 template <typename Body>

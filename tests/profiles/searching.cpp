@@ -4,13 +4,7 @@
 
 namespace {
 
-using kvtest::entry;
-using kvtest::get;
-using kvtest::kHeb;
-using kvtest::next;
-using kvtest::open_table;
-using kvtest::prev;
-using kvtest::Table;
+using namespace kvtest;
 
 // A condition with an operator that may be written to.
 struct Condition {

@@ -9,8 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "kv/numeric.h"
-#include "kv/strings.h"
+#include "kv.h"
 
 #include "tests/support/support.hpp"
 
@@ -73,6 +72,22 @@ TEST(Numbers, AndCaseAreTheSameInEveryLocale) {
     EXPECT_STREQ(str_cap(text), "\xe4Z\xc4Z");
     EXPECT_STREQ(str_low(text), "\xe4z\xc4z");
     EXPECT_EQ(str_ieq("\xe4", "\xc4"), 0);
+    ENV *env = env_open(0, nullptr);
+    const double values[] = {1.5, -2.25e-7};
+    EXPECT_EQ(env_put_doubles(env, "s", "l", 2, values), ENV_OK);
+    EXPECT_EQ(env_put_format(env, "s", "f", "%.2f %g|%s", 2.5, 1e-7, "1,5"), ENV_OK);
+    const char *list = "", *formatted = "";
+    env_get_reference(env, "s", "l", 1, &list);
+    env_get_reference(env, "s", "f", 1, &formatted);
+    EXPECT_STREQ(list, "1.5,-2.25e-07");
+    EXPECT_STREQ(formatted, "2.50 1e-07|1,5");
+    double value = 0;
+    int32_t count = 2;
+    double back[2] = {};
+    EXPECT_EQ(env_get_doubles(env, "s", "l", 1, &count, back), 0);
+    EXPECT_EQ(back[1], values[1]);
+    EXPECT_EQ(env_get_double(env, "s", "f", 1, &value), ENV_SYNTAX);
+    env_close(env, 0);
     std::setlocale(LC_ALL, "C");
 }
 

@@ -13,8 +13,7 @@ namespace kvtest {
 extern std::atomic<bool> boxes_are_left_alone;
 
 struct Box {
-    std::string caption;
-    std::string text;
+    std::string caption, text;
 };
 
 /// A message box that a process has open, with its text in it; null if there is none.
