@@ -24,14 +24,10 @@ TEST(Paths, Put) {
         const char *after;
         bool reported;
     } cases[] = {
-        {"[s]\na =1\n", "s", "a@3", 0, "[s] a=1 a= a=v", false},
-        {"[s]\na =1\n", "s", "a@b", 0, "[s] a{b=v}", false},
-        {"", "s", "5@1@6@2", 0, "[s] 5{6= 6=v}", false},
         {"[s]\n", "t", "@@", 0, "[s] [t]", true},
         {"[s]\n", nullptr, "a", -10, "[s]", true},
         // an index that no element can get
         {"[s]\n", "t", "a@0", -10, "[s]", true},
-        {"[s]\na =1\n", "s", "a@3@b@0", -10, "[s] a=1", true},
         {"[s]\na =1\n", "s", "a@2000000", -10, "[s] a=1", true},
         {"[s]\na =1\n", "s", "b@99999999999999999999@c", -10, "[s] a=1", true},
     };
