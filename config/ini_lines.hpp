@@ -20,7 +20,7 @@ struct Line {
     /// The name of a header, without the blanks around it; else the line without the white space around
     /// it. A zero byte ends it.
     std::string_view text = {};
-    /// The line with what stands behind a zero byte in it: what a rewrite keeps.
+    /// The line with what stands after a zero byte in it: what a rewrite keeps.
     std::string_view whole = {};
 };
 
@@ -35,7 +35,7 @@ Line next_header(platform::TextLines &lines);
 struct Entry {
     std::string_view key;    ///< without the blanks around it
     std::string_view value;  ///< as it stands
-    std::string_view whole;  ///< the value with what stands behind a zero byte in it
+    std::string_view whole;  ///< the value with what stands after a zero byte in it
 };
 
 /// False if the text has no "=". It has no zero byte.

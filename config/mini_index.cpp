@@ -82,7 +82,7 @@ void Index::build(Node *first, std::uint32_t count) {
     for (Node *node = first; node != nullptr; node = node->next) insert(*node);
 }
 
-// The name stands behind the record: where they lie in two cache lines, both are fetched at once.
+// The name stands after the record: where they lie in two cache lines, both are fetched at once.
 const Node *Index::fetch(Place place) {
     constexpr std::size_t kCacheLine = 64;
     const Node *const node = node_at(place);
@@ -155,7 +155,7 @@ void Index::remove(const Node &node) {
     if (last == &node) places_[position] = place_for(*before, hash);
 }
 
-// Moves those behind the position up that are not where they belong, so that no search ends too early.
+// Moves those after the position up that are not where they belong, so that no search ends too early.
 void Index::free_position(std::uint32_t position) {
     for (std::uint32_t i = (position + 1) & mask_; places_[i] != 0; i = (i + 1) & mask_) {
         const std::uint32_t home = hash_of(node_at(places_[i])->key()) & mask_;

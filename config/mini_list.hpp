@@ -70,7 +70,7 @@ class List : public NodeList {
     }
 };
 
-/// The node behind this one; null at the end.
+/// The node after this one; null at the end.
 template <typename T>
 T *next(const T *node) {
     return static_cast<T *>(node->next);

@@ -14,7 +14,7 @@ using config::next_line;
 
 namespace {
 
-// Reads the lines of one section; the header behind it, or the end.
+// Reads the lines of one section; the header after it, or the end.
 Line read_entries(platform::TextLines &lines, Section &section) {
     for (;;) {
         const Line line = next_line(lines);

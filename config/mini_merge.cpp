@@ -119,7 +119,7 @@ class Merge {
     Sections &sections_;
     Text text_;
     Section *current_ = nullptr;      // none while the lines of a section that is not loaded go by
-    const Entry *pending_ = nullptr;  // the entry behind the one that was written last
+    const Entry *pending_ = nullptr;  // the entry after the one that was written last
     bool nothing_written_ = true;     // no entry yet
 };
 

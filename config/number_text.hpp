@@ -12,7 +12,7 @@
 
 namespace kv::config {
 
-/// The longest text of a list, with a comma behind each number.
+/// The longest text of a list, with a comma after each number.
 inline constexpr std::int32_t kLongestList = 512;
 
 /// The numbers of a list: the pieces up to each comma; a comma at the end is followed by no piece.

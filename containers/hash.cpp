@@ -172,7 +172,7 @@ std::int32_t HASH::find_place(const Wanted &wanted) const {
     return -1;
 }
 
-// The first slot of the sequence that holds the key, fewer than `steps` behind the home slot; -1 if there
+// The first slot of the sequence that holds the key, fewer than `steps` after the home slot; -1 if there
 // is none. When it is found, `steps` becomes the number of steps to it.
 std::int32_t HASH::find_behind_home(const Wanted &wanted, std::int32_t &steps) const {
     std::int32_t position = wanted.home;
@@ -227,7 +227,7 @@ class Link {
 };
 
 // Looks at all first slots, from the table to its ancestors, then at all second ones, and so on. The first
-// that has the key is that of the table where it lies the fewest steps behind its home slot.
+// that has the key is that of the table where it lies the fewest steps after its home slot.
 std::int32_t get_from_chain(const HASH &table, const Wanted &wanted, kv_value *value, std::int32_t *id) {
     for (Link link(table, wanted); link.table() != nullptr; link.go_on()) {
         const std::int32_t home = link.wanted().home;

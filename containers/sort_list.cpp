@@ -42,7 +42,7 @@ void sort_by_inserting(LIST &list, const Order &order) {
     list = sorted;
 }
 
-// Takes the first element off a chain. The one behind the new first is needed soon: it is fetched ahead,
+// Takes the first element off a chain. The one after the new first is needed soon: it is fetched ahead,
 // since what a large list costs is waiting for its elements.
 inline LIST_ELEM *take_first(LIST_ELEM *&chain) {
     LIST_ELEM *first = chain;

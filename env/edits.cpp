@@ -23,7 +23,7 @@ namespace {
 // Line ends in names can be written only as they were read; who gives a name anew meant something else.
 enum class Origin { caller, tree };
 
-// Whether a line end can stand behind a part of a name.
+// Whether a line end can stand after a part of a name.
 bool can_end_line(std::string_view part) {
     if (part.ends_with('\r')) return false;
     const std::size_t last = part.find_last_not_of(' ');

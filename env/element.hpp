@@ -27,7 +27,7 @@ struct List {
     Index *index = nullptr;    // built when a search in a long list needs it, see index.hpp
 };
 
-/// One element. Its name stands behind the record in the same block of memory, and behind the name there
+/// One element. Its name stands after the record in the same block of memory, and after the name there
 /// may be room for its text. A section is an element whose list has no owner.
 ///
 /// The fields that a search needs stand last, next to the name.
@@ -44,8 +44,8 @@ struct Element {
         void *external;  // ENV_TYPE_EXTERNAL: the application's
     };
     std::uint32_t pins;          // reasons not to free it: sub-environments open on it
-    std::uint16_t room : 14;     // bytes for a text behind the name
-    std::uint16_t has_span : 1;  // the number of its span is behind that room, see spans.hpp
+    std::uint16_t room : 14;     // bytes for a text after the name
+    std::uint16_t has_span : 1;  // the number of its span is after that room, see spans.hpp
     std::uint16_t changed : 1;   // the text is no longer that of the span
     std::uint8_t type;
     std::uint8_t name_length;  // kLongName: or more

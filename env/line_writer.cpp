@@ -139,7 +139,7 @@ void LineWriter::put(char c) {
 }
 
 // Lets the reader see what was written, and the line end that follows. One backslash before it needs a
-// second. Two of them, or spaces behind them, need a character of their own behind them: a tab, which the
+// second. Two of them, or spaces after them, need a character of their own after them: a tab, which the
 // reader removes with the blanks at the end of a value. False if nothing was needed.
 bool LineWriter::protect_line_end() {
     if (pending_ == Pending::nothing) return false;

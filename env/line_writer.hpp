@@ -13,7 +13,7 @@ class LineWriter {
   public:
     explicit LineWriter(Sink &sink) : sink_(sink) {}
 
-    /// Writes one line, made of pieces, behind `level` - 1 spaces.
+    /// Writes one line, made of pieces, after `level` - 1 spaces.
     void write(int level, std::initializer_list<std::string_view> pieces);
     /// Writes the rest of a line that holds `column` bytes already.
     void write_behind(std::size_t column, std::initializer_list<std::string_view> pieces);
@@ -22,7 +22,7 @@ class LineWriter {
 
   private:
     // What the reader has in hand when it comes to the next character. Behind one or two backslashes, and
-    // spaces behind them, it takes the next character as it is, so that no line can be broken there.
+    // spaces after them, it takes the next character as it is, so that no line can be broken there.
     enum class Pending { nothing, backslash, two_backslashes, spaces };
 
     void indent(int level);

@@ -15,7 +15,7 @@ void append(List &list, ElementPointer element);
 void insert_before(Element &where, ElementPointer element);
 /// Takes an element out of its list.
 ElementPointer unlink(Element &element);
-/// Moves all elements of `from` behind those of `to`.
+/// Moves all elements of `from` after those of `to`.
 void splice(List &to, List &from);
 
 /// The element that a name and an occurrence index designate: the n-th of the name, or for 0 the first of

@@ -16,7 +16,7 @@ bool before(const Element *a, const Element *b) {
     return a->order < b->order;
 }
 
-// Renumbers the elements around `element` so that there is room behind it. The neighbourhood is the
+// Renumbers the elements around `element` so that there is room after it. The neighbourhood is the
 // smallest aligned range of numbers around the element's own that is thinly enough used; larger ranges
 // have to be thinner, which makes the cost per insertion logarithmic on average (Bender, Cole, Demaine,
 // Farach-Colton, Zito, "Two simplified algorithms for maintaining order in a list", 2002).

@@ -36,7 +36,7 @@ class Output : public Sink {
 
     /// The bytes of the last line.
     std::size_t column() const { return bytes_.size() - line_start_; }
-    /// True if reading would take something else away together with a line end behind it.
+    /// True if reading would take something else away together with a line end after it.
     bool needs_tab() const {
         if (bytes_.ends_with('\r')) return true;
         const std::size_t last = bytes_.find_last_not_of(' ');
@@ -416,8 +416,8 @@ class Patch {
     const Element *last_kept_ = nullptr;  // the last section that was read, until it is met
     bool fresh_ = true;  // the output ends at the start of a line, at which a ";" would begin a comment
     bool resumes_ =
-        false;  // then, what follows in the old text stood behind something else on its line, ...
-    Indentation resumed_;           // ... and gets this indentation, ...
+        false;             // then, what follows in the old text stood after something else on its line, ...
+    Indentation resumed_;  // ... and gets this indentation, ...
     Indentation closing_resumed_;   // ... or this, if it is the end of a block
     Indentation last_indentation_;  // of the last new element
 };

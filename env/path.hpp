@@ -11,7 +11,7 @@
 namespace kv::env {
 
 inline constexpr std::size_t kMaxPathLength = 1024;  // with the terminating zero
-inline constexpr int kMaxPathElements = 100;         // with room behind the last name and index
+inline constexpr int kMaxPathElements = 100;         // with room after the last name and index
 
 /// One name of a path with its occurrence index.
 struct Step {

@@ -15,7 +15,7 @@ struct Span {
     std::uint32_t value;  // the text of a data element (its line end, if that is empty), the "{" of a
                           // block, what follows the "]" of a section
     std::uint32_t tail;   // the line end that belongs to it, which a data element has; else as `end`
-    std::uint32_t end;    // behind it; of a section, behind its last element
+    std::uint32_t end;    // after it; of a section, after its last element
     std::uint32_t next;   // the number of the first element that is not in it
 
     bool ends_line() const { return tail < end; }

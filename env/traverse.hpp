@@ -13,7 +13,7 @@ namespace kv::env {
 /// A path text that grows and shrinks with a walk. Throws std::bad_alloc.
 class PathText {
   public:
-    /// Appends a name with its occurrence index, behind delimiters.
+    /// Appends a name with its occurrence index, after delimiters.
     void push(const Element &element);
     void push(std::string_view part);
     std::size_t length() const { return text_.size(); }

@@ -27,7 +27,7 @@ bool is_in(const char *characters, int c) {
     return characters != nullptr && std::strchr(characters, c) != nullptr;
 }
 
-// Up to the end of the line, or behind the first of `delims`.
+// Up to the end of the line, or after the first of `delims`.
 std::int32_t read_line(const FIO *handle, std::int32_t max, const char *delims, char *buf) {
     std::FILE *const fp = handle->fp;
     int c = handle->reads() ? get_character(fp) : EOF;

@@ -10,7 +10,7 @@ using kv::fio::drive_letter;
 
 namespace {
 
-// The first character behind the blanks in front; 0 if there is none.
+// The first character after the blanks in front; 0 if there is none.
 char first_character(const char *name) {
     if (name == nullptr) return '\0';
     while (*name == ' ') ++name;

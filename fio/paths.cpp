@@ -18,7 +18,7 @@ void put(char *out, std::string_view text) {
     out[text.size()] = '\0';
 }
 
-// The separator behind a name goes; that of a root stays.
+// The separator after a name goes; that of a root stays.
 void cut_final_separator(char *path) {
     const Pieces pieces = split(path);
     if (pieces.name.empty() && pieces.directory.size() > 1) {

@@ -660,7 +660,7 @@ class table {
         return found(profil_search_next(get(), nullptr, 0, pattern.c_str(), values_.data(), name_.data()));
     }
 
-    /// The rows behind the one last read; from the first one on, the first time.
+    /// The rows after the one last read; from the first one on, the first time.
     auto rows() & { return detail::once<detail::rest_of<table, row>>({this}); }
 
   private:

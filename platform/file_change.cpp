@@ -5,7 +5,7 @@ namespace kv::platform {
 
 bool read_whole(const char *path, bool may_be_missing, memory::String &bytes) {
     InputFile file;
-    // Whoever takes the lock of the change is the only one who writes the file in place.
+    // Only the holder of the lock of changes writes the file in place.
     if (!file.open(path, InputFile::Content::any)) {
         // There is no file where a directory is; saving says that there will be none.
         const bool missing = file.missing() || file_kind(path) == FileKind::directory;

@@ -58,7 +58,7 @@ TextLines::TextLines(InputFile &file, char *buffer, std::size_t size, std::size_
       size_(size),
       ended_(false) {}
 
-// Moves what has not been given yet, less than a line, to the front and reads more behind it.
+// Moves what has not been given yet, less than a line, to the front and reads more after it.
 void TextLines::refill() {
     const auto kept = static_cast<std::size_t>(end_ - position_);
     if (kept > 0) std::memmove(buffer_, position_, kept);
@@ -71,7 +71,7 @@ void TextLines::refill() {
     ended_ = count <= 0 || text.size() < block.size();
 }
 
-// Takes a line of this length, behind which the next one begins, or what is before a zero byte in it.
+// Takes a line of this length, after which the next one begins, or what is before a zero byte in it.
 bool TextLines::take(std::size_t length, const char *next, std::string_view &line) {
     line = {position_, length};
     position_ = next;

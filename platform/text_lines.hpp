@@ -49,7 +49,7 @@ class TextLines {
 
 /// The part of a text file that text mode reads: all before the first Ctrl-Z.
 std::string_view before_ctrl_z(std::string_view bytes);
-/// What a rewrite has to keep behind the text of a file: the Ctrl-Z and the rest, if there is a rest.
+/// What a rewrite has to keep after the text of a file: the Ctrl-Z and the rest, if there is a rest.
 std::string_view behind_text(std::string_view bytes);
 
 /// Appends a text to the bytes of a text file: each line feed becomes CR LF.

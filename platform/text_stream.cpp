@@ -10,7 +10,7 @@ namespace {
 constexpr char kCtrlZ = 26;
 }
 
-// Moves the bytes not yet delivered (at most one carriage return) to the front and reads more behind
+// Moves the bytes not yet delivered (at most one carriage return) to the front and reads more after
 // them. False if nothing more came.
 bool TextReader::refill() {
     const std::size_t kept = length_ - position_;

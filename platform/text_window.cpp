@@ -26,7 +26,7 @@ bool TextWindow::load(std::int64_t position) {
 
 void TextWindow::move(std::int64_t position) {
     if (position < start_) {
-        // Whoever goes back goes on doing so.
+        // A caller that goes back usually goes on going back.
         constexpr std::int64_t kBefore = kSize / 4 * 3;
         load(std::max<std::int64_t>(position - kBefore, 0));
     }

@@ -44,7 +44,7 @@ void end_line(PROFIL &table) {
     }
 }
 
-// Reads the next character. A line feed ends a line unless it stands directly behind another one.
+// Reads the next character. A line feed ends a line unless it stands directly after another one.
 inline void get(PROFIL &table) {
     if (table.current == kEnd) return;
     const std::int32_t before = table.current;
@@ -68,7 +68,7 @@ std::string_view collect_field(PROFIL &table, char (&text)[PROFIL_FIELD_SIZE]) {
     return text;
 }
 
-// Moves behind the next line feed, or to the end of the file, without numbering lines.
+// Moves after the next line feed, or to the end of the file, without numbering lines.
 bool pass_line(platform::TextWindow &file) {
     for (std::string_view bytes; !(bytes = file.bytes()).empty(); file.skip(bytes.size())) {
         const std::size_t feed = bytes.find('\n');

@@ -10,7 +10,7 @@ namespace kv::profiles {
 
 namespace {
 
-// Finds the next entry that the pattern matches and `accept` wants, which is called behind the name.
+// Finds the next entry that the pattern matches and `accept` wants, which is called after the name.
 template <typename Accept>
 std::int32_t find(PROFIL &table, const Pattern &pattern, char *full_name, Accept accept) {
     EntryName name;

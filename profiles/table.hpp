@@ -54,13 +54,13 @@ struct PROFIL {
     std::int64_t line_starts[kv::profiles::kBlockLines];  // of this block's lines, as far as they are known
     std::int32_t requested;                               // columns that the application wants
     std::int32_t columns;
-    kv::memory::String header;                     // the names, each with a zero byte behind it
+    kv::memory::String header;                     // the names, each with a zero byte after it
     kv::memory::Vector<std::int32_t> column_slot;  // where the application wants a column's value
     kv::memory::Vector<double> column_factor;
     kv::memory::Vector<unsigned char> column_has_condition;
     kv::memory::Vector<kv::profiles::Check> conditions;
     std::int32_t current;  // the character that was read last; a blank after a move
-    // Where the blocks begin, as far as stepping back has asked for it. A block starts behind 16 more line
+    // Where the blocks begin, as far as stepping back has asked for it. A block starts after 16 more line
     // feeds, whether or not the lines that they end are empty.
     kv::memory::Vector<std::int64_t> block_starts;
     char long_field[PROFIL_FIELD_SIZE];  // the text of a field that does not stand in the buffer as a whole

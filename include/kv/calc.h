@@ -43,7 +43,7 @@ enum {
 
 /** Sets the decimal places that results are rounded to (none at the start).
  *
- *  @param places  digits behind the point; 0: results are not rounded; below 0 to tens, hundreds, ...
+ *  @param places  digits after the point; 0: results are not rounded; below 0 to tens, hundreds, ...
  *                 -1: the entry "Nachkommastellen" of section "Calculator" in the main configuration file
  *                 (kv_getinipath("kv")) says it; the setting stays as it is where there is no such entry */
 KV_API void KV_CALL calc_init(int32_t places) KV_NOEXCEPT;
@@ -61,7 +61,7 @@ KV_API int32_t KV_CALL calc_expression(const char *expression, double *value, ch
  *
  *  @param code     receives CALC_OK or the error
  *  @param line     receives the line of the token where the evaluation stopped, from 0; for the errors 14
- *                  to 17 that is the one behind the operand
+ *                  to 17 that is the one after the operand
  *  @param column   receives its column, from 0
  *  @param message  receives the text for the code: the entry "f<code>" ("f16") of section "Calculator" in
  *                  the main configuration file (kv_getinipath("kv")), cut to 100 characters; where there

@@ -57,7 +57,7 @@ KV_API void KV_CALL list_init(LIST *list) KV_NOEXCEPT;
  *  ("list_insert_before: list is not in order"); nothing is changed then. */
 KV_API void KV_CALL list_insert_before(LIST *list, LIST_ELEM *reference, LIST_ELEM *element) KV_NOEXCEPT;
 
-/** Links an element behind another.
+/** Links an element after another.
  *
  *  @param reference  an element of the list; NIL to append at the end
  *  @param element    the new element; its links are overwritten
@@ -116,7 +116,7 @@ KV_API void KV_CALL list_traverse_backward(const LIST *list, list_visit_function
                                            void *argument) KV_NOEXCEPT;
 
 /** @param number  the position, from 1; every smaller number counts as 1
- *  @return the element at that position; NIL behind the end */
+ *  @return the element at that position; NIL after the end */
 KV_API LIST_ELEM *KV_CALL list_get_element_by_number(const LIST *list, int32_t number) KV_NOEXCEPT;
 
 /** @return the element's next; NIL for NIL */

@@ -235,9 +235,9 @@ KV_API int32_t KV_CALL env_data_length(ENV *env, const char *section, const char
                                        int32_t exact) KV_NOEXCEPT;
 
 /* The number getters read texts of this form, and no other. Blanks (spaces and tabs) may stand before and
- * behind each number; a carriage return or line feed ends the text. A whole number is an optional sign
+ * after each number; a carriage return or line feed ends the text. A whole number is an optional sign
  * and digits; beyond 32 bits it becomes the nearest 32-bit number. A real number is an optional sign,
- * digits with an optional point among, before or behind them, and optionally E, e, D or d with an
+ * digits with an optional point among, before or after them, and optionally E, e, D or d with an
  * optional power of ten. A list is one number or more, separated by commas. */
 
 /** Gets a whole number.
@@ -330,7 +330,7 @@ KV_API int32_t KV_CALL env_get_first(ENV *env, const char *section, const char *
  *  @retval ENV_NOT_FOUND  no more elements in the environment that the first one came from, no iteration,
  *                         or its environment was closed
  *
- *  Every result but the three types ends the iteration, except that behind an environment's own elements
+ *  Every result but the three types ends the iteration, except that after an environment's own elements
  *  it stays where it is when a default has more. */
 KV_API int32_t KV_CALL env_get_next(int32_t name_size, char *name, int32_t value_size, char *value,
                                     void **external) KV_NOEXCEPT;
@@ -378,9 +378,9 @@ KV_API int32_t KV_CALL env_count_path(ENV *env, const char *section, const char 
 
 /** Lists the names of a block's elements, or, with section NIL on a root environment, of the sections:
  *  "a;b;a;" for the elements a, b, a and the separator ";", the separator alone for an empty block.
- *  Positions behind the environment's own elements are looked up in the default chain.
+ *  Positions after the environment's own elements are looked up in the default chain.
  *
- *  @param separator  the character behind each name
+ *  @param separator  the character after each name
  *  @param size       bytes of names
  *  @param names      receives the list; the empty text after every failure. Section and path may stand in
  *                    it.
@@ -624,10 +624,10 @@ typedef struct ENV_EDIT {
  *
  *  Reading the file then gives the tree that the functions which the edits stand for make of the tree that
  *  was in the file. Comments, blank lines, indentation, the order, line ends, continued lines, what stands
- *  before the first section and behind a Ctrl-Z stay. An edit that stores what is there already changes
+ *  before the first section and after a Ctrl-Z stay. An edit that stores what is there already changes
  *  nothing.
  *
- *  A new element stands behind the element before it, a new last section at the end of the file. It has the
+ *  A new element stands after the element before it, a new last section at the end of the file. It has the
  *  indentation of its neighbours, else two blanks more than its block, and the line end of the file's first
  *  line; long lines are broken as env_write_file() does. A deleted element takes its lines with it where
  *  nothing else stands on them; the comments above it stay.

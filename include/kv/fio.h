@@ -59,7 +59,7 @@ enum {
  *  @param dir    directory, with or without a drive; NIL or empty for the current one
  *  @param name   file name; a drive in it overrides dir
  *  @param flags  FIO_ flags
- *  @return the handle, at offset 16 behind a header and else at 0; the caller closes it with fio_close().
+ *  @return the handle, at offset 16 after a header and else at 0; the caller closes it with fio_close().
  *          NIL, without a report, for a wrong combination of flags, when the file cannot be opened or is
  *          a directory, when the path has more than 255 characters (errno is ENAMETOOLONG), and when the
  *          heap is exhausted */
@@ -154,7 +154,7 @@ KV_API int32_t KV_CALL fio_getchar(FIO *handle, char *out) KV_NOEXCEPT;
  *              nothing read and buf untouched */
 KV_API int32_t KV_CALL fio_getstring(FIO *handle, int32_t max, char *buf) KV_NOEXCEPT;
 
-/** Reads as fio_getstring() does, but ends also behind the first character that is in delims, which is
+/** Reads as fio_getstring() does, but ends also after the first character that is in delims, which is
  *  stored as the last one.
  *
  *  @param delims  the characters that end the text; NIL or empty for none
@@ -205,7 +205,7 @@ KV_API int32_t KV_CALL fio_length(FIO *handle) KV_NOEXCEPT;
  *
  *  Only a drive makes a part absolute: the parts before one that has a drive are left out, but a name
  *  that begins with "\" still goes below the directory. A separator at the end is removed, except that of
- *  a root and that behind a directory name of one character alone ("C:\", "a\").
+ *  a root and that after a directory name of one character alone ("C:\", "a\").
  *
  *  @param out   256 bytes, which may be one of the parts; the empty text when the path is too long
  *  @param base  each part may be NIL or empty
@@ -237,7 +237,7 @@ KV_API char *KV_CALL fio_make_fullpath(char *out, const char *base, const char *
 KV_API int32_t KV_CALL fio_get_extention_pos(const char *name) KV_NOEXCEPT;
 
 /** Tests a name, without a directory, against the rules for DOS names: up to 8 characters, and up to 3
- *  behind a ".". A blank and the characters " + , / : ; < = > [ \ ] ^ | are not allowed.
+ *  after a ".". A blank and the characters " + , / : ; < = > [ \ ] ^ | are not allowed.
  *
  *  @retval 0  a valid name
  *  @retval 1  not a valid name, or empty, or NIL
@@ -287,7 +287,7 @@ KV_API int32_t KV_CALL fio_gethostname(char *buf, int32_t size) KV_NOEXCEPT;
 
 /** Changes the current drive.
  *
- *  @param name  its first character behind blanks is the drive's letter, in either case
+ *  @param name  its first character after blanks is the drive's letter, in either case
  *  @retval 0   done, or nothing to do because the name is NIL or blank
  *  @retval -1  there is no such drive; the current one stays */
 KV_API int32_t KV_CALL fio_sethostname(const char *name) KV_NOEXCEPT;
@@ -301,7 +301,7 @@ KV_API int32_t KV_CALL fio_host_exist(const char *name) KV_NOEXCEPT;
 
 /** Reads the current directory of a drive. The current drive stays the same throughout.
  *
- *  @param host  its first character behind blanks is the drive's letter, in either case; NIL or blank for
+ *  @param host  its first character after blanks is the drive's letter, in either case; NIL or blank for
  *               fio_getcwd(buf, size)
  *  @param size  bytes of buf
  *  @return buf; it is the empty text when there is no such drive or the directory does not fit */

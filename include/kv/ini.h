@@ -110,7 +110,7 @@ KV_API int32_t KV_CALL ini_read_sections(const char *path, char *buf, int32_t *s
  * that no entry precedes) and no others, the entries of the section that is worked on as "key=value", and
  * that section's lines without "=" left out (and reported). Behind the place of the change everything
  * stays as it was, but for lone line feeds, which become CR LF. A change that does not find its section or
- * its entry still writes the file in normal form. What stands behind a Ctrl-Z stays behind the text.
+ * its entry still writes the file in normal form. What stands after a Ctrl-Z stays after the text.
  *
  * A file that is there but cannot be read is not changed: INI_FAILED. The same holds for an exhausted
  * heap.
@@ -137,7 +137,7 @@ KV_API int32_t KV_CALL ini_read_sections(const char *path, char *buf, int32_t *s
  * neither flock() nor locks on the content; a process that may read a file can hold them up. On file
  * systems without locks there is no waiting. */
 
-/** Sets an entry to a value. What is missing is added: an entry at the end of its section, behind the
+/** Sets an entry to a value. What is missing is added: an entry at the end of its section, after the
  *  comments there; a section at the end of the file; the file. NIL or "" as the path means the main
  *  configuration file.
  *
@@ -152,14 +152,14 @@ KV_API int32_t KV_CALL ini_write_string(const char *path, const char *section, c
 KV_API int32_t KV_CALL ini_write_long(const char *path, const char *section, const char *entry,
                                       int32_t value) KV_NOEXCEPT;
 
-/** Sets an entry to a real number with six digits behind the point; as ini_write_string(). */
+/** Sets an entry to a real number with six digits after the point; as ini_write_string(). */
 KV_API int32_t KV_CALL ini_write_double(const char *path, const char *section, const char *entry,
                                         double value) KV_NOEXCEPT;
 
 /** Sets an entry to a list of whole numbers with commas between them.
  *
  *  @param count  how many; 0 or less writes an empty value
- *  @retval INI_NO_ROOM  the text, with a comma behind each number, is longer than 512 characters; the file
+ *  @retval INI_NO_ROOM  the text, with a comma after each number, is longer than 512 characters; the file
  *                       is untouched. Otherwise as ini_write_string(). */
 KV_API int32_t KV_CALL ini_write_longs(const char *path, const char *section, const char *entry,
                                        const int32_t *items, int32_t count) KV_NOEXCEPT;

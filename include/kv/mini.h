@@ -74,7 +74,7 @@ KV_API int32_t KV_CALL mini_close(MINI **cache) KV_NOEXCEPT;
  *  loaded stays. The lines of a loaded section become those of the cache: values are replaced in place,
  *  entries that the cache has no more disappear, new ones come at the end of the section; new sections
  *  come at the end of the file. Comments stay. The lines lose the white space around them, and empty lines
- *  are left out but for one before each header behind the first entry. Lines without "=" in loaded
+ *  are left out but for one before each header after the first entry. Lines without "=" in loaded
  *  sections are reported ("Incorrect entry's format. '=' is not found;", "entry has been ignored") and
  *  left out. With MINI_REWRITE the sections are written one after the other without empty lines.
  *
@@ -194,7 +194,7 @@ KV_API int32_t KV_CALL mini_write_double(MINI *cache, const char *section, const
 /** Sets an entry to a list of whole numbers with commas between them.
  *
  *  @param count  how many; 0 or less writes an empty value
- *  @retval INI_NO_ROOM  the text, with a comma behind each number, is longer than 512 characters, or
+ *  @retval INI_NO_ROOM  the text, with a comma after each number, is longer than 512 characters, or
  *                       `items` is NIL and count positive; nothing is changed. Otherwise as
  *                       mini_write_string(). */
 KV_API int32_t KV_CALL mini_write_longs(MINI *cache, const char *section, const char *entry,

@@ -19,7 +19,7 @@
  * the first two fields with one blank between them, needs a buffer of PROFIL_NAME_SIZE bytes; it is only
  * written when an entry was found.
  *
- * A handle stands before the first entry when it is opened. profil_next() gives the entry behind the one
+ * A handle stands before the first entry when it is opened. profil_next() gives the entry after the one
  * last read, profil_prev() the one before it; after a search both go on from the entry found.
  *
  * Nothing here reports; results tell all, though kv_suche_datei() may report that there is no main
@@ -46,7 +46,7 @@ enum {
  * of its family: for profiles the one of profil_path(), or else the entry "Profile", for mats the entry
  * "Matten", in section "System" of the main configuration file (kv_suche_datei()). Without such an entry it
  * is in the current directory. A path that begins with "." or "\" is relative to the current directory.
- * A name without a "." behind its directory gets the extension. Names and directories count with their
+ * A name without a "." after its directory gets the extension. Names and directories count with their
  * first 255 characters; a path that becomes longer than that names no file. */
 
 /** Sets the directory of the profile tables for this process.
@@ -88,7 +88,7 @@ KV_API int32_t KV_CALL profil_reset(PROFIL *table, const char *const *names,
                                     const double *factors) KV_NOEXCEPT;
 
 /** @return the names of all columns in the order of the header, each with a zero byte at its end, and one
- *          more zero byte behind the last one; the handle's own, valid until it is closed. NIL for NIL */
+ *          more zero byte after the last one; the handle's own, valid until it is closed. NIL for NIL */
 KV_API const char *KV_CALL profil_get_all_items(PROFIL *table) KV_NOEXCEPT;
 
 /* ---- One entry after the other */
@@ -125,7 +125,7 @@ KV_API int32_t KV_CALL profil_prev(PROFIL *table, double *values, char *name) KV
  * letters any type will do. Then follow the dimensions, which are compared with the second field: numbers
  * with one of the separators x X / , - between them, the very same one standing at the same place there. A
  * number is a lower bound; in parentheses, alone or several with their separators, it is exact. Where the
- * field has a number and the pattern none, any number will do. What the field has behind the last dimension
+ * field has a number and the pattern none, any number will do. What the field has after the last dimension
  * compared does not count, nor does what the pattern has from a second "(" on. A second field that begins
  * with no number matches no pattern.
  *
@@ -181,7 +181,7 @@ typedef struct PROFIL_CONDITION {
 KV_API int32_t KV_CALL profil_search(PROFIL *table, const PROFIL_CONDITION *conditions, int32_t count,
                                      const char *pattern, double *values, char *name) KV_NOEXCEPT;
 
-/** As profil_search(), but goes on behind the entry last read.
+/** As profil_search(), but goes on after the entry last read.
  *
  *  @param conditions  NIL: those of the last search stay */
 KV_API int32_t KV_CALL profil_search_next(PROFIL *table, const PROFIL_CONDITION *conditions, int32_t count,
@@ -190,7 +190,7 @@ KV_API int32_t KV_CALL profil_search_next(PROFIL *table, const PROFIL_CONDITION 
 /** Gets the values of the wanted columns; the entry is accepted unless it returns 0. */
 typedef int32_t(KV_CALL *profil_filter_function)(double *values);
 
-/** Finds the next entry, behind the one last read, that matches and that a filter accepts. Conditions do
+/** Finds the next entry, after the one last read, that matches and that a filter accepts. Conditions do
  * not count.
  *
  *  @param filter  NIL accepts every entry
@@ -204,7 +204,7 @@ KV_API int32_t KV_CALL profil_search_f(PROFIL *table, profil_filter_function fil
 /** Finds the tables (*.pro) of the profile directory that have an entry, as profil_get_exact() finds it.
  *
  *  @param count  receives their number
- *  @param list   receives an array of their names, without what is behind the first ".", in the order of
+ *  @param list   receives an array of their names, without what is after the first ".", in the order of
  *                fio_listdir(); the caller frees it with heap_free(). NIL if there are none
  *  @retval 1  done
  *  @retval 0  the directory cannot be listed, it has no tables, or the heap is exhausted; 0 and NIL are
@@ -217,7 +217,7 @@ KV_API int32_t KV_CALL profil_findfiles(const char *pattern, int32_t *count,
 /** Splits a full name, of which the first 80 characters count, at its first blank.
  *
  *  @param type  receives what is before it, or all; PROFIL_PART_SIZE bytes
- *  @param size  receives what is behind it, or the empty text; PROFIL_PART_SIZE bytes */
+ *  @param size  receives what is after it, or the empty text; PROFIL_PART_SIZE bytes */
 KV_API void KV_CALL profil_convert_result(const char *name, char *type, char *size) KV_NOEXCEPT;
 
 /** Gives the factors that convert columns to metres and their powers, by the units that tables have:

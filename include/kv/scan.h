@@ -3,7 +3,7 @@
  *
  * The characters come from a function of the caller, one at a time; a scanner looks one character ahead.
  * Lines and columns are counted from 0, a tab counting as one column. Codes 1 to 31 other than the line
- * feed (10) are read as blanks; so are carriage returns. The code 0 or -1 is the end of the input, behind
+ * feed (10) are read as blanks; so are carriage returns. The code 0 or -1 is the end of the input, after
  * which the source is not called again.
  *
  * All scanners together belong to one thread; calls on several of them may alternate. Nothing here
@@ -117,7 +117,7 @@ typedef struct SCAN_TOKEN {
  *
  *  @param source    gives the characters; called only by scan_token() and scan_character()
  *  @param flags     SCAN_ options
- *  @param keywords  pointers to the keywords, a NIL behind the last one; not copied, it must outlive the
+ *  @param keywords  pointers to the keywords, a NIL after the last one; not copied, it must outlive the
  *                   scanner. Where letters are folded, it holds the folded spelling. NIL: no keywords.
  *  @return the scanner, released with scan_close(); NIL when the heap is exhausted
  *
@@ -138,7 +138,7 @@ KV_API void KV_CALL scan_reset(SCANNER *scanner) KV_NOEXCEPT;
  *  again. Text beyond what the record holds is read and dropped; the value of a longer number is right all
  *  the same. A whole number beyond 32 bits gives the nearest one.
  *
- *  With SCAN_SIGNED_NUMBERS, "+." and "-." without a digit behind are two tokens; for the second, the
+ *  With SCAN_SIGNED_NUMBERS, "+." and "-." without a digit after them are two tokens; for the second, the
  *  "line" and "column" of the record stay as they are.
  *
  *  @param kind   receives the kind
@@ -146,7 +146,7 @@ KV_API void KV_CALL scan_reset(SCANNER *scanner) KV_NOEXCEPT;
  *  @return SCAN_OK or the last error met in the token */
 KV_API int32_t KV_CALL scan_token(SCANNER *scanner, int32_t *kind, SCAN_TOKEN *token) KV_NOEXCEPT;
 
-/** Takes the next character, the one behind the last token, and reads one further.
+/** Takes the next character, the one after the last token, and reads one further.
  *
  *  @param kind  receives SCAN_LETTER, SCAN_DIGIT, SCAN_OTHER, SCAN_BLANK, SCAN_EOL, SCAN_EOF or SCAN_VOID
  *  @param ch    receives the character, folded as the options say; 0 at the end */

@@ -191,7 +191,7 @@ KV_API char *KV_CALL str_etos(char *dst, const char *src) KV_NOEXCEPT;
  *
  *  @param width     the least number of characters, blanks filling the front; a negative width puts the
  *                   number at the left of a field of -width characters
- *  @param decimals  digits behind the point (no point for 0); a negative number counts as 0
+ *  @param decimals  digits after the point (no point for 0); a negative number counts as 0
  *  @param dst       receives the text; it needs room for the width and for the number, which has up to
  *                   311 characters more than its decimals, and for the terminator. It becomes the empty
  *                   text when the width or the decimals are more than the platform can print. */
@@ -205,13 +205,13 @@ KV_API void KV_CALL convert_ltos(int32_t value, int32_t width, char *dst) KV_NOE
 
 /** Reads a number as the C function atof() does in the "C" locale.
  *
- *  @return the value of the longest number at the beginning of s, behind white space; 0 if there is
+ *  @return the value of the longest number at the beginning of s, after white space; 0 if there is
  *          none */
 KV_API double KV_CALL convert_stod(const char *s) KV_NOEXCEPT;
 
 /** Reads a whole number as the C function atol() does where a long has 32 bits.
  *
- *  @return the value of the digits at the beginning of s, behind white space and a sign; 0 if there are
+ *  @return the value of the digits at the beginning of s, after white space and a sign; 0 if there are
  *          none; INT32_MAX or INT32_MIN for a number beyond them */
 KV_API int32_t KV_CALL convert_stol(const char *s) KV_NOEXCEPT;
 

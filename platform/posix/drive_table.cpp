@@ -23,7 +23,7 @@ constexpr std::size_t kLongestDirectory = 255;  // as Windows has it
 struct DriveState {
     std::atomic<char> current;
     Lock &lock;                                        // of the directories
-    char directories[kDrives][kLongestDirectory + 1];  // behind the drive's root: "/a/b", "" for the root
+    char directories[kDrives][kLongestDirectory + 1];  // after the drive's root: "/a/b", "" for the root
 };
 
 constinit DriveState state{posix::kNativeDrive, Lock::of(Lock::Kind::directories), {}};

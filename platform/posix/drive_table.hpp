@@ -13,12 +13,12 @@ inline constexpr char kNativeDrive = 'Z';
 /// empty text. False if there is no such drive.
 bool append_drive(char drive, PathBuilder &host);
 
-/// Reads the current directory of a drive, as it stands behind the drive's host directory: "/a/b", or ""
+/// Reads the current directory of a drive, as it stands after the drive's host directory: "/a/b", or ""
 /// or "/" for the root. False if it cannot be read.
 bool read_directory(char drive, HostPath &directory);
 
 /// The drive of a path, a capital letter: the one it names, else the current one. The path then begins
-/// behind the designation.
+/// after the designation.
 char take_drive(std::string_view &path);
 
 }  // namespace kv::platform::posix

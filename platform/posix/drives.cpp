@@ -63,7 +63,7 @@ bool match_last_component(PathBuilder &host, std::size_t start) {
     return true;
 }
 
-// Corrects the case of the components behind the drive's root as far as they exist.
+// Corrects the case of the components after the drive's root as far as they exist.
 void match_case(PathBuilder &host, std::size_t root) {
     if (exists(host.text())) return;
     const std::size_t length = host.length();

@@ -99,8 +99,8 @@ bool same_file(const struct stat &a, const struct stat &b) {
 
 namespace {
 
-// Whoever changes a file in a loop would take its lock again before anybody who waits has looked; so the
-// lock is asked for by one at a time, and the others wait to be that one.
+// A process that changes a file in a loop would take the lock again before any waiting process has looked.
+// So only one process at a time asks for the lock, and the others wait to be that one.
 posix::Locked lock_for_change(int file, const posix::Deadline &deadline) {
     const posix::Locked queued = posix::lock_byte(file, F_WRLCK, posix::kQueueByte, deadline);
     if (queued != posix::Locked::done) return queued;

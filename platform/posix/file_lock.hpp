@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Locks on files that changes and reads of them agree on.
 //
-// They are locks of the open file, not of the process, on single bytes far behind any content: so they
+// They are locks of the open file, not of the process, on single bytes far after any content: so they
 // meet neither flock() nor what applications lock of their own files, another thread counts as another
 // process, and the system ends them with their holder.
 #pragma once

@@ -30,7 +30,7 @@ void Lock::survive_forks() {
     survives_forks_ = true;
 }
 
-// Whoever holds the lock may wait for what only the child will do, so that the waiting has an end.
+// The holder of the lock may be waiting for what only the child will do, so the wait has an end.
 void Lock::before_fork() {
     const std::uintptr_t self = this_thread();
     if (owner_.load(std::memory_order_relaxed) != self) {

@@ -44,7 +44,7 @@ struct TextLayer {
     std::size_t translate(const char *text, std::size_t size, std::size_t &taken);
 };
 
-// Reads a block behind the bytes that are left (at most one carriage return). The number of bytes read, 0
+// Reads a block after the bytes that are left (at most one carriage return). The number of bytes read, 0
 // at the end, -1 after an error; what is left stays in each case.
 int TextLayer::refill() {
     const std::size_t kept = length - position;

@@ -5,8 +5,8 @@ namespace kv::platform::win32 {
 
 namespace {
 
-// Whoever wants the content goes through the gate, which a writer keeps shut while it waits for the
-// readers: new ones would keep it waiting for ever.
+// The way to the content is through the gate, which a writer keeps shut while it waits for the readers to
+// end: new readers would keep it waiting for ever.
 constexpr ULONGLONG kGate = 1ULL << 62;
 constexpr ULONGLONG kContent = kGate + 1;
 

@@ -2,7 +2,7 @@
 // Streams of the C library, which translates text streams itself.
 //
 // What the C library tells as the position of a text stream supposes that every line ends with CR LF, and
-// that nothing stands behind a Ctrl-Z. Here the position is found from the bytes on disk: those that the
+// that nothing stands after a Ctrl-Z. Here the position is found from the bytes on disk: those that the
 // stream's buffer was filled from end at the position of the file.
 #include "platform/win32/stream.hpp"
 
@@ -83,8 +83,7 @@ std::int64_t tell_reading(std::FILE *file, std::int64_t end) {
     const auto size = static_cast<std::size_t>(end - start);
     const std::string_view raw(window, read_at(file, start, window, size));
     const std::int64_t plain = end - static_cast<std::int64_t>(buffered.left);
-    if (buffered.all().empty() || raw.size() < size)
-        return plain;  // nothing is buffered, or behind the end
+    if (buffered.all().empty() || raw.size() < size) return plain;  // nothing is buffered, or after the end
     // The position, if what is in the buffer ends at this place of the window.
     const auto position = [&](std::size_t last) {
         std::size_t first = last;
@@ -92,7 +91,7 @@ std::int64_t tell_reading(std::FILE *file, std::int64_t end) {
         go_back(raw, buffered.rest(), last);
         return start + static_cast<std::int64_t>(last);
     };
-    // The library drops what stands behind a Ctrl-Z.
+    // The library drops what stands after a Ctrl-Z.
     for (std::size_t at = raw.find(kCtrlZ); at != raw.npos; at = raw.find(kCtrlZ, at + 1)) {
         if (const std::int64_t found = position(at); found >= 0) return found;
     }

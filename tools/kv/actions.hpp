@@ -29,8 +29,8 @@ struct ActionTable {
     std::string_view summary;  ///< one line
     std::span<const Action *const> actions;
     std::span<const Option> options = {};  ///< that every action knows
-    std::string_view overview = {};        ///< its help behind the list of the actions
-    std::string_view more_details = {};    ///< of every action, behind its own
+    std::string_view overview = {};        ///< its help after the list of the actions
+    std::string_view more_details = {};    ///< of every action, after its own
     void (*prepare)(std::string_view command, const Arguments &arguments) = nullptr;  ///< before an action
     /// What an operand or a value that the tables call `kind` ("SECTION") and that begins with `word` could
     /// be, for the completion; others in the result do no harm. `arguments` is what else has been typed.

@@ -27,7 +27,7 @@ const Option *find_in(const ActionTable &table, const Matches &matches) {
 }
 
 // As the tables of the action or of the subcommand have it, if these are known yet, else as any other has
-// it: so the words behind it are understood in either case.
+// it: so the words after it are understood in either case.
 const Option *find_option(const CommandLine &line, const Matches &matches) {
     const Option *option = line.action != nullptr ? find_in(line.action->options, matches) : nullptr;
     if (option == nullptr) option = find_in(common_options(), matches);

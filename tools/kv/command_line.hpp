@@ -25,16 +25,16 @@ struct CommandLine {
     std::vector<Given> options;
     std::vector<std::string> operands;
     bool value_missing = false;  ///< of the last option
-    bool ended = false;          ///< behind "--"
+    bool ended = false;          ///< after "--"
 
     bool has(std::string_view option) const;
     /// What was given, for those who need not have it complete.
     Arguments arguments() const;
 };
 
-/// Tells the words apart. Options stand anywhere. An option's value is the next word, or stands behind "=",
-/// or right behind the option's letter; letters of options without values can be joined. A word that begins
-/// with "-" and is no number and not "-" alone is an option; behind "--" there are only operands.
+/// Tells the words apart. Options stand anywhere. An option's value is the next word, or stands after "=",
+/// or right after the option's letter; letters of options without values can be joined. A word that begins
+/// with "-" and is no number and not "-" alone is an option; after "--" there are only operands.
 CommandLine take_apart(std::span<const char *const> words);
 
 /// What the action can be run with. Throws Failure (kUsage) at what is wrong, with the nearest right word.

@@ -106,7 +106,7 @@ class TemporaryFile {
 std::string read_all(const std::string &name);
 
 /// What in a text file is not read as it stands there, each "NAME:LINE:COLUMN: ...": zero bytes, of which
-/// `zero` says what becomes of them, a byte order mark, and what is behind a Ctrl-Z. Throws Failure (kFile)
+/// `zero` says what becomes of them, a byte order mark, and what is after a Ctrl-Z. Throws Failure (kFile)
 /// at a text in UTF-16.
 std::vector<std::string> text_oddities(const std::string &name, std::string_view text,
                                        std::string_view zero);

@@ -20,7 +20,7 @@ bool is_control(char c) {
     return static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
 }
 
-// Takes the character behind a backslash from `rest`; false if there is no such escape.
+// Takes the character after a backslash from `rest`; false if there is no such escape.
 bool take_escape(std::string_view &rest, std::string &word) {
     if (rest.empty()) return false;
     const char letter = rest.front();

@@ -14,7 +14,7 @@ namespace kvtool {
 std::string quote(std::string_view text);
 
 /// The words of a line, with blanks or tabs between them; those in double quotes as quote() makes them.
-/// None if a quote is not closed, an escape is wrong, or something stands right behind a quote.
+/// None if a quote is not closed, an escape is wrong, or something stands right after a quote.
 std::optional<std::vector<std::string>> split_words(std::string_view line);
 
 }  // namespace kvtool

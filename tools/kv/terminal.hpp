@@ -35,7 +35,7 @@ std::string for_terminal(std::string_view text);
 class Progress {
   public:
     /// `prints_meanwhile`: results are printed meanwhile, which a terminal must not mix up. `unit` stands
-    /// behind the number.
+    /// after the number.
     Progress(std::string_view what, bool prints_meanwhile, std::string_view unit = "bytes");
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;

@@ -28,7 +28,7 @@ constexpr Option kOptions[] = {
     {"--echo", "", "print each formula before its value, and the comments"},
 };
 
-bool is_continuation(char c) {  // a byte of UTF-8 behind the first one of its character
+bool is_continuation(char c) {  // a byte of UTF-8 after the first one of its character
     return (static_cast<unsigned char>(c) & 0xC0U) == 0x80;
 }
 

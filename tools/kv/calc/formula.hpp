@@ -62,7 +62,7 @@ class Formula {
     std::string expression_;
     std::vector<Piece> pieces_;
     std::vector<std::size_t> calls_;
-    std::size_t call_end_ = 0;  // behind the name of the last function
+    std::size_t call_end_ = 0;  // after the name of the last function
 };
 
 /// The text without its comment and the blanks around it, and the comment with its semicolon.

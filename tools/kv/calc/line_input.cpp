@@ -23,7 +23,7 @@ class PlainInput : public LineInput {
     }
     bool next(std::string &line) override {
         if (prompt_ != nullptr) std::cout << prompt_;
-        // Who writes line by line waits for the answer.
+        // A program that writes line by line waits for the answer.
         if (std::cin.rdbuf()->in_avail() <= 0) std::cout << std::flush;
         if (!std::getline(std::cin, line)) {
             if (std::cin.bad()) fail_reading("-");

@@ -20,7 +20,7 @@ constexpr double kExact = 9007199254740992;  // 2^53: up to here doubles hold ev
 
 template <typename... Format>
 std::string text_of(double value, Format... format) {
-    std::array<char, 700> text;  // 309 digits before the point, and 300 behind it
+    std::array<char, 700> text;  // 309 digits before the point, and 300 after it
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value, format...).ptr};
 }
 

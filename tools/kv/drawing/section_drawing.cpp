@@ -60,7 +60,7 @@ class Page {
     void axes(const Section &section, Point centroid);
     // A length between two places that are on one level.
     void length(Point from, Point to, const std::string &text);
-    // A length too small for its text, which stands behind the second place.
+    // A length too small for its text, which stands after the second place.
     void thickness(Point from, Point to, double value);
     // A text beside a line that points to a place; `direction` is where the text is, and as long as the
     // line.

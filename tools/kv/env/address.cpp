@@ -87,7 +87,7 @@ std::string describe(const char *section, const char *path) {
 
 ChildPath::ChildPath(std::string_view name, int32_t occurrence)
     : previous_(env_get_delimiter()), text_(name) {
-    constexpr std::size_t kLongestName = kLongestPath - 11;  // the delimiter and an index behind it
+    constexpr std::size_t kLongestName = kLongestPath - 11;  // the delimiter and an index after it
     if (name.empty() || name.size() > kLongestName) {
         throw Failure{kFile,
                       "the file has a name that no path can have, of 0 or more than 1012 characters: '" +

@@ -79,7 +79,7 @@ std::string EnvDocument::path(std::uint32_t node) const {
         const Node &step = nodes_[steps[i]];
         if (!path.empty()) path += delimiter;
         path += step.name;
-        // Digits behind a name would be taken for its index.
+        // Digits after a name would be taken for its index.
         const bool digits =
             i > 0 && nodes_[steps[i - 1]].name.find_first_not_of("0123456789") == std::string_view::npos;
         if (step.occurrence > 1 || digits) path += delimiter + std::to_string(step.occurrence);

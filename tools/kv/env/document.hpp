@@ -25,7 +25,7 @@ class EnvDocument {
         std::string_view value;  ///< of a text
         bool block;
         std::uint32_t parent;     ///< kNone: a section
-        std::uint32_t end;        ///< the first node behind it that is not below it
+        std::uint32_t end;        ///< the first node after it that is not below it
         std::int32_t occurrence;  ///< among the elements of its name in its block, from 1
         std::size_t offset;       ///< of its name in the file, or of the "[" of a section
     };
@@ -48,7 +48,7 @@ class EnvDocument {
     std::string_view text() const { return text_; }
 
     /// All elements in their order, blocks before what they hold. The first element of a block is the node
-    /// behind it, if that is before its end; the next one of a list is at the end of the one before.
+    /// after it, if that is before its end; the next one of a list is at the end of the one before.
     const std::vector<Node> &nodes() const { return nodes_; }
     /// Calls `function` with the number of each element of a block; of kNone: with each section.
     template <typename Function>

@@ -18,7 +18,7 @@ int change_file(const Arguments &arguments, const std::vector<Edit> &edits, bool
     return kDone;
 }
 
-// An action whose operands behind FILE are the words of one edit.
+// An action whose operands after FILE are the words of one edit.
 int run_single(std::string_view command, const Arguments &arguments) {
     const std::string_view verb = command.substr(command.rfind(' ') + 1);
     return change_file(

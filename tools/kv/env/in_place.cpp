@@ -12,7 +12,7 @@ namespace kvtool {
 
 namespace {
 
-// Whoever wrote text before the first section wanted it to be read.
+// Text before the first section is not read, which its author may not know.
 void warn_of_text_before_sections(const std::string &name, const std::string &file) {
     Input input(file);
     std::string line;

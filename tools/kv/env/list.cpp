@@ -15,7 +15,7 @@ namespace kvtool {
 
 namespace {
 
-// The block that the operands behind FILE address, in the tree of FILE.
+// The block that the operands after FILE address, in the tree of FILE.
 class AddressedBlock {
   public:
     explicit AddressedBlock(const Arguments &arguments)
@@ -67,7 +67,7 @@ int run_names(std::string_view, const Arguments &arguments) {
 }
 
 // The number of elements named as the addressed one beside it. The library wants the path without an
-// index behind the last name, and with the delimiter's first character before it.
+// index after the last name, and with the delimiter's first character before it.
 int32_t count_same_name(const AddressedBlock &block) {
     const std::string path = Path(block.path()).without_last_index();
     if (env_exist(block.env(), block.section(), path.c_str(), block.exact()) == 0) block.not_found();

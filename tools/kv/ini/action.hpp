@@ -21,7 +21,7 @@ extern const Action kIniDelete;
 extern const Action kIniRename;
 extern const Action kIniEdit;
 
-/// The operands behind the file, which is the first one if there is one more than the action needs and no
+/// The operands after the file, which is the first one if there is one more than the action needs and no
 /// --file; else the one that --file names, or the main configuration file.
 struct IniOperands {
     std::string file;

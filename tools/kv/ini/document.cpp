@@ -37,7 +37,7 @@ bool next_entry(TextLines &lines, config::Line &line, config::Entry &entry) {
     }
 }
 
-// Reads the entries of a section, each key once; the line behind them.
+// Reads the entries of a section, each key once; the line after them.
 config::Line read_entries(TextLines &lines, std::vector<IniDocument::Entry> *entries) {
     std::unordered_set<std::string_view> met;
     config::Line line;

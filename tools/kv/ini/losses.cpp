@@ -33,7 +33,7 @@ struct Line {
     Kind kind;
     std::string section;  // that it stands in
     std::string key;
-    std::string form;  // the normal one; of a header, what stands behind the name
+    std::string form;  // the normal one; of a header, what stands after the name
 };
 
 std::vector<Line> lines_of(std::string_view text) {

@@ -13,7 +13,7 @@ namespace kvtool {
 std::string ini_text(const std::string &file);
 
 /// A message for each line of the sections that were changed which has been cut or left out: the normal
-/// form has no lines that are no entries, and nothing behind the name of a header.
+/// form has no lines that are no entries, and nothing after the name of a header.
 std::vector<std::string> losses(const std::string &before, const std::string &after,
                                 const std::vector<Edit> &edits);
 

@@ -33,7 +33,7 @@ bool take_number(std::string_view text, Number (*convert)(const char *),
     return true;
 }
 
-// The parts between commas; behind a comma at the end there is none.
+// The parts between commas; after a comma at the end there is none.
 std::vector<std::string_view> parts_of(std::string_view list) {
     std::vector<std::string_view> parts;
     while (!list.empty()) {

@@ -51,9 +51,9 @@ class TableFile {
     static std::optional<TableFile> open(const TableFamily &family, const std::string &path);
 
     const std::string &name() const { return name_; }
-    /// The columns behind the two of the name.
+    /// The columns after the two of the name.
     const std::vector<std::string> &own_columns() const { return own_columns_; }
-    /// These, and behind the area the mass per metre, if it is computed.
+    /// These, and after the area the mass per metre, if it is computed.
     const std::vector<std::string> &columns() const { return columns_; }
     bool has_column(std::string_view column) const;
 
