@@ -126,9 +126,12 @@ TEST_F(EnvEdit, ChangesOfSeveralProcessesAreAllThere) {
     std::vector<std::thread> threads;
     for (int i = 0; i < kProcesses; ++i) {
         threads.emplace_back([&, i] {
+            const std::string process = "p" + std::to_string(i);
+            const RunOptions own = {.output = path(process).string(),
+                                    .error = path(process + ".err").string()};
             for (int k = 1; k <= kChanges; ++k) {
-                const std::string name = "p" + std::to_string(i) + "@" + std::to_string(k);
-                EXPECT_EQ(run({"env", "set", "shared.env", "s", name, "x"}).code, 0);
+                const std::string name = process + "@" + std::to_string(k);
+                EXPECT_EQ(run_process({"env", "set", "shared.env", "s", name, "x"}, own).code, 0);
             }
         });
     }
