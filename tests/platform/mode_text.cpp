@@ -49,8 +49,8 @@ TEST(ModeText, HasTwoForms) {
           Row{"baud=110 stop=1", "110 m 7 2  11"}}) {
         EXPECT_EQ(applied(text), settings) << text;
     }
-    for (const char *text : {"", "0", "9600x", "2147483648", "9600,even,8,1", "9600,n,4,1",
-                             "9600,n,8,1,p,x", "baud=9600 n", "dtr=tg", "speed=9600"}) {
+    for (const char *text : {"", "0", "9600x", "2147483648", "9600,even,8,1", "9600,n,4,1", "9600,n,8,1,p,",
+                             "9600,n,8,1,p,x", "9600,1,8,1", "baud=9600 n", "dtr=tg", "speed=9600"}) {
         EXPECT_EQ(applied(text), "-") << text;
     }
 }
