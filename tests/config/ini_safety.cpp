@@ -53,7 +53,7 @@ void IniSafety::fail_every_call() {
         const std::string after = result_of(changes()[i], file);
         int failures = 0;
         for (const bool lasting : {false, true}) {
-            if (lasting && linked) break;  // what was half written in place cannot be put back
+            if (lasting && in_place) break;  // what was half written in place cannot be put back
             for (std::int64_t call = 0;; ++call) {
                 SCOPED_TRACE(testing::Message() << "change " << i << ", call " << call << ", " << lasting);
                 reset(kBefore);
@@ -65,15 +65,15 @@ void IniSafety::fail_every_call() {
                 const std::string now = content();
                 EXPECT_TRUE(now == after || (now == kBefore && (status != INI_OK || !tells_of_saving(i))))
                     << status << ": " << now;
-                EXPECT_TRUE(status == INI_OK || linked || now == kBefore) << now;
-                EXPECT_TRUE(!linked || read_file(directory / "link.ini") == now);
-                EXPECT_EQ(files(), linked ? 2 : 1);
+                EXPECT_TRUE(status == INI_OK || in_place || now == kBefore) << now;
+                EXPECT_TRUE(!in_place || read_file(directory / "link.ini") == now);
+                EXPECT_EQ(files(), in_place ? 2 : 1);
                 failures += status != INI_OK ? 1 : 0;
                 if (!failed) break;
                 ASSERT_LT(call, 100);
             }
         }
-        EXPECT_GE(failures, tells_of_saving(i) && !linked ? 8 : 2);
+        EXPECT_GE(failures, tells_of_saving(i) && !in_place ? 8 : 2);
     }
 }
 
@@ -88,7 +88,7 @@ void IniSafety::fail_every_allocation() {
             last = changes()[i](file.c_str());
             EXPECT_TRUE(last == INI_OK || last == INI_FAILED) << last;
             EXPECT_EQ(content(), last == INI_OK ? after : kBefore);
-            EXPECT_EQ(files(), linked ? 2 : 1);
+            EXPECT_EQ(files(), in_place ? 2 : 1);
         });
         EXPECT_EQ(last, INI_OK);
         EXPECT_GE(runs, 4);

@@ -29,7 +29,7 @@ class IniSafety : public testing::Test {
         for (const auto &entry : std::filesystem::directory_iterator(directory))
             std::filesystem::remove_all(entry);
         write_file(file, content);
-        if (linked) std::filesystem::create_hard_link(file, directory / "link.ini");
+        if (in_place) std::filesystem::create_hard_link(file, directory / "link.ini");
     }
     /// For every change: each call of the system, or each allocation, fails, and the file is old or new.
     void fail_every_call();
@@ -42,7 +42,7 @@ class IniSafety : public testing::Test {
 
     std::filesystem::path directory;
     std::string file;
-    bool linked = false;  // whether the file has a second name
+    bool in_place = false;  // the file has a second name, and is written in place for that
 };
 
 inline const std::string kBefore = "[S]\r\na=1\r\n;c\r\n[T]\r\nb=2\r\n";

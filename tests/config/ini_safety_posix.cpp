@@ -65,15 +65,15 @@ TEST_F(IniSafety, PermissionsAndLinksStay) {
 
 // Of several links the file is written in place.
 TEST_F(IniSafety, InPlaceEveryFailureLeavesOldOrNew) {
-    linked = true;
+    in_place = true;
     fail_every_call();
     fail_every_allocation();
 }
 
 TEST_F(IniSafety, AFullDisk) {
-    for (linked = false;; linked = true) {
+    for (in_place = false;; in_place = true) {
         for (std::size_t i = 0; i < changes().size(); ++i) {
-            SCOPED_TRACE(testing::Message() << i << (linked ? ", in place" : ""));
+            SCOPED_TRACE(testing::Message() << i << (in_place ? ", in place" : ""));
             const std::string before = kBefore + std::string(100000, ';') + "\r\n";
             reset(before);
             const int status = in_child([&] {
@@ -85,9 +85,9 @@ TEST_F(IniSafety, AFullDisk) {
                 EXPECT_EQ(status, kept ? INI_WRITE_FAILED : INI_OK);
             }
             EXPECT_TRUE(kept || content().size() < 1000);  // a small content fits
-            EXPECT_EQ(files(), linked ? 2 : 1);
+            EXPECT_EQ(files(), in_place ? 2 : 1);
         }
-        if (linked) break;
+        if (in_place) break;
     }
 }
 
