@@ -62,7 +62,7 @@ std::vector<std::string> paths_from(ENV *env, const std::string &section, const 
         const int occurrence = ++met[name];
         const std::string index = delimiters.substr(0, 1) + std::to_string(occurrence);
         if (occurrence == 1) paths.push_back(before + name);
-        if (counts[name] > 1) paths.push_back(before + name + index);
+        if (counts[name] > 1) paths.push_back((before + name).append(index));
     }
     return paths;
 }

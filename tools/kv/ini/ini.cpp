@@ -35,7 +35,7 @@ file cannot be read or written.
 // The path of the main configuration file. `words` are the operands, of which the first one may be meant to
 // be a file.
 std::string main_file(std::string_view command, const std::vector<std::string> &words) {
-    if (const std::string found = main_ini_file(); !found.empty()) return found;
+    if (std::string found = main_ini_file(); !found.empty()) return found;
     std::string text =
         std::string(command) + ": there is no main configuration file kv3.ini; name one with --file";
     if (!words.empty() && is_file(words[0])) text += " " + words[0];
