@@ -29,23 +29,30 @@ int g_dropped = 0;  // how often what has not been sent was dropped
 
 }  // namespace
 
-// Between the library and the system: no pseudo-terminal has a line that takes time.
+}  // namespace kvtest
+
+// Between the library and the system: no pseudo-terminal has a line that takes time. In the global
+// namespace they take the place of what the system's headers declare, whatever name that has in the C
+// library.
 extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept {
     std::va_list arguments;
     va_start(arguments, request);
     void *argument = va_arg(arguments, void *);
     va_end(arguments);
-    if (request != TIOCOUTQ || g_unsent.empty())
+    if (request != TIOCOUTQ || kvtest::g_unsent.empty())
         return static_cast<int>(syscall(SYS_ioctl, descriptor, request, argument));
-    *static_cast<int *>(argument) = g_unsent.front();
-    if (g_unsent.size() > 1) g_unsent.erase(g_unsent.begin());
+    std::vector<int> &unsent = kvtest::g_unsent;
+    *static_cast<int *>(argument) = unsent.front();
+    if (unsent.size() > 1) unsent.erase(unsent.begin());
     return 0;
 }
 
 extern "C" int tcflush(int, int) noexcept {
-    ++g_dropped;
+    ++kvtest::g_dropped;
     return 0;
 }
+
+namespace kvtest {
 
 namespace {
 
