@@ -48,8 +48,8 @@ install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT de
 if(WIN32)
   # What Microsoft's tools make an import library of: statements alone, in lines as these tools write them.
   file(STRINGS cmake/kv.def kv_names REGEX "^ +[A-Za-z_]")
-  list(JOIN kv_names "\n" kv_names)
-  file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/kv.def CONTENT "LIBRARY kv\nEXPORTS\n@kv_names@\n" @ONLY NEWLINE_STYLE DOS)
+  list(JOIN kv_names "\r\n" kv_names)
+  file(WRITE ${PROJECT_BINARY_DIR}/kv.def "LIBRARY kv\r\nEXPORTS\r\n${kv_names}\r\n")
   install(FILES ${PROJECT_BINARY_DIR}/kv.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 endif()
 

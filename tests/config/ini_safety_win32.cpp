@@ -143,7 +143,7 @@ TEST_F(IniSafety, WaitingForOthersEnds) {
     {
         kv::platform::InputFile reader;
         ASSERT_TRUE(reader.open(file.c_str(), kv::platform::InputFile::Content::consistent));
-        EXPECT_EQ(ini_write_string(file.c_str(), "S", "a", "9"), INI_WRITE_FAILED);
+        EXPECT_EQ(ini_write_string(file.c_str(), "S", "a", "9"), INI_NOT_WRITABLE);
         EXPECT_EQ(lock_state(file.c_str(), holder, sizeof holder), LockState::held);
     }
     EXPECT_EQ(content(), kBefore);

@@ -187,18 +187,22 @@ std::size_t used_bytes() {
     return used;
 }
 
+// The system's own threads allocate now and then; what a cycle leaves behind shows in every round.
 TEST(OnWindows, UnloadingLeavesTheHeapAsItWas) {
-    std::size_t before = 0;
-    for (int i = 0; i < 110; ++i) {
-        if (i == 10) before = used_bytes();  // the system keeps something for what was loaded once
-        HMODULE library = LoadLibraryA(KV_TEST_LIBRARY);
-        ASSERT_NE(library, nullptr);
-        void *function = reinterpret_cast<void *>(GetProcAddress(library, "kv_getenv"));
-        EXPECT_NE(function, nullptr);
-        EXPECT_NE(FreeLibrary(library), 0);
-        EXPECT_EQ(GetModuleHandleA("kv.dll"), nullptr);
+    bool kept = false;
+    for (int round = 0; round < 6 && !kept; ++round) {
+        const std::size_t before = used_bytes();
+        for (int i = 0; i < 100; ++i) {
+            HMODULE library = LoadLibraryA(KV_TEST_LIBRARY);
+            ASSERT_NE(library, nullptr);
+            void *function = reinterpret_cast<void *>(GetProcAddress(library, "kv_getenv"));
+            EXPECT_NE(function, nullptr);
+            EXPECT_NE(FreeLibrary(library), 0);
+            EXPECT_EQ(GetModuleHandleA("kv.dll"), nullptr);
+        }
+        kept = used_bytes() < before + 1000;
     }
-    EXPECT_LT(used_bytes(), before + 1000);
+    EXPECT_TRUE(kept);
 }
 
 // The share is drive M, or whatever has that name.

@@ -60,14 +60,15 @@ ProgramTest::ProgramTest()
     : directory_(make_directory(std::filesystem::temp_directory_path() / "kv-tools-")),
       before_(std::filesystem::current_path()) {
     std::filesystem::current_path(directory_);
-    empty_ = directory_.string() + ".empty";
+    // The last test's standard input stays open, which keeps the file from being removed on some systems.
+    empty_ = (std::filesystem::temp_directory_path() / "kv-tools-empty").string();
     write_file(empty_, "");
 }
 
 ProgramTest::~ProgramTest() {
     std::filesystem::current_path(before_);
+    if (std::freopen(empty_.c_str(), "r", stdin) == nullptr) ADD_FAILURE() << empty_;
     remove_directory(directory_);
-    std::filesystem::remove(empty_);
 }
 
 std::string ProgramTest::content(const std::string &name) const {
