@@ -38,7 +38,8 @@ TEST_F(PlotProgram, SendsAFile) {
         EXPECT_EQ(outcome.code, row.code) << outcome.err;
         EXPECT_EQ(outcome.out, row.code == 0 ? "70000 bytes sent to COM1\n" : "");
         EXPECT_NE(outcome.err.find(row.err), std::string::npos) << outcome.err;
-        EXPECT_TRUE(terminal.received() == (row.code == 0 ? plot_ : "")) << row.entry;
+        EXPECT_TRUE(terminal.received() == (row.code == 0 ? plot_ : ""))
+            << row.entry << ", " << row.code << ": " << terminal.received().size();
     }
     EXPECT_NE(run({"plot", "a.plt", "none"}).err.find("'none' cannot be opened"), std::string::npos);
 }
