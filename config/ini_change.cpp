@@ -26,15 +26,16 @@ Outcome change(const char *path, const INI_EDIT &edit) {
     const bool deletes =
         edit.operation == INI_EDIT_DELETE_ENTRY || edit.operation == INI_EDIT_DELETE_SECTION;
     try {
-        // A file in use is one that cannot be written; deleting has no other status for it.
-        std::int32_t status = deletes ? INI_FAILED : INI_OK;
-        const std::int32_t saved = status_of(
+        std::int32_t status = INI_OK;
+        const platform::Saved result =
             platform::change_file(path, writes ? platform::Old::may_be_missing : platform::Old::needed,
                                   [&](memory::String &bytes, memory::String &changed) {
                                       status = rewrite(edit, bytes, changed);
                                       return true;
-                                  }));
-        if (saved == INI_FAILED) return {INI_FAILED};
+                                  });
+        const std::int32_t saved = status_of(result);
+        // Deleting tells nothing of saving, but that the file is in use it does.
+        if (saved == INI_FAILED || (deletes && result == platform::Saved::in_use)) return {INI_FAILED};
         return {status, saved};
     } catch (const std::bad_alloc &) {
         return {INI_FAILED};

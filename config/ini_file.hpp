@@ -31,6 +31,7 @@ inline std::int32_t status_of(platform::Saved saved) {
     switch (saved) {
         case platform::Saved::done:
             return INI_OK;
+        case platform::Saved::in_use:
         case platform::Saved::not_writable:
             return INI_NOT_WRITABLE;
         case platform::Saved::failed:

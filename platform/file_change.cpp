@@ -30,7 +30,8 @@ Saved save_whole(const char *path, const FileLock &lock, const memory::String &b
     if (opened && file.write(bytes.data(), bytes.size()) && file.commit()) return Saved::done;
     overtaken = file.overtaken();
     if (file.exhausted()) return Saved::exhausted;
-    return opened && !file.in_use() ? Saved::failed : Saved::not_writable;
+    if (file.in_use()) return Saved::in_use;
+    return opened ? Saved::failed : Saved::not_writable;
 }
 
 }  // namespace kv::platform

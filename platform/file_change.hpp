@@ -12,7 +12,8 @@ namespace kv::platform {
 enum class Saved : std::uint8_t {
     done,
     unreadable,    ///< the file, or its old content
-    not_writable,  ///< the file cannot be opened for writing, or is in use
+    in_use,        ///< somebody else has kept a lock on the file
+    not_writable,  ///< the file cannot be opened for writing
     failed,        ///< writing it failed
     exhausted      ///< the heap
 };
@@ -39,7 +40,7 @@ Saved change_file(const char *path, Old old, Change change) {
     for (int attempt = 0; overtaken && attempt < kMostAttempts; ++attempt) {
         overtaken = false;
         FileLock lock;
-        if (!lock.acquire(path)) return Saved::not_writable;
+        if (!lock.acquire(path)) return Saved::in_use;
         memory::String bytes;
         memory::String changed;
         if (old != Old::unread && !read_whole(path, old == Old::may_be_missing, bytes)) {

@@ -178,6 +178,7 @@ TEST_F(IniSafety, LocksOfOthers) {
     kv::platform::InputFile input;
     ASSERT_TRUE(input.open(file.c_str(), kv::platform::InputFile::Content::consistent));
     EXPECT_EQ(ini_write_string(file.c_str(), "S", "a", "9"), INI_NOT_WRITABLE);
+    EXPECT_EQ(ini_delete_entry(file.c_str(), "S", "a"), INI_FAILED);
     fs::remove(directory / "link.ini");
     EXPECT_EQ(ini_write_string(file.c_str(), "S", "a", "9"), INI_OK);
     close(reader);
