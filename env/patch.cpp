@@ -60,7 +60,7 @@ struct Indentation {
 // New blocks that are nested deeper are not indented further, or their text would grow with the square of
 // the depth.
 constexpr std::size_t kDeepestIndentation = 80;
-constexpr std::size_t kBlanksOfABlock = 2;
+constexpr std::size_t kBlockIndentation = 2;
 
 std::string_view first_line_end(std::string_view text) {
     const std::size_t feed = text.find('\n');
@@ -141,7 +141,7 @@ class Patch {
     Indentation indentation_in(const Element &element) const {
         if (element.is_section()) return {};
         Indentation result = line_indentation(span_of(*element.parent->owner));
-        result.more = kBlanksOfABlock;
+        result.more = kBlockIndentation;
         return result;
     }
     Indentation section_indentation() const {
@@ -323,7 +323,7 @@ class Patch {
         fresh_ = true;
         if (const List *list = block.list(); list != nullptr) {
             Indentation inner = outer;
-            inner.more += kBlanksOfABlock;
+            inner.more += kBlockIndentation;
             for (const Element *element = list->first; element != nullptr; element = element->next)
                 write_new(*element, inner);
         }
@@ -381,7 +381,7 @@ class Patch {
     }
 
     void write(Indentation indentation, std::size_t depth) {
-        indentation.more += std::min(kBlanksOfABlock * depth, kDeepestIndentation);
+        indentation.more += std::min(kBlockIndentation * depth, kDeepestIndentation);
         write(indentation);
     }
 
